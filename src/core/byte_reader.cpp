@@ -1,0 +1,101 @@
+#include "core/byte_reader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+ByteReader::ByteReader(uint64_t size, size_t window)
+    : m_size(size), m_window(std::max(window, 2 * kAlign)), m_buf(m_window)
+{
+}
+
+const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
+{
+    if (n > maxView())
+        n = maxView();   // callers respect maxView(); this only keeps memory safe
+    // Refill so that the window starts at pos rounded down to the alignment.
+    const uint64_t start = pos - pos % kAlign;
+    m_winStart = start;
+    m_winLen = m_window;
+    size_t got = 0;
+    if (start < m_size) {
+        const size_t want = size_t(std::min<uint64_t>(m_window, m_size - start));
+        while (got < want) {
+            const size_t r = fetch(start + got, m_buf.data() + got, want - got);
+            if (r == 0)
+                break;
+            got += r;
+        }
+    }
+    std::memset(m_buf.data() + got, 0, m_window - got);
+    return m_buf.data() + (pos - start);
+}
+
+size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
+{
+    uint8_t* out = static_cast<uint8_t*>(dst);
+    const size_t step = maxView();
+    size_t done = 0;
+    while (done < n) {
+        const size_t chunk = std::min(step, n - done);
+        std::memcpy(out + done, view(pos + done, chunk), chunk);
+        done += chunk;
+    }
+    if (pos >= m_size)
+        return 0;
+    return size_t(std::min<uint64_t>(n, m_size - pos));
+}
+
+std::unique_ptr<FileReader> FileReader::open(const QString& path, size_t window)
+{
+    const QByteArray native = path.toUtf8();
+    const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return nullptr;
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return nullptr;
+    }
+    return std::unique_ptr<FileReader>(new FileReader(fd, uint64_t(st.st_size), path, window));
+}
+
+FileReader::FileReader(int fd, uint64_t size, const QString& path, size_t window)
+    : ByteReader(size, window), m_fd(fd), m_path(path)
+{
+}
+
+FileReader::~FileReader()
+{
+    ::close(m_fd);
+}
+
+size_t FileReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
+{
+    for (;;) {
+        const ssize_t r = ::pread(m_fd, dst, n, off_t(pos));
+        if (r >= 0)
+            return size_t(r);
+        if (errno != EINTR) {
+            setIoError();
+            return 0;
+        }
+    }
+}
+
+MemoryReader::MemoryReader(QByteArray data, size_t window)
+    : ByteReader(uint64_t(data.size()), window), m_data(std::move(data))
+{
+}
+
+size_t MemoryReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
+{
+    if (pos >= uint64_t(m_data.size()))
+        return 0;
+    const size_t len = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
+    std::memcpy(dst, m_data.constData() + pos, len);
+    return len;
+}

@@ -1,0 +1,105 @@
+#pragma once
+// One positioned reader for every scanner and parser of the engine.
+//
+// Bytes are served from a large window that is refilled on demand, so a read
+// inside the window costs a memory access. Bytes past the end of the data read
+// as zero, which matches no four-character code or start code: damaged sizes
+// that point past the end simply find nothing. Each call that copies returns
+// how many real (not zero-filled) bytes it served.
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class ByteReader {
+public:
+    static constexpr size_t kDefaultWindow = 8u << 20;   // 8 MiB
+    static constexpr size_t kAlign = 4096;
+
+    virtual ~ByteReader() = default;
+    ByteReader(const ByteReader&) = delete;
+    ByteReader& operator=(const ByteReader&) = delete;
+
+    uint64_t size() const { return m_size; }
+    // A real read error happened (not a short read at the end).
+    bool ioError() const { return m_ioError; }
+
+    // Copies n bytes at pos into dst, zero-filled past the end.
+    size_t read(uint64_t pos, void* dst, size_t n);
+    // Pointer to n bytes at pos, valid until the next call on this reader.
+    // n must not exceed maxView(); past the end the bytes are zero.
+    const uint8_t* view(uint64_t pos, size_t n)
+    {
+        if (pos >= m_winStart && n <= m_winLen && pos - m_winStart <= m_winLen - n)
+            return m_buf.data() + (pos - m_winStart);
+        return slowView(pos, n);
+    }
+    size_t maxView() const { return m_window - kAlign; }
+
+    uint8_t u8(uint64_t pos) { return *view(pos, 1); }
+    uint16_t be16(uint64_t pos) { const uint8_t* p = view(pos, 2); return uint16_t(p[0] << 8 | p[1]); }
+    uint32_t be24(uint64_t pos) { const uint8_t* p = view(pos, 3); return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2]; }
+    uint32_t be32(uint64_t pos) { return loadBe32(view(pos, 4)); }
+    uint64_t be64(uint64_t pos) { const uint8_t* p = view(pos, 8); return uint64_t(loadBe32(p)) << 32 | loadBe32(p + 4); }
+    uint16_t le16(uint64_t pos) { const uint8_t* p = view(pos, 2); return uint16_t(p[1] << 8 | p[0]); }
+    uint32_t le32(uint64_t pos) { return loadLe32(view(pos, 4)); }
+    uint64_t le64(uint64_t pos) { const uint8_t* p = view(pos, 8); return uint64_t(loadLe32(p + 4)) << 32 | loadLe32(p); }
+    // True when the four bytes at pos are the four characters of code.
+    bool is4cc(uint64_t pos, const char* code) { return be32(pos) == fourcc(code); }
+
+    static constexpr uint32_t fourcc(const char* c)
+    {
+        return uint32_t(uint8_t(c[0])) << 24 | uint32_t(uint8_t(c[1])) << 16
+             | uint32_t(uint8_t(c[2])) << 8 | uint32_t(uint8_t(c[3]));
+    }
+    static uint32_t loadBe32(const uint8_t* p)
+    {
+        return uint32_t(p[0]) << 24 | uint32_t(p[1]) << 16 | uint32_t(p[2]) << 8 | p[3];
+    }
+    static uint32_t loadLe32(const uint8_t* p)
+    {
+        return uint32_t(p[3]) << 24 | uint32_t(p[2]) << 16 | uint32_t(p[1]) << 8 | p[0];
+    }
+
+protected:
+    ByteReader(uint64_t size, size_t window);
+    // Reads up to n raw bytes at pos (pos < size), returns how many it got.
+    virtual size_t fetch(uint64_t pos, uint8_t* dst, size_t n) = 0;
+    void setIoError() { m_ioError = true; }
+
+private:
+    const uint8_t* slowView(uint64_t pos, size_t n);
+
+    uint64_t m_size;
+    size_t m_window;
+    std::vector<uint8_t> m_buf;
+    uint64_t m_winStart = 0;
+    size_t m_winLen = 0;       // bytes of m_buf that are valid (real or zero fill)
+    bool m_ioError = false;
+};
+
+// A reader over a file opened read-only. The file is never written.
+class FileReader final : public ByteReader {
+public:
+    // Null when the path can't be opened for reading or isn't a regular file.
+    static std::unique_ptr<FileReader> open(const QString& path, size_t window = kDefaultWindow);
+    ~FileReader() override;
+    const QString& path() const { return m_path; }
+
+private:
+    FileReader(int fd, uint64_t size, const QString& path, size_t window);
+    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
+    int m_fd;
+    QString m_path;
+};
+
+// A reader over bytes in memory, for tests and fuzzing.
+class MemoryReader final : public ByteReader {
+public:
+    explicit MemoryReader(QByteArray data, size_t window = kDefaultWindow);
+
+private:
+    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
+    QByteArray m_data;
+};

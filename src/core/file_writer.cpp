@@ -1,0 +1,199 @@
+#include "core/file_writer.h"
+
+#include <QDebug>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+constexpr size_t kBufferLimit = 1u << 20;
+
+bool writeAll(int fd, const uint8_t* p, size_t n, int64_t at)
+{
+    while (n > 0) {
+        const ssize_t w = at < 0 ? ::write(fd, p, n) : ::pwrite(fd, p, n, off_t(at));
+        if (w < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        p += w;
+        n -= size_t(w);
+        if (at >= 0)
+            at += w;
+    }
+    return true;
+}
+}
+
+FileWriter::~FileWriter()
+{
+    if (m_fd >= 0)
+        close();
+}
+
+bool FileWriter::open(const QString& path)
+{
+    if (m_fd >= 0)
+        close();
+    m_path = path;
+    m_flushed = 0;
+    m_failed = false;
+    m_buf.clear();
+    m_boxes.clear();
+    m_fd = ::open(path.toUtf8().constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    return m_fd >= 0;
+}
+
+bool FileWriter::close()
+{
+    if (m_fd < 0)
+        return !m_failed;
+    flush();
+    if (::close(m_fd) != 0)
+        m_failed = true;
+    m_fd = -1;
+    return !m_failed;
+}
+
+void FileWriter::flush()
+{
+    if (m_fd < 0 || m_buf.empty())
+        return;
+    if (!writeAll(m_fd, m_buf.data(), m_buf.size(), -1))
+        m_failed = true;
+    m_flushed += m_buf.size();
+    m_buf.clear();
+}
+
+void FileWriter::write(const void* data, size_t n)
+{
+    if (m_fd < 0) {
+        m_failed = true;
+        return;
+    }
+    const uint8_t* p = static_cast<const uint8_t*>(data);
+    if (n >= kBufferLimit) {
+        flush();
+        if (!writeAll(m_fd, p, n, -1))
+            m_failed = true;
+        m_flushed += n;
+        return;
+    }
+    if (m_buf.size() + n > kBufferLimit)
+        flush();
+    m_buf.insert(m_buf.end(), p, p + n);
+}
+
+void FileWriter::zeros(size_t n)
+{
+    static const uint8_t block[4096] = {};
+    while (n > 0) {
+        const size_t k = std::min(n, sizeof block);
+        write(block, k);
+        n -= k;
+    }
+}
+
+void FileWriter::be16(uint16_t v) { const uint8_t b[2] = {uint8_t(v >> 8), uint8_t(v)}; write(b, 2); }
+void FileWriter::be24(uint32_t v) { const uint8_t b[3] = {uint8_t(v >> 16), uint8_t(v >> 8), uint8_t(v)}; write(b, 3); }
+void FileWriter::be32(uint32_t v) { const uint8_t b[4] = {uint8_t(v >> 24), uint8_t(v >> 16), uint8_t(v >> 8), uint8_t(v)}; write(b, 4); }
+void FileWriter::be64(uint64_t v) { be32(uint32_t(v >> 32)); be32(uint32_t(v)); }
+void FileWriter::le16(uint16_t v) { const uint8_t b[2] = {uint8_t(v), uint8_t(v >> 8)}; write(b, 2); }
+void FileWriter::le32(uint32_t v) { const uint8_t b[4] = {uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)}; write(b, 4); }
+void FileWriter::le64(uint64_t v) { le32(uint32_t(v)); le32(uint32_t(v >> 32)); }
+
+void FileWriter::patch(uint64_t at, const void* data, size_t n)
+{
+    if (m_fd < 0 || at + n > pos()) {
+        m_failed = true;
+        return;
+    }
+    const uint8_t* p = static_cast<const uint8_t*>(data);
+    // Part of the range may be on disk, part still in the buffer.
+    while (n > 0 && at < m_flushed) {
+        const size_t k = size_t(std::min<uint64_t>(n, m_flushed - at));
+        if (!writeAll(m_fd, p, k, int64_t(at)))
+            m_failed = true;
+        at += k;
+        p += k;
+        n -= k;
+    }
+    if (n > 0)
+        std::memcpy(m_buf.data() + (at - m_flushed), p, n);
+}
+
+void FileWriter::patchBe32(uint64_t at, uint32_t v)
+{
+    const uint8_t b[4] = {uint8_t(v >> 24), uint8_t(v >> 16), uint8_t(v >> 8), uint8_t(v)};
+    patch(at, b, 4);
+}
+void FileWriter::patchBe64(uint64_t at, uint64_t v)
+{
+    patchBe32(at, uint32_t(v >> 32));
+    patchBe32(at + 4, uint32_t(v));
+}
+void FileWriter::patchLe32(uint64_t at, uint32_t v)
+{
+    const uint8_t b[4] = {uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)};
+    patch(at, b, 4);
+}
+void FileWriter::patchLe64(uint64_t at, uint64_t v)
+{
+    patchLe32(at, uint32_t(v));
+    patchLe32(at + 4, uint32_t(v >> 32));
+}
+
+void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
+{
+    const size_t step = std::min<size_t>(src.maxView(), 1u << 20);
+    while (n > 0) {
+        const size_t k = size_t(std::min<uint64_t>(n, step));
+        write(src.view(pos, k), k);
+        pos += k;
+        n -= k;
+    }
+}
+
+void FileWriter::beginBox(const char* code, bool wide)
+{
+    Box b{pos(), wide, {code[0], code[1], code[2], code[3], 0}};
+    m_boxes.push_back(b);
+    if (wide) {
+        be32(1);
+        fourcc(code);
+        be64(0);   // 64-bit size, patched by endBox
+    } else {
+        be32(0);   // size, patched by endBox
+        fourcc(code);
+    }
+}
+
+void FileWriter::endBox()
+{
+    if (m_boxes.empty()) {
+        m_failed = true;
+        return;
+    }
+    const Box b = m_boxes.back();
+    const uint64_t size = pos() - b.start;
+    if (b.wide) {
+        patchBe64(b.start + 8, size);
+    } else if (size > 0xFFFFFFFFu) {
+        qWarning() << "box too large for a 32-bit size:" << boxPath();
+        m_failed = true;
+    } else {
+        patchBe32(b.start, uint32_t(size));
+    }
+    m_boxes.pop_back();
+}
+
+QString FileWriter::boxPath() const
+{
+    QStringList parts;
+    for (const Box& b : m_boxes)
+        parts << QString::fromLatin1(b.code);
+    return parts.join(QLatin1Char('/'));
+}

@@ -1,0 +1,70 @@
+#pragma once
+// The one output helper of the engine: append, then patch.
+//
+// Bytes are appended through a buffer; a size or count that is known only at
+// the end is written as a placeholder, its position remembered, and patched
+// later (patchBe32 and friends work whether the bytes are still buffered or
+// already on disk). QuickTime atoms use beginBox/endBox, which choose the size
+// width when the box opens. Any write error is sticky and reported by close().
+#include "core/byte_reader.h"
+
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+class FileWriter {
+public:
+    FileWriter() = default;
+    ~FileWriter();
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
+
+    // Creates (or truncates) the file. False when it can't be created.
+    bool open(const QString& path);
+    bool isOpen() const { return m_fd >= 0; }
+    // Flushes and closes; false when any write failed.
+    bool close();
+    bool failed() const { return m_failed; }
+    uint64_t pos() const { return m_flushed + m_buf.size(); }
+    const QString& path() const { return m_path; }
+
+    void write(const void* data, size_t n);
+    void write(const QByteArray& b) { write(b.constData(), size_t(b.size())); }
+    void zeros(size_t n);
+    void u8(uint8_t v) { write(&v, 1); }
+    void be16(uint16_t v);
+    void be24(uint32_t v);
+    void be32(uint32_t v);
+    void be64(uint64_t v);
+    void le16(uint16_t v);
+    void le32(uint32_t v);
+    void le64(uint64_t v);
+    void fourcc(const char* code) { write(code, 4); }
+
+    void patchBe32(uint64_t at, uint32_t v);
+    void patchBe64(uint64_t at, uint64_t v);
+    void patchLe32(uint64_t at, uint32_t v);
+    void patchLe64(uint64_t at, uint64_t v);
+    void patch(uint64_t at, const void* data, size_t n);
+
+    // Copies n bytes at pos of src into the output (zero-filled past src's end).
+    void copyFrom(ByteReader& src, uint64_t pos, uint64_t n);
+
+    // QuickTime boxes: size placeholder (32-bit, or 1 + 64-bit when wide),
+    // the code, and on endBox the size of everything written since.
+    void beginBox(const char* code, bool wide = false);
+    void endBox();
+    // Path of the open boxes, such as "moov/trak/mdia", for messages.
+    QString boxPath() const;
+
+private:
+    void flush();
+    struct Box { uint64_t start; bool wide; char code[5]; };
+
+    int m_fd = -1;
+    QString m_path;
+    std::vector<uint8_t> m_buf;
+    uint64_t m_flushed = 0;
+    bool m_failed = false;
+    std::vector<Box> m_boxes;
+};

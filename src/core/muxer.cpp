@@ -1,0 +1,99 @@
+#include "core/muxer.h"
+
+#include "core/repair_globals.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <atomic>
+
+bool g_muxerBusy = false;
+bool g_remuxRan = false;
+
+namespace {
+std::atomic<bool> g_stopMuxer{false};   // set by StopMuxer from any thread
+}
+
+QString MuxerPrefix()
+{
+    return QLatin1Char('"') + g_appDir + QLatin1String("\"/ffmpeg");
+}
+
+QStringList SplitCommandLine(const QString& commandLine)
+{
+    return QProcess::splitCommand(commandLine);
+}
+
+MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs)
+{
+    MuxerResult result;
+    QStringList args = SplitCommandLine(commandLine);
+    if (args.isEmpty())
+        return result;
+    QString program = args.takeFirst();
+    if (!QFileInfo(program).isExecutable()) {
+        static bool said = false;
+        const QString onPath = QStandardPaths::findExecutable(QFileInfo(program).fileName());
+        if (!said) {
+            qDebug() << "Muxer" << program << "not found; using" << (onPath.isEmpty() ? QStringLiteral("nothing") : onPath);
+            said = true;
+        }
+        if (onPath.isEmpty()) {
+            qWarning() << "The muxer program (ffmpeg) can't be found.";
+            result.program = program;
+            return result;
+        }
+        program = onPath;
+    }
+    result.program = program;
+    qDebug().noquote() << "Muxer:" << commandLine;
+
+    QProcess process;
+    process.setWorkingDirectory(workDir);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program, args);
+    if (!process.waitForStarted(30000)) {
+        qWarning() << "The muxer could not be started:" << process.errorString();
+        return result;
+    }
+    result.started = true;
+    g_stopMuxer = false;
+    // Wait in slices so that a stop request can reach it: first "q" on its
+    // input (ffmpeg ends cleanly and closes its file), then terminate, then kill.
+    int waited = 0;
+    int stopWaited = -1;
+    bool timedOut = false;
+    while (!process.waitForFinished(100)) {
+        if (process.state() == QProcess::NotRunning)
+            break;
+        waited += 100;
+        if (timeoutMs >= 0 && waited >= timeoutMs) {
+            timedOut = true;
+            g_stopMuxer = true;
+        }
+        if (g_stopMuxer) {
+            if (stopWaited < 0) {
+                process.write("q");
+                process.closeWriteChannel();
+                stopWaited = 0;
+            } else {
+                stopWaited += 100;
+                if (stopWaited == 2000)
+                    process.terminate();
+                else if (stopWaited >= 4000)
+                    process.kill();
+            }
+        }
+    }
+    result.finished = process.exitStatus() == QProcess::NormalExit && !timedOut;
+    result.exitCode = process.exitCode();
+    return result;
+}
+
+void StopMuxer()
+{
+    g_stopMuxer = true;
+}

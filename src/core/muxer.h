@@ -1,0 +1,39 @@
+#pragma once
+// The one runner of the external muxer (ffmpeg in g_appDir).
+//
+// Every command line is built as text starting with MuxerPrefix(), which is
+// the quoted folder followed by the program name: "<g_appDir>"/ffmpeg. The
+// runner splits the line as a shell would (quotes respected), runs it with
+// the given folder as its current folder, logs the line, and reports a
+// missing executable plainly. The muxer's exit code is not what decides a
+// verdict: callers check that the output they expect exists.
+#include <QString>
+#include <QStringList>
+
+class QProcess;
+
+// Set while a muxer run is under way that can't be cut short.
+extern bool g_muxerBusy;
+// Set once a muxer has run in this process.
+extern bool g_remuxRan;
+
+struct MuxerResult {
+    bool started = false;      // the program could be started
+    bool finished = false;     // it ended by itself (not killed or timed out)
+    int exitCode = -1;
+    QString program;           // the executable that was run
+};
+
+// "\"" + g_appDir + "\"/ffmpeg": the leading part of every command line.
+QString MuxerPrefix();
+
+// Splits a command line into program and arguments, as QProcess does.
+QStringList SplitCommandLine(const QString& commandLine);
+
+// Runs commandLine with workDir as the current folder and waits for it.
+// timeoutMs < 0 waits without limit. If Libmp4/ffmpeg is missing, ffmpeg from
+// PATH is used instead (said once in the debug log).
+MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs = -1);
+
+// Stops a running muxer in stages: "q" on its input, then terminate, then kill.
+void StopMuxer();

@@ -1,0 +1,404 @@
+// The per-file driver: the body of a run.
+#include "core/thread_video_repair.h"
+
+#include "shell/platform_core.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <cstring>
+
+namespace {
+
+enum class Route { Avi, Flv, Dat, Asf, Mts, Matroska, Mpeg, QuickTime };
+
+// Exact, case-sensitive comparison in the order of the table: a suffix in
+// mixed case (Mov, Avi) matches no row and takes the QuickTime family.
+Route RouteForSuffix(const QString& suffix)
+{
+    struct Row { Route route; const char* suffixes[4]; };
+    static const Row rows[] = {
+        {Route::Avi, {"AVI", "avi", "DIVX", "divx"}},
+        {Route::Flv, {"FLV", "flv", nullptr, nullptr}},
+        {Route::Dat, {"DAT", "dat", nullptr, nullptr}},
+        {Route::Asf, {"wmv", "asf", "WMV", "ASF"}},
+        {Route::Mts, {"MTS", "mts", nullptr, nullptr}},
+        {Route::Matroska, {"MKV", "mkv", "WEBM", "webm"}},
+        {Route::Mpeg, {"MPEG", "MPG", "mpeg", "mpg"}},
+    };
+    for (const Row& row : rows)
+        for (const char* s : row.suffixes)
+            if (s && suffix == QLatin1String(s))
+                return row.route;
+    return Route::QuickTime;
+}
+
+// First position in [0, limit) where one of the codes starts, or -1. Reads
+// the file in large blocks through the reader rather than a word per byte.
+int64_t FindAnyCode(ByteReader& reader, uint64_t limit, const uint32_t* codes, int codeCount)
+{
+    const size_t block = 1u << 20;
+    for (uint64_t pos = 0; pos < limit && !g_stopRequested; pos += block) {
+        const size_t n = size_t(std::min<uint64_t>(block, limit - pos));
+        const uint8_t* p = reader.view(pos, n + 3);
+        for (size_t i = 0; i < n; ++i) {
+            const uint32_t w = ByteReader::loadBe32(p + i);
+            for (int c = 0; c < codeCount; ++c)
+                if (w == codes[c])
+                    return int64_t(pos + i);
+        }
+    }
+    return -1;
+}
+
+bool CreateRepairedFolder(const QString& root)
+{
+    return QDir(root).mkpath(QStringLiteral("Repaired"));
+}
+
+} // namespace
+
+void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
+{
+    // Start of a run.
+    Q_EMIT OverAllProgressValue(0, 0);
+    m_file.reset();
+    m_aviReferenceOpen = m_mpegReferenceOpen = m_mkvReferenceOpen = false;
+    g_stopRequested = false;
+    m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
+    m_fileName.clear();
+    if (g_forgetReference) {
+        referencePath.clear();
+        g_forgetReference = false;
+        g_referenceMode = false;
+    }
+    if (g_referenceMode)
+        Q_EMIT disableAddReferenceBtn();
+    Q_EMIT ShowOverAllProgressBar();
+    const int count = files.size();
+    Q_EMIT OverAllProgressBarMax(uint(count));
+    if (!g_referenceMode) {
+        g_workRoot = QDir::tempPath();
+        QDir stale(g_workRoot + QStringLiteral("/Repaired"));
+        if (stale.exists())
+            stale.removeRecursively();
+    }
+
+    for (int i = 0; i < count && !g_stopRequested; ++i) {
+        const QString path = files.at(i);
+        const QFileInfo info(path);
+
+        // Work root: the user's folder, else beside the file (hidden there).
+        if (!g_customWorkRoot.isEmpty() && QFileInfo(g_customWorkRoot).isDir()) {
+            g_workRoot = g_customWorkRoot;
+            CreateRepairedFolder(g_workRoot);
+        } else {
+            m_srcPath = path;
+            g_workRoot = info.absolutePath();
+            if (CreateRepairedFolder(g_workRoot))
+                SetHiddenInFolder(g_workRoot, QStringLiteral("Repaired"), true);
+        }
+        m_file = OpenReadOnly(path);
+        m_workDir = g_workRoot + QStringLiteral("/Repaired");
+        m_logPath = m_workDir + QStringLiteral("/logFile.txt");
+        if (!g_referenceMode)
+            referencePath.clear();
+        m_fileSize = g_inputSize = m_file ? m_file->size() : uint64_t(info.size());
+        m_fileName = info.fileName();
+        g_sourceFullPath = info.absolutePath() + QLatin1Char('/') + m_fileName;
+        const QString suffix = info.suffix();
+        if (suffix == QLatin1String("3gp") || suffix == QLatin1String("3g2"))
+            g_is3gp = true;
+        Q_EMIT WriteProcessingStatus(m_fileName);
+        if (!m_logHandle.open(m_logPath))
+            qWarning() << "Can't create" << m_logPath;
+
+        switch (RouteForSuffix(suffix)) {
+        case Route::QuickTime:
+            RepairQuickTimeFamily(referencePath);
+            break;
+        case Route::Avi:
+            RepairAviPath(referencePath, suffix);
+            break;
+        case Route::Flv:
+            Q_EMIT ShowProgressBar();
+            Q_EMIT FileNamelabel(m_fileName);
+            if (m_file)
+                RepairFlvFile(m_fileName);
+            else if (!g_stopRequested)
+                Q_EMIT WriteStatus(false, false, m_fileName, false);
+            break;
+        case Route::Dat: {
+            Q_EMIT ShowProgressBar();
+            Q_EMIT FileNamelabel(m_fileName);
+            RepairDatFile(g_sourceFullPath);
+            if (!m_file)
+                break;
+            bool repaired = false;
+            if (!g_stopRequested && m_datDone) {
+                m_datDone = false;
+                repaired = true;
+            }
+            Q_EMIT WriteStatus(repaired, false, m_fileName, false);
+            break;
+        }
+        case Route::Asf:
+            RepairAsfPath(referencePath);
+            break;
+        case Route::Mts: {
+            Q_EMIT ShowProgressBar();
+            Q_EMIT FileNamelabel(m_fileName);
+            if (!m_file)
+                break;
+            RepairMtsFile();
+            bool repaired = false;
+            if (!g_stopRequested && m_mtsDone) {
+                m_mtsDone = false;
+                repaired = true;
+            }
+            Q_EMIT WriteStatus(repaired, false, m_fileName, false);
+            break;
+        }
+        case Route::Matroska:
+            RepairMatroskaPath(referencePath);
+            break;
+        case Route::Mpeg:
+            RepairMpegPath(referencePath);
+            break;
+        }
+        m_logHandle.close();
+        m_file.reset();
+        m_refFile.reset();
+        if (g_stopRequested)
+            break;
+
+        if (count == 1)
+            Q_EMIT OverAllProgressValue(uint(i), uint(i * 100 / count));
+        else
+            Q_EMIT OverAllProgressValue(uint(i + 1), uint((i * 100 + 100) / count));
+    }
+}
+
+void ThreadVideoRepair::ReopenInput()
+{
+    m_file = OpenReadOnly(g_sourceFullPath);
+}
+
+void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
+{
+    bool movieFound = false;
+    bool imkh = false;
+    if (referencePath.isEmpty() && !g_referenceMode) {
+        if (m_file) {
+            Q_EMIT ShowProgressBar();
+            Q_EMIT FileNamelabel(m_fileName);
+            Q_EMIT SetProgressBarRange(50000);
+            movieFound = FindDamagedMovie(imkh);
+        }
+    } else {
+        movieFound = FindReferenceMovie(referencePath);
+    }
+
+    if (!movieFound) {
+        // No movie: the ordinary way into Advance Repair on a first pass.
+        if (!g_stopRequested)
+            Q_EMIT WriteStatus(false, false, m_fileName, false);
+        return;
+    }
+    if (g_stopRequested)
+        return;
+    if (!m_fileName.isEmpty())
+        Q_EMIT FileNamelabel(m_fileName);
+
+    if (imkh) {
+        movieFound = false;
+        RemuxCameraFile(g_sourceFullPath);
+        if (g_stopRequested)
+            return;
+    } else {
+        // Each pass of the recovery subsystems opens its own handles, so the
+        // damaged file is closed around it and reopened behind it.
+        auto runPass = [this](void (ThreadVideoRepair::*pass)(const QString&, const QString&)) {
+            m_file.reset();
+            (this->*pass)(g_sourceFullPath, g_referenceFullPath);
+            ReopenInput();
+        };
+        const bool lpcm = m_isLpcm, lpcmHevc = m_isLpcmHevc, twos = m_isTwos, jpeg = m_isJpeg;
+        const bool mpeg4 = m_isMpeg4In3gp, prores = m_isProRes, hevc = m_isHevc, sowt = m_isSowt;
+        if (mpeg4 && !lpcm && !twos && !jpeg && !prores && !hevc && !sowt) {
+            if (m_file)
+                ScanMpeg4Frames();
+        } else if (jpeg && !lpcm && !twos && !mpeg4 && !prores && !hevc && !sowt) {
+            if (m_file)
+                ScanJpegFrames();
+        } else if (prores && !lpcm && !jpeg && !mpeg4 && !hevc && !sowt) {
+            if (m_file)
+                ScanProResFrames();
+        } else if (lpcm && lpcmHevc && !prores && !jpeg && !mpeg4 && !hevc && !sowt && !twos) {
+            runPass(&ThreadVideoRepair::RepairHevcLpcm);
+        } else if (lpcm && !lpcmHevc && !prores && !jpeg && !mpeg4 && !hevc && !sowt && !twos) {
+            runPass(&ThreadVideoRepair::RepairH264Lpcm);
+        } else if (hevc && !lpcm && !jpeg && !mpeg4 && !prores && !twos && !sowt) {
+            runPass(&ThreadVideoRepair::RepairHevcAac);
+        } else if (twos && !lpcm && !jpeg && !mpeg4 && !prores && !hevc && !sowt) {
+            runPass(&ThreadVideoRepair::RepairH264Twos);
+        } else if (sowt && !lpcm && !twos && !jpeg && !mpeg4 && !prores && !hevc) {
+            runPass(&ThreadVideoRepair::RepairH264Sowt);
+        } else if (!lpcm && !lpcmHevc && !twos && !jpeg && !mpeg4 && !prores && !hevc && !sowt) {
+            runPass(&ThreadVideoRepair::RepairH264Aac);
+        }
+        // Two codec flags together match no row: nothing runs, and the
+        // rebuild goes on with what logFile.txt holds.
+        if (g_stopRequested)
+            return;
+    }
+
+    m_logHandle.close();
+    if (g_stopRequested)
+        return;
+    if (!imkh) {
+        RebuildQuickTimeFile(m_logPath);
+        if (g_stopRequested)
+            return;
+    }
+
+    if (imkh) {
+        Q_EMIT WriteStatus(!g_passFailed, false, m_fileName, false);
+        g_passFailed = false;
+    } else {
+        bool repaired = movieFound;
+        if (g_passFailed) {
+            g_passFailed = false;
+            repaired = false;
+        }
+        const bool defaultCodec = !(m_isJpeg || m_isProRes || m_isHevc || m_isMpeg4In3gp || m_isTwos
+                                    || m_isSowt || m_isLpcm || m_isLpcmHevc);
+        Q_EMIT WriteStatus(repaired, false, m_fileName, defaultCodec);
+    }
+    m_videoRunLengths.clear();
+    m_audioRunLengths.clear();
+}
+
+void ThreadVideoRepair::RepairAviPath(const QString& referencePath, const QString& suffix)
+{
+    // The reference flag is cleared per file, so that a reference that fails
+    // to open for the next file isn't taken as open.
+    m_aviReferenceOpen = false;
+    const bool aviSuffix = suffix == QLatin1String("AVI") || suffix == QLatin1String("avi")
+                        || suffix == QLatin1String("DIVX") || suffix == QLatin1String("divx");
+    if (!referencePath.isEmpty() && aviSuffix) {
+        const QString refSuffix = QFileInfo(referencePath).suffix();
+        // A reference of another container is ignored: direct repair runs.
+        if (RouteForSuffix(refSuffix) == Route::Avi) {
+            m_refFile = OpenReadOnly(referencePath);
+            if (m_refFile) {
+                m_aviReferenceOpen = true;
+                m_pos = 0;
+                m_refFileSize = m_refFile->size();
+                m_moovSize = 0;
+                m_moovPos = 0;
+                Q_EMIT setProgressvalue(m_refFileSize < 0x300000 ? 5000 : 50000);
+            }
+        }
+    }
+    g_remuxed = false;
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    Q_EMIT SetProgressBarRange(500000);
+    if (!m_file) {
+        Q_EMIT WriteAVIFileStatus(false, m_fileName);
+        return;
+    }
+    // Audio if "01wb" stands in the first tenth of the file. The bar shows a
+    // fixed 400000 during this search; it is sent once, not per byte.
+    Q_EMIT setProgressvalue(400000);
+    static const uint32_t audioTag[] = {ByteReader::fourcc("01wb")};
+    const bool hasAudio = FindAnyCode(*m_file, g_inputSize / 10, audioTag, 1) >= 0;
+    if (g_stopRequested)
+        return;
+    if (m_aviReferenceOpen)
+        RepairAviWithReference(hasAudio);
+    else
+        RepairAviDirect(hasAudio);
+}
+
+void ThreadVideoRepair::RepairAsfPath(const QString& referencePath)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    m_asfHeadersFound = false;
+    if (!referencePath.isEmpty()) {
+        m_file = OpenReadOnly(referencePath);
+    }
+    if (m_file)
+        ReadAsfHeaderObjects();
+    m_file = OpenReadOnly(g_sourceFullPath);
+    bool repaired = false;
+    if (m_asfHeadersFound && m_file) {
+        m_asfHeadersFound = false;
+        repaired = true;
+        RewriteAsfFile(m_workDir);
+    } else if (!g_stopRequested) {
+        Q_EMIT WriteStatus(false, false, m_fileName, false);
+    }
+    if (!g_stopRequested)
+        Q_EMIT WriteStatus(repaired && !g_passFailed, false, m_fileName, false);
+    g_passFailed = false;
+}
+
+void ThreadVideoRepair::RepairMatroskaPath(const QString& referencePath)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    m_mkvReferenceOpen = false;
+    if (!referencePath.isEmpty()) {
+        m_refFile = OpenReadOnly(referencePath);
+        if (m_refFile) {
+            m_mkvReferenceOpen = true;
+            m_refFileSize = m_refFile->size();
+            Q_EMIT ShowProgressBar();
+            Q_EMIT FileNamelabel(QFileInfo(referencePath).fileName());
+            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
+        }
+    }
+    g_remuxed = false;
+    if (!m_file) {
+        Q_EMIT WriteAVIFileStatus(false, m_fileName);
+        return;
+    }
+    if (m_mkvReferenceOpen) {
+        RepairMatroskaFile(m_refFile.get(), m_refFileSize);
+        m_refFile.reset();
+    } else {
+        RepairMatroskaFile(m_file.get(), g_inputSize);
+    }
+}
+
+void ThreadVideoRepair::RepairMpegPath(const QString& referencePath)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    m_mpegReferenceOpen = false;
+    if (!referencePath.isEmpty()) {
+        m_refFile = OpenReadOnly(referencePath);
+        if (m_refFile) {
+            m_mpegReferenceOpen = true;
+            m_refFileSize = m_refFile->size();
+            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
+        }
+    }
+    g_remuxed = false;
+    if (!m_file) {
+        Q_EMIT WriteAVIFileStatus(false, m_fileName);
+        return;
+    }
+    // A program stream has audio (C0) or video (E0) packet heads.
+    static const uint32_t packetHeads[] = {0x000001C0u, 0x000001E0u};
+    const bool found = FindAnyCode(*m_file, g_inputSize, packetHeads, 2) >= 0;
+    if (g_stopRequested)
+        return;
+    if (m_mpegReferenceOpen)
+        RepairMpegFile(found, m_refFile.get(), m_refFileSize);
+    else
+        RepairMpegFile(found, m_file.get(), g_inputSize);
+}

@@ -1,0 +1,42 @@
+#pragma once
+// Process-wide values of the engine. The window writes the flags of the first
+// group between runs or as a stop request; everything else belongs to the
+// repair thread while a run is active and is read by the window only after a
+// verdict or the end of the run.
+#include <QString>
+#include <QStringList>
+#include <atomic>
+#include <cstdint>
+
+// Shared with the window.
+extern std::atomic<bool> g_stopRequested;   // stop this run; polled at the head of every loop
+extern std::atomic<bool> g_repairRunning;   // run() is active
+extern bool g_referenceMode;                // this run is an Advance Repair run
+extern bool g_forgetReference;              // drop the reference at the next start
+extern QString g_referencePath;             // the ReferenceVideo
+extern QString g_customWorkRoot;            // folder chosen by the user for scratch data
+
+// Per run and per file.
+extern QString g_workRoot;                  // folder that holds Repaired
+extern QString g_sourceFullPath;            // folder + "/" + name of the damaged file
+extern QString g_referenceFullPath;         // folder + "/" + name of the reference
+extern uint64_t g_inputSize;                // damaged file size, counted down by the movie reader
+extern bool g_is3gp;                        // suffix 3gp or 3g2
+extern bool g_moovRead;                     // a movie reader ran to its end
+extern bool g_hasSoundTrak;                 // the movie has an audio track
+extern bool g_remuxed;                      // the last pass left a finished file
+extern bool g_passFailed;                   // a recovery pass ended without a result
+extern QStringList g_repairedPaths;         // output paths of the run
+
+// Movie facts, filled by the movie readers.
+extern uint32_t g_videoTimeScale;
+extern uint32_t g_soundTimeScale;
+extern uint32_t g_frameWidth;
+extern uint32_t g_frameHeight;
+extern uint32_t g_videoSampleDelta;
+extern uint32_t g_audioSampleDelta;
+extern uint32_t g_audioFrameSize;
+
+// Folders fixed at start-up.
+extern QString g_programDir;                // folder of the executable
+extern QString g_appDir;                    // g_programDir + "/Libmp4", the muxer's folder

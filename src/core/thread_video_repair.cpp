@@ -1,0 +1,73 @@
+#include "core/thread_video_repair.h"
+
+#include "core/log_cipher.h"
+
+#include <QDebug>
+#include <QMutexLocker>
+
+ThreadVideoRepair::ThreadVideoRepair(QObject* parent)
+    : QThread(parent)
+{
+    g_stopRequested = false;
+}
+
+ThreadVideoRepair::~ThreadVideoRepair()
+{
+    g_stopRequested = true;
+    m_wakeCondition.wakeAll();
+    wait();
+}
+
+void ThreadVideoRepair::StartRepair(const QStringList& files, bool option)
+{
+    if (g_repairRunning) {
+        // A run is active and holds m_mutex for its whole extent: ask it to
+        // stop instead of waiting for the lock on the window's thread.
+        g_stopRequested = true;
+        m_wakeCondition.wakeAll();
+        return;
+    }
+    wait();   // a run that has just sent its last signal is leaving run()
+    QMutexLocker lock(&m_mutex);
+    m_fileList = files;
+    m_startOption = option;
+    start(QThread::LowPriority);
+}
+
+void ThreadVideoRepair::run()
+{
+    QMutexLocker lock(&m_mutex);
+    g_repairRunning = true;
+    if (!g_stopRequested) {
+        RepairFiles(m_fileList, g_referencePath);
+        if (!g_stopRequested) {
+            Q_EMIT RepairFinish();
+            g_stopRequested = false;
+            g_repairRunning = false;
+            return;
+        }
+    }
+    Q_EMIT ProcessAborted();
+    g_stopRequested = false;
+    g_repairRunning = false;
+}
+
+void ThreadVideoRepair::WriteLogLine(LogCipher& cipher, const QString& line)
+{
+    if (!m_logHandle.isOpen())
+        return;
+    const QByteArray text = cipher.encryptToString(line).toLatin1() + "\r\n";
+    m_logHandle.write(text);
+}
+
+std::unique_ptr<ByteReader> ThreadVideoRepair::OpenReadOnly(const QString& path)
+{
+    return FileReader::open(path);
+}
+
+void ThreadVideoRepair::RoutineMissing(const char* routine)
+{
+    qWarning() << "This build has no" << routine << "yet;" << m_fileName << "is not repaired.";
+    g_passFailed = true;
+    g_moovRead = false;
+}

@@ -1,0 +1,186 @@
+#pragma once
+// ThreadVideoRepair: the worker that repairs the files of one run, and the job
+// state of the whole engine. One object serves all runs; members are reset
+// per file. The class is declared here once; its methods live in the file of
+// their subsystem (core/, recovery/h264/, recovery/hevc/, containers/).
+#include "core/byte_reader.h"
+#include "core/file_writer.h"
+#include "core/repair_globals.h"
+
+#include <QList>
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+#include <QWaitCondition>
+#include <cstdint>
+#include <memory>
+
+class LogCipher;
+
+class ThreadVideoRepair : public QThread {
+    Q_OBJECT
+public:
+    explicit ThreadVideoRepair(QObject* parent = nullptr);
+    ~ThreadVideoRepair() override;
+
+    // Called on the window's thread. Starts a run over files, or, when a run
+    // is active, asks it to stop.
+    void StartRepair(const QStringList& files, bool option);
+
+Q_SIGNALS:
+    void RepairFinish();
+    void disableAddReferenceBtn();
+    void Info(QString);
+    void DestInfo(QString);
+    void MaxProgress(ulong);
+    void ProgressValue(ulong);
+    void ProcessAborted();
+    void FileNamelabel(QString);
+    void WriteStatus(bool repaired, bool reserved, QString fileName, bool defaultCodec);
+    void ShowProgressBar();
+    void SetProgressBarRange(ulong);
+    void setProgressvalue(ulong);
+    void ShowOverAllProgressBar();
+    void OverAllProgressBarMax(uint);
+    void OverAllProgressValue(uint count, uint percent);
+    void WriteProcessingStatus(QString);
+    void WriteAVIFileStatus(bool hasVideo_Strh, QString fileNmae);
+    void ffmpegstopbtn();
+
+protected:
+    void run() override;
+
+public:
+    // ---- Per-file driver (core/repair_files.cpp) ----
+    void RepairFiles(QStringList files, QString referencePath);
+    // Writes one enciphered line, closed by CR LF, to logFile.txt (when open).
+    void WriteLogLine(LogCipher& cipher, const QString& line);
+    // Opens path read-only; null when it can't be opened.
+    static std::unique_ptr<ByteReader> OpenReadOnly(const QString& path);
+
+    // ---- Movie location and readers (core/movie_search.cpp, core/movie_header.cpp) ----
+    bool FindDamagedMovie(bool& imkhMark);
+    bool FindReferenceMovie(const QString& referencePath);
+    void ReadMovieHeader();
+    void ReadReferenceMovieHeader();
+
+    // ---- Frame scanners without a sample (core/frame_scanners.cpp) ----
+    void ScanMpeg4Frames();
+    void ScanJpegFrames();
+    void ScanProResFrames();
+
+    // ---- QuickTime rebuild (core/quicktime_rebuild.cpp) ----
+    void RebuildQuickTimeFile(const QString& logPath);
+
+    // ---- Recovery passes (recovery/h264, recovery/hevc) ----
+    void RepairH264Aac(const QString& inputPath, const QString& referencePath);
+    void RepairH264Lpcm(const QString& inputPath, const QString& referencePath);
+    void RepairH264Sowt(const QString& inputPath, const QString& referencePath);
+    void RepairH264Twos(const QString& inputPath, const QString& referencePath);
+    void RepairHevcAac(const QString& inputPath, const QString& referencePath);
+    void RepairHevcLpcm(const QString& inputPath, const QString& referencePath);
+
+    // ---- Other containers (containers/) ----
+    void RemuxCameraFile(const QString& path);                          // camera.cpp
+    void RepairAviDirect(bool hasAudio);                                // avi.cpp
+    void RepairAviWithReference(bool hasAudio);                         // avi.cpp
+    void ReadAsfHeaderObjects();                                        // asf.cpp
+    void RewriteAsfFile(const QString& workDir);                        // asf.cpp
+    void RepairFlvFile(const QString& fileName);                        // flv.cpp
+    void RepairMtsFile();                                               // mpegts.cpp
+    void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
+    void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
+    void RepairDatFile(const QString& path);                            // dat.cpp
+    // Copies length bytes at start of from to the end of to, in blocks;
+    // stops between blocks when a stop is requested. Returns the bytes copied.
+    uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
+
+    // A routine that this build does not have yet: the file gets a negative
+    // verdict through the pass-failed flag, and the reason goes to the log.
+    void RoutineMissing(const char* routine);
+
+    // ---- Files and positions ----
+    std::unique_ptr<ByteReader> m_file;     // the damaged file, read-only; null when not open
+    std::unique_ptr<ByteReader> m_refFile;  // the reference file
+    FileWriter m_outFile;                   // the file being rebuilt
+    FileWriter m_logHandle;                 // logFile.txt of the current file
+    uint64_t m_pos = 0;                     // shared scratch position of every walk and writer
+    uint64_t m_fileSize = 0;
+    uint64_t m_refFileSize = 0;
+    uint64_t m_atomSize = 0;
+    uint32_t m_atomSize32 = 0;
+    uint64_t m_moovPos = 0;
+    uint32_t m_moovSize = 0;
+    uint64_t m_trakPos = 0;
+    uint64_t m_moovBodyPos = 0;
+
+    // ---- Names ----
+    QString m_workDir;                      // g_workRoot + "/Repaired"
+    QString m_logPath;                      // m_workDir + "/logFile.txt"
+    QString m_srcPath;
+    QString m_fileName;
+    QStringList m_fileList;
+    bool m_startOption = false;
+    bool m_writeStatusFlag = false;         // the "reserved" verdict argument; never set
+
+    // ---- Movie facts: RepairFlags and track state ----
+    bool m_isJpeg = false;
+    bool m_isProRes = false;
+    bool m_isHevc = false;
+    bool m_isMpeg4In3gp = false;
+    bool m_isTwos = false;
+    bool m_isSowt = false;
+    bool m_isLpcm = false;
+    bool m_isLpcmHevc = false;
+    bool m_inVideoTrak = false;
+    bool m_inAudioTrak = false;
+    bool m_inNullTrak = false;
+    bool m_inGenericTrak = false;
+    bool m_haveVideoTrak = false;
+    bool m_hasCtts = false;
+    uint32_t m_cttsEntries = 0;
+    uint32_t m_cttsCount0 = 0, m_cttsOffset0 = 0;
+    uint32_t m_cttsCount1 = 0, m_cttsOffset1 = 0;
+    uint32_t m_cttsCount2 = 0, m_cttsOffset2 = 0;
+    QByteArray m_videoStsd;
+    QByteArray m_audioStsd;
+    uint32_t m_videoStsdSize = 0;
+    uint32_t m_audioStsdSize = 0;
+    uint32_t m_audioStsdRate = 0;
+
+    // ---- Rebuild state ----
+    uint32_t m_frameSize = 0;
+    uint64_t m_framePos = 0;
+    uint32_t m_videoRun = 0, m_videoFrames = 0, m_videoRuns = 0;
+    uint32_t m_audioRun = 0, m_audioFrames = 0, m_audioSamples = 0;
+    bool m_audioInIndex = false;
+    QList<int> m_videoRunLengths;
+    QList<int> m_audioRunLengths;
+
+    // ---- Scanner state ----
+    uint64_t m_frameStart = 0;
+    uint64_t m_audioGapStart = 0;
+    uint32_t m_audioGapSize = 0;
+
+    // ---- Container routines' flags read by the driver ----
+    bool m_aviReferenceOpen = false;
+    bool m_mpegReferenceOpen = false;
+    bool m_mkvReferenceOpen = false;
+    bool m_asfHeadersFound = false;         // set by ReadAsfHeaderObjects
+    bool m_mtsDone = false;                 // set by RepairMtsFile at its end
+    bool m_datDone = false;                 // set by RepairDatFile at its start
+
+    // ---- Synchronisation ----
+    QMutex m_mutex;
+    QWaitCondition m_wakeCondition;
+
+private:
+    // Driver steps, one per container path.
+    void RepairQuickTimeFamily(const QString& referencePath);
+    void RepairAviPath(const QString& referencePath, const QString& suffix);
+    void RepairAsfPath(const QString& referencePath);
+    void RepairMatroskaPath(const QString& referencePath);
+    void RepairMpegPath(const QString& referencePath);
+    void ReopenInput();
+};

@@ -1,0 +1,67 @@
+#include "shell/platform_core.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QSysInfo>
+#include <QTextStream>
+
+QString g_settingsPath;
+
+QString SettingsFilePath(SettingsStore store)
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QString group = store == SettingsStore::DataRecovery ? QStringLiteral("Data Recovery")
+                                                               : QStringLiteral("Photo Recovery");
+    return base + QStringLiteral("/Corvane Labs/") + group + QStringLiteral("/Reelwright.ini");
+}
+
+bool EnsureResizeAppforDPI(const QString& path)
+{
+    QSettings settings(path, QSettings::IniFormat);
+    if (!settings.contains(QStringLiteral("ResizeAppforDPI"))) {
+        settings.setValue(QStringLiteral("ResizeAppforDPI"), true);
+        settings.sync();
+    }
+    return settings.value(QStringLiteral("ResizeAppforDPI"), true).toBool();
+}
+
+bool SetHiddenInFolder(const QString& folder, const QString& name, bool hidden)
+{
+    const QString listPath = folder + QStringLiteral("/.hidden");
+    QStringList lines;
+    {
+        QFile in(listPath);
+        if (in.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            QTextStream ts(&in);
+            ts.setCodec("UTF-8");
+            while (!ts.atEnd())
+                lines << ts.readLine();
+        }
+    }
+    const bool present = lines.contains(name);
+    if (hidden == present)
+        return true;
+    if (hidden)
+        lines << name;
+    else
+        lines.removeAll(name);
+    while (!lines.isEmpty() && lines.last().isEmpty())
+        lines.removeLast();
+    if (lines.isEmpty())
+        return QFile::remove(listPath);
+    QFile out(listPath);
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        return false;
+    QTextStream ts(&out);
+    ts.setCodec("UTF-8");
+    for (const QString& l : lines)
+        ts << l << '\n';
+    return true;
+}
+
+QString ProductName()
+{
+    return QSysInfo::prettyProductName();
+}

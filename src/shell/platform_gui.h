@@ -1,0 +1,28 @@
+#pragma once
+// Platform layer, part for the window program: screen facts read before the
+// toolkit starts, the single-instance guard and the preview player.
+#include <QString>
+#include <memory>
+
+class QSharedMemory;
+
+struct ScreenFacts {
+    int dpi = 96;
+    int workWidth = 1920;
+    int workHeight = 1080;
+};
+
+// The primary screen's dots per inch (Xft.dpi, else pixels per millimetre)
+// and work area (_NET_WORKAREA, else the screen size), read from X11 before
+// the QApplication exists. Without a display (offscreen, pure Wayland):
+// 96 dpi and 1920 x 1080.
+ScreenFacts ReadScreenFacts();
+
+// Creates the guard segment under key. A segment left by a crashed instance
+// is cleared first (on Unix it outlives its process). Null when another
+// living instance holds it.
+std::unique_ptr<QSharedMemory> AcquireInstanceGuard(const QString& key);
+
+// The preview player: mplayer in the application folder, else mplayer or
+// mpv on PATH. Empty when none is there.
+QString FindPreviewPlayer(const QString& appFolder);

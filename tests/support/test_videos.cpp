@@ -1,0 +1,212 @@
+#include "support/test_videos.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QUuid>
+
+namespace testvideo {
+
+QString dataDir() { return QStringLiteral(REELWRIGHT_TEST_DATA); }
+QString binDir() { return QStringLiteral(REELWRIGHT_BIN_DIR); }
+
+int run(const QString& program, const QStringList& args, QByteArray* out, QByteArray* err, int timeoutMs)
+{
+    QProcess p;
+    p.start(program, args);
+    if (!p.waitForStarted(30000))
+        return -1;
+    p.closeWriteChannel();
+    if (!p.waitForFinished(timeoutMs)) {
+        p.kill();
+        p.waitForFinished();
+        return -1;
+    }
+    if (out)
+        *out = p.readAllStandardOutput();
+    if (err)
+        *err = p.readAllStandardError();
+    return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+}
+
+QString make(const QString& name, const QStringList& ffmpegArgs)
+{
+    const QString path = dataDir() + QLatin1Char('/') + name;
+    if (QFileInfo(path).size() > 0)
+        return path;
+    QDir().mkpath(dataDir());
+    const QString suffix = QFileInfo(name).suffix();
+    const QString tmp = dataDir() + QStringLiteral("/.tmp-") + QUuid::createUuid().toString(QUuid::Id128)
+                      + QLatin1Char('.') + suffix;
+    QStringList args{QStringLiteral("-y"), QStringLiteral("-v"), QStringLiteral("error"),
+                     QStringLiteral("-nostdin")};
+    args << ffmpegArgs << tmp;
+    QByteArray err;
+    if (run(QStringLiteral("ffmpeg"), args, nullptr, &err) != 0) {
+        qWarning("ffmpeg failed for %s: %s", qPrintable(name), err.constData());
+        QFile::remove(tmp);
+        return QString();
+    }
+    QFile::remove(path);
+    if (!QFile::rename(tmp, path)) {
+        QFile::remove(tmp);   // another test made it meanwhile
+    }
+    return path;
+}
+
+QStringList lavfiVideo(int seconds, const QString& size, int rate)
+{
+    return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+            QStringLiteral("testsrc2=size=%1:rate=%2:duration=%3").arg(size).arg(rate).arg(seconds)};
+}
+
+QStringList lavfiAudio(int seconds, int sampleRate)
+{
+    return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+            QStringLiteral("sine=frequency=440:sample_rate=%1:duration=%2").arg(sampleRate).arg(seconds)};
+}
+
+QString h264Aac(const QString& suffix, bool faststart)
+{
+    QStringList args = lavfiVideo() + lavfiAudio();
+    args << QStringLiteral("-c:v") << QStringLiteral("libx264") << QStringLiteral("-preset")
+         << QStringLiteral("ultrafast") << QStringLiteral("-g") << QStringLiteral("25")
+         << QStringLiteral("-pix_fmt") << QStringLiteral("yuv420p") << QStringLiteral("-c:a")
+         << QStringLiteral("aac") << QStringLiteral("-b:a") << QStringLiteral("96k");
+    if (faststart)
+        args << QStringLiteral("-movflags") << QStringLiteral("faststart");
+    return make(QStringLiteral("h264_aac%1.%2").arg(faststart ? QStringLiteral("_faststart") : QString(), suffix), args);
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return f.readAll();
+}
+
+bool writeAll(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    return f.write(bytes) == bytes.size();
+}
+
+QString sha256(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QString();
+    QCryptographicHash h(QCryptographicHash::Sha256);
+    h.addData(&f);
+    return QString::fromLatin1(h.result().toHex());
+}
+
+qint64 findTopLevelAtom(const QByteArray& file, const char* fourcc)
+{
+    qint64 pos = 0;
+    while (pos + 8 <= file.size()) {
+        const uchar* p = reinterpret_cast<const uchar*>(file.constData()) + pos;
+        quint64 size = quint64(p[0]) << 24 | quint64(p[1]) << 16 | quint64(p[2]) << 8 | p[3];
+        if (memcmp(p + 4, fourcc, 4) == 0)
+            return pos;
+        if (size == 1 && pos + 16 <= file.size()) {
+            size = 0;
+            for (int i = 8; i < 16; ++i)
+                size = size << 8 | p[i];
+        }
+        if (size < 8)
+            return -1;
+        pos += qint64(size);
+    }
+    return -1;
+}
+
+void cutFrom(QByteArray& file, qint64 pos)
+{
+    if (pos >= 0 && pos < file.size())
+        file.truncate(int(pos));
+}
+
+void cutAtFraction(QByteArray& file, double fraction)
+{
+    cutFrom(file, qint64(file.size() * fraction));
+}
+
+void zeroRange(QByteArray& file, qint64 pos, qint64 length)
+{
+    for (qint64 i = pos; i < pos + length && i < file.size(); ++i)
+        file[int(i)] = 0;
+}
+
+void cutMoov(QByteArray& file)
+{
+    cutFrom(file, findTopLevelAtom(file, "moov"));
+}
+
+int decodedVideoFrames(const QString& path)
+{
+    QByteArray out;
+    const int rc = run(QStringLiteral("ffprobe"),
+                       {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-count_frames"),
+                        QStringLiteral("-select_streams"), QStringLiteral("v:0"), QStringLiteral("-show_entries"),
+                        QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
+                        path},
+                       &out);
+    if (rc != 0)
+        return -1;
+    bool ok = false;
+    const int n = out.trimmed().split('\n').value(0).trimmed().toInt(&ok);
+    return ok ? n : -1;
+}
+
+bool probeOpens(const QString& path)
+{
+    return run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("error"), path}) == 0;
+}
+
+QJsonObject BatchResult::end() const
+{
+    for (auto it = lines.crbegin(); it != lines.crend(); ++it)
+        if (it->value(QStringLiteral("event")).toString() == QLatin1String("end"))
+            return *it;
+    return QJsonObject();
+}
+
+QList<QJsonObject> BatchResult::verdicts() const
+{
+    QList<QJsonObject> v;
+    for (const QJsonObject& o : lines)
+        if (o.value(QStringLiteral("event")).toString() == QLatin1String("verdict"))
+            v << o;
+    return v;
+}
+
+BatchResult runBatch(const QStringList& args, int timeoutMs)
+{
+    BatchResult r;
+    QByteArray out;
+    r.exitCode = run(binDir() + QStringLiteral("/reelwright-batch"), args, &out, &r.stderrText, timeoutMs);
+    for (const QByteArray& line : out.split('\n')) {
+        if (line.trimmed().isEmpty())
+            continue;
+        r.lines << QJsonDocument::fromJson(line).object();
+    }
+    return r;
+}
+
+QString freshDir(const QString& tag)
+{
+    const QString dir = QDir::tempPath() + QStringLiteral("/rw-") + tag + QLatin1Char('-')
+                      + QUuid::createUuid().toString(QUuid::Id128).left(12);
+    QDir().mkpath(dir);
+    return dir;
+}
+
+} // namespace testvideo

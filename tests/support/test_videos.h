@@ -1,0 +1,63 @@
+#pragma once
+// Test videos made by ffmpeg at test time (cached in the build tree) and
+// damaged by code, deterministically; helpers to run the engine and the
+// batch runner, and to look at outputs with ffprobe.
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace testvideo {
+
+QString dataDir();
+QString binDir();
+
+// Runs a program and returns its exit code (-1 when it could not start);
+// stdout and stderr are returned through the pointers when given.
+int run(const QString& program, const QStringList& args, QByteArray* out = nullptr,
+        QByteArray* err = nullptr, int timeoutMs = 600000);
+
+// Makes dataDir()/name once with "ffmpeg -y -v error <args> OUT" and returns
+// its path; an empty string when ffmpeg failed. Concurrent tests are safe:
+// the file is written under a temporary name and renamed.
+QString make(const QString& name, const QStringList& ffmpegArgs);
+
+// Common inputs: testsrc2 video and a sine tone, `seconds` long.
+QStringList lavfiVideo(int seconds = 4, const QString& size = QStringLiteral("320x240"), int rate = 25);
+QStringList lavfiAudio(int seconds = 4, int sampleRate = 48000);
+
+// A healthy H.264 + AAC clip in the given container (mp4, mov, ...).
+QString h264Aac(const QString& suffix, bool faststart = false);
+
+QByteArray readAll(const QString& path);
+bool writeAll(const QString& path, const QByteArray& bytes);
+QString sha256(const QString& path);
+
+// Top-level atom of a QuickTime file: position of its size word, or -1.
+qint64 findTopLevelAtom(const QByteArray& file, const char* fourcc);
+// Damage helpers, all in place.
+void cutFrom(QByteArray& file, qint64 pos);                 // keep [0, pos)
+void cutAtFraction(QByteArray& file, double fraction);
+void zeroRange(QByteArray& file, qint64 pos, qint64 length);
+void cutMoov(QByteArray& file);                             // drop a moov at the end
+
+// Frames of the first video stream that decode, or -1 when the file doesn't open.
+int decodedVideoFrames(const QString& path);
+// True when ffprobe opens the file.
+bool probeOpens(const QString& path);
+
+struct BatchResult {
+    int exitCode = -1;
+    QList<QJsonObject> lines;      // stdout, one object per line
+    QByteArray stderrText;
+    QJsonObject end() const;       // the last object ("event":"end"), or empty
+    QList<QJsonObject> verdicts() const;
+};
+BatchResult runBatch(const QStringList& args, int timeoutMs = 600000);
+
+// A fresh folder under the system temp folder, removed by the caller.
+QString freshDir(const QString& tag);
+
+} // namespace testvideo
