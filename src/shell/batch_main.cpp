@@ -24,6 +24,13 @@ void OnInterrupt(int)
     g_stopRequested = true;   // lock-free atomic store: safe in a signal handler
 }
 
+// With --quiet the engine's log lines are dropped too; real failures still show.
+void QuietMessages(QtMsgType type, const QMessageLogContext&, const QString& msg)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(msg));
+}
+
 void PrintJson(const QJsonObject& obj)
 {
     const QByteArray line = QJsonDocument(obj).toJson(QJsonDocument::Compact);
@@ -115,6 +122,8 @@ int main(int argc, char** argv)
     if (!workRoot.isEmpty() && !QFileInfo(workRoot).isDir())
         return UsageError(QStringLiteral("the work root %1 isn't a folder").arg(workRoot));
 
+    if (quiet)
+        qInstallMessageHandler(QuietMessages);
     g_programDir = QCoreApplication::applicationDirPath();
     g_appDir = g_programDir + QStringLiteral("/Libmp4");
     g_customWorkRoot = workRoot.isEmpty() ? QString() : QFileInfo(workRoot).absoluteFilePath();

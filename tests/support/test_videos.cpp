@@ -35,12 +35,17 @@ int run(const QString& program, const QStringList& args, QByteArray* out, QByteA
 
 QString make(const QString& name, const QStringList& ffmpegArgs)
 {
-    const QString path = dataDir() + QLatin1Char('/') + name;
+    // The cache is keyed by the arguments too, so two tests that pick the same
+    // name for different clips never share a file.
+    const QByteArray key = QCryptographicHash::hash(ffmpegArgs.join(QLatin1Char('\n')).toUtf8(),
+                                                    QCryptographicHash::Sha1).toHex().left(10);
+    const QString folder = dataDir() + QLatin1Char('/') + QString::fromLatin1(key);
+    const QString path = folder + QLatin1Char('/') + name;
     if (QFileInfo(path).size() > 0)
         return path;
-    QDir().mkpath(dataDir());
+    QDir().mkpath(folder);
     const QString suffix = QFileInfo(name).suffix();
-    const QString tmp = dataDir() + QStringLiteral("/.tmp-") + QUuid::createUuid().toString(QUuid::Id128)
+    const QString tmp = folder + QStringLiteral("/.tmp-") + QUuid::createUuid().toString(QUuid::Id128)
                       + QLatin1Char('.') + suffix;
     QStringList args{QStringLiteral("-y"), QStringLiteral("-v"), QStringLiteral("error"),
                      QStringLiteral("-nostdin")};

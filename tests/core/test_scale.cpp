@@ -1,0 +1,52 @@
+// The display scale: the step-down table and the fit of the main window.
+#include "shell/scale.h"
+
+#include <QtTest>
+#include <limits>
+
+class TestScale : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void stepDown_data()
+    {
+        QTest::addColumn<float>("in");
+        QTest::addColumn<float>("out");
+        QTest::newRow("1.1") << 1.1f << 1.0f;
+        QTest::newRow("1.25") << 1.25f << 1.0f;
+        QTest::newRow("1.3") << 1.3f << 1.25f;
+        QTest::newRow("1.5") << 1.5f << 1.25f;
+        QTest::newRow("2.0") << 2.0f << 1.75f;
+        QTest::newRow("3.6") << 3.6f << 3.5f;
+        QTest::newRow("4.9") << 4.9f << 4.75f;
+        QTest::newRow("5.0") << 5.0f << 4.75f;
+        QTest::newRow("zero") << 0.0f << 1.0f;
+        QTest::newRow("one") << 1.0f << 0.0f;
+        QTest::newRow("below one") << 0.5f << 0.0f;
+        QTest::newRow("negative") << -2.0f << 0.0f;
+        QTest::newRow("above five") << 5.01f << 0.0f;
+        QTest::newRow("nan") << std::numeric_limits<float>::quiet_NaN() << 0.0f;
+    }
+    void stepDown()
+    {
+        QFETCH(float, in);
+        QFETCH(float, out);
+        QCOMPARE(StepDownScale(in), out);
+    }
+
+    void fit()
+    {
+        // 192 dpi on 1366 x 728: 2.0, 1.75, 1.5 (900 > 728), 1.25 (750 > 728), 1.0.
+        QCOMPARE(FitScale(192, 1366, 728), 1.0f);
+        QCOMPARE(FitScale(120, 1920, 1080), 1.25f);
+        QCOMPARE(FontDpiText(FitScale(120, 1920, 1080)), QByteArray("120"));
+        QCOMPARE(FitScale(192, 3840, 2160), 2.0f);
+        QCOMPARE(FitScale(192, 1920, 1040), 1.5f);   // 900 <= 1040, 1275 <= 1920
+        QCOMPARE(FitScale(96, 800, 500), 1.0f);      // 1.0 is kept even when it doesn't fit
+        QCOMPARE(FitScale(72, 1920, 1080), 0.75f);   // a small scale that fits is kept
+        QCOMPARE(FitScale(72, 600, 400), 1.0f);      // one that doesn't steps to 0.0, then 1.0
+        QCOMPARE(FontDpiText(1.0f), QByteArray("96"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestScale)
+#include "test_scale.moc"

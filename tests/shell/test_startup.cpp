@@ -1,0 +1,92 @@
+// Start-up: the single-instance guard survives no crash, and a first start
+// creates ResizeAppforDPI at both settings stores.
+#include "shell/platform_core.h"
+#include "shell/scale.h"
+#include "shell/startup.h"
+#include "support/test_videos.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QSettings>
+#include <QUuid>
+#include <QtTest>
+
+#include <csignal>
+
+using namespace testvideo;
+
+class TestStartup : public QObject {
+    Q_OBJECT
+    QString probe() const { return QStringLiteral(REELWRIGHT_BIN_DIR "/../tests-bin/instance_guard_probe"); }
+
+private Q_SLOTS:
+    void guardIsClearedAfterACrash()
+    {
+        const QString key = QUuid::createUuid().toString(QUuid::Id128);
+        QProcess holder;
+        holder.start(probe(), {key, QStringLiteral("hold")});
+        QVERIFY(holder.waitForReadyRead(10000));
+        QCOMPARE(holder.readLine().trimmed(), QByteArray("acquired"));
+
+        QByteArray out;
+        QCOMPARE(run(probe(), {key, QStringLiteral("try")}, &out), 0);
+        QCOMPARE(out.trimmed(), QByteArray("busy"));
+
+        ::kill(pid_t(holder.processId()), SIGKILL);
+        QVERIFY(holder.waitForFinished(10000));
+        QCOMPARE(run(probe(), {key, QStringLiteral("try")}, &out), 0);
+        QCOMPARE(out.trimmed(), QByteArray("acquired"));
+    }
+
+    void firstStartCreatesBothStores()
+    {
+        const QString home = freshDir(QStringLiteral("xdg"));
+        QProcess app;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home);
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        app.setProcessEnvironment(env);
+        app.start(binDir() + QStringLiteral("/reelwright"), QStringList());
+        QVERIFY(app.waitForStarted());
+        const QString data = home + QStringLiteral("/Corvane Labs/Data Recovery/Reelwright.ini");
+        const QString photo = home + QStringLiteral("/Corvane Labs/Photo Recovery/Reelwright.ini");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(photo), 15000);
+        app.kill();
+        app.waitForFinished();
+        for (const QString& p : {data, photo}) {
+            QSettings s(p, QSettings::IniFormat);
+            QCOMPARE(s.value(QStringLiteral("ResizeAppforDPI")).toString(), QStringLiteral("true"));
+        }
+        QDir(home).removeRecursively();
+    }
+
+    void scaleTurnedOffFixesFontDpi()
+    {
+        const QString home = freshDir(QStringLiteral("xdg"));
+        qputenv("XDG_CONFIG_HOME", home.toUtf8());
+        {
+            QSettings s(SettingsFilePath(SettingsStore::DataRecovery), QSettings::IniFormat);
+            s.setValue(QStringLiteral("ResizeAppforDPI"), false);
+        }
+        QCOMPARE(PrepareDisplayScale(), 1.0f);
+        QCOMPARE(qgetenv("QT_FONT_DPI"), QByteArray("102"));
+        QCOMPARE(qgetenv("QT_SCALE_FACTOR"), QByteArray("1"));
+        QDir(home).removeRecursively();
+    }
+
+    void hiddenListKeepsOtherLines()
+    {
+        const QString dir = freshDir(QStringLiteral("hidden"));
+        writeAll(dir + QStringLiteral("/.hidden"), "notes\n");
+        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("Repaired"), true));
+        QCOMPARE(readAll(dir + QStringLiteral("/.hidden")), QByteArray("notes\nRepaired\n"));
+        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("Repaired"), false));
+        QCOMPARE(readAll(dir + QStringLiteral("/.hidden")), QByteArray("notes\n"));
+        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("notes"), false));
+        QVERIFY(!QFileInfo::exists(dir + QStringLiteral("/.hidden")));   // empty list goes
+        QDir(dir).removeRecursively();
+    }
+};
+
+QTEST_MAIN(TestStartup)
+#include "test_startup.moc"
