@@ -1,6 +1,7 @@
 #include "core/byte_reader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -14,8 +15,12 @@ ByteReader::ByteReader(uint64_t size, size_t window)
 
 const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
 {
-    if (n > maxView())
-        n = maxView();   // callers respect maxView(); this only keeps memory safe
+    if (n > maxView()) {
+        // Callers should stay within maxView(); a larger request grows the
+        // window rather than hand out a short buffer.
+        m_window = n + 2 * kAlign;
+        m_buf.assign(m_window, 0);
+    }
     // Refill so that the window starts at pos rounded down to the alignment.
     const uint64_t start = pos - pos % kAlign;
     m_winStart = start;
@@ -49,8 +54,19 @@ size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
     return size_t(std::min<uint64_t>(n, m_size - pos));
 }
 
+namespace {
+std::atomic<size_t> g_defaultWindow{ByteReader::kDefaultWindow};
+}
+
+void FileReader::setDefaultWindow(size_t window)
+{
+    g_defaultWindow = window ? window : kDefaultWindow;
+}
+
 std::unique_ptr<FileReader> FileReader::open(const QString& path, size_t window)
 {
+    if (window == 0)
+        window = g_defaultWindow;
     const QByteArray native = path.toUtf8();
     const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)

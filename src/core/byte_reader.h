@@ -83,7 +83,11 @@ private:
 class FileReader final : public ByteReader {
 public:
     // Null when the path can't be opened for reading or isn't a regular file.
-    static std::unique_ptr<FileReader> open(const QString& path, size_t window = kDefaultWindow);
+    // A window of 0 takes the process-wide default.
+    static std::unique_ptr<FileReader> open(const QString& path, size_t window = 0);
+    // The window of readers opened without one (fuzzing uses small windows
+    // so that window edges are crossed often).
+    static void setDefaultWindow(size_t window);
     ~FileReader() override;
     const QString& path() const { return m_path; }
 

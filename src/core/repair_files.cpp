@@ -37,7 +37,7 @@ Route RouteForSuffix(const QString& suffix)
 // the file in large blocks through the reader rather than a word per byte.
 int64_t FindAnyCode(ByteReader& reader, uint64_t limit, const uint32_t* codes, int codeCount)
 {
-    const size_t block = 1u << 20;
+    const size_t block = std::min<size_t>(1u << 20, reader.maxView() - 3);
     for (uint64_t pos = 0; pos < limit && !g_stopRequested; pos += block) {
         const size_t n = size_t(std::min<uint64_t>(block, limit - pos));
         const uint8_t* p = reader.view(pos, n + 3);

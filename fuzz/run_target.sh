@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Runs one fuzz target for SECONDS on a scratch copy of its seed corpus.
+#   run_target.sh TARGET SEED_DIR SECONDS [extra libFuzzer flags]
+set -euo pipefail
+target=$1 seeds=$2 seconds=$3; shift 3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir -p "$work/corpus"
+cp -r "$seeds"/. "$work/corpus/" 2>/dev/null || true
+cd "$work"
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=0:allocator_may_return_null=1}
+exec "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=1048576 \
+    -print_final_stats=1 "$@" corpus
