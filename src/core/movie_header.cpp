@@ -1,5 +1,259 @@
-// Placeholder until this routine is built: the file gets a negative verdict.
+// Reading the movie of the damaged file and of the sample. A damaged moov
+// can't be trusted, so the scan steps byte by byte from mvhd and reacts to
+// the four-character codes wherever they stand. The two readers share one
+// scan; the sample's rules differ in the places marked `reference`.
 #include "core/thread_video_repair.h"
 
-void ThreadVideoRepair::ReadMovieHeader() {}
-void ThreadVideoRepair::ReadReferenceMovieHeader() {}
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
+
+struct TrackSearch {
+    // The last search for vmhd/smhd: a hostile file full of "trak" words
+    // would otherwise search the same stretch again for each of them.
+    uint64_t from = 0, end = 0, hit = 0;
+    bool valid = false;
+};
+
+// First position in [from, end) whose word is vmhd or smhd, or end.
+uint64_t FindMediaHeader(ByteReader& r, uint64_t from, uint64_t end, TrackSearch& memo)
+{
+    if (memo.valid && from >= memo.from) {
+        if (memo.hit < memo.end && from <= memo.hit)
+            return memo.hit < end ? memo.hit : end;
+        if (memo.hit >= memo.end && end <= memo.end)
+            return end;
+    }
+    const uint32_t vmhd = C("vmhd"), smhd = C("smhd");
+    const uint64_t stop = std::min(end, r.size());
+    const size_t block = std::min<size_t>(1u << 20, r.maxView() - 4);
+    uint64_t hit = end;
+    for (uint64_t pos = from; pos < stop && hit == end; pos += block) {
+        if (g_stopRequested)
+            return end;
+        const size_t n = size_t(std::min<uint64_t>(block, stop - pos));
+        const uint8_t* p = r.view(pos, n + 3);
+        for (size_t i = 0; i < n; ++i) {
+            const uint32_t w = ByteReader::loadBe32(p + i);
+            if (w == vmhd || w == smhd) {
+                hit = pos + i;
+                break;
+            }
+        }
+    }
+    memo = {from, end, hit, true};
+    return hit;
+}
+
+} // namespace
+
+void ThreadVideoRepair::ReadMovieHeader()
+{
+    ScanMovieHeader(false);
+}
+
+void ThreadVideoRepair::ReadReferenceMovieHeader()
+{
+    ScanMovieHeader(true);
+}
+
+void ThreadVideoRepair::ScanMovieHeader(bool reference)
+{
+    ByteReader* file = reference ? m_refFile.get() : m_file.get();
+    if (!file)
+        return;
+    ByteReader& r = *file;
+
+    g_videoTimeScale = g_soundTimeScale = 0;
+    g_frameWidth = g_frameHeight = 0;
+    g_videoSampleDelta = g_audioSampleDelta = g_audioFrameSize = 0;
+    m_videoStsdSize = m_audioStsdSize = m_audioStsdRate = 0;
+    m_videoStsd.clear();
+    m_audioStsd.clear();
+    m_hasCtts = false;
+    m_cttsEntries = m_cttsCount0 = m_cttsOffset0 = m_cttsCount1 = m_cttsOffset1 = 0;
+    m_cttsCount2 = m_cttsOffset2 = 0;
+    if (!reference)
+        m_isJpeg = false;   // the sample's reader leaves it as it was
+    m_isProRes = m_isHevc = m_isMpeg4In3gp = m_isTwos = m_isSowt = m_isLpcm = m_isLpcmHevc = false;
+    m_trakPos = 0;
+    m_inAudioTrak = m_inVideoTrak = m_haveVideoTrak = m_inNullTrak = m_inGenericTrak = false;
+    int sttsCount = 0;
+
+    m_pos += 24;
+    m_moovBodyPos = m_pos;
+    const uint64_t fileSize = reference ? m_refFileSize : m_fileSize;
+    if (m_moovSize >= fileSize)
+        return;
+    // The damaged file is scanned to its end; the sample only over its moov.
+    const uint64_t scanEnd = reference ? m_moovBodyPos + m_moovSize : m_fileSize;
+    uint64_t& countDown = reference ? m_refFileSize : g_inputSize;
+    TrackSearch memo;
+
+    // A copy of the atom whose 4CC is at pos, from its size word on. A size
+    // beyond the data is cut at the end of the file, which it can't exceed.
+    auto copyAtom = [&r](uint64_t pos, uint32_t size) {
+        const uint64_t avail = r.size() > pos - 4 ? r.size() - (pos - 4) : 0;
+        QByteArray out(int(std::min<uint64_t>(size, avail)), '\0');
+        r.read(pos - 4, out.data(), size_t(out.size()));
+        return out;
+    };
+
+    bool done = false;
+    while (!done && m_pos < scanEnd && (reference || !g_stopRequested)) {
+        uint32_t w = r.be32(m_pos);
+
+        if (w == C("trak")) {
+            m_trakPos = m_pos;
+            const uint64_t end = reference ? m_pos + r.be32(m_pos - 4) : m_fileSize;
+            const uint64_t hit = FindMediaHeader(r, m_pos, end, memo);
+            if (hit < end) {
+                w = r.be32(hit);
+                if (w == C("vmhd")) {
+                    m_inVideoTrak = true;
+                    m_haveVideoTrak = true;
+                } else {
+                    m_inAudioTrak = true;
+                }
+                m_pos = m_trakPos + 4;
+            } else {
+                // No media header: the scan goes on where the search ended.
+                m_pos = end;
+                w = 0;
+                if (m_pos >= scanEnd)
+                    break;
+            }
+        }
+
+        if (m_inVideoTrak) {
+            if (w == C("mdhd")) {
+                g_videoTimeScale = r.be32(m_pos + 16);
+            } else if (!reference && w == C("jpeg")) {
+                m_isJpeg = true;
+            } else if (w == C("es26") || w == C("mp4v")) {
+                if (g_is3gp)
+                    m_isMpeg4In3gp = true;
+            } else if (w == C("apch") || w == C("apcn") || w == C("apcs") || w == C("apco")
+                       || w == C("ap4h")) {
+                m_isProRes = true;
+            } else if (w == C("hvc1") || w == C("hev1")) {
+                m_isHevc = true;
+            } else if (w == C("mdat")) {
+                done = true;
+            } else if (w == C("stsc")) {
+                if (!reference && g_videoSampleDelta == 0) {
+                    // The stts behind the stsc gives the frame duration.
+                    const uint32_t s = r.be32(m_pos - 4);
+                    if (r.be32(m_pos + s) == C("stts"))
+                        g_videoSampleDelta = r.be32(m_pos + s + 16);
+                }
+                m_inVideoTrak = false;
+            } else if (w == C("tkhd")) {
+                g_frameWidth = r.be32(m_pos + 78);
+                g_frameHeight = r.be32(m_pos + 82);
+                if (reference && m_logHandle.isOpen()) {
+                    m_logHandle.write(QByteArray("FrameWidth = ") + QByteArray::number(g_frameWidth) + "\r\n");
+                    m_logHandle.write(QByteArray("FrameHeight = ") + QByteArray::number(g_frameHeight) + "\r\n");
+                }
+            } else if (w == C("stsd")) {
+                m_videoStsdSize = r.be32(m_pos - 4);
+                if (reference || m_videoStsdSize < 1000)
+                    m_videoStsd = copyAtom(m_pos, m_videoStsdSize);
+            } else if (w == C("stts")) {
+                if (reference) {
+                    g_videoSampleDelta = r.be32(m_pos + 16);
+                    m_inVideoTrak = false;
+                    if (++sttsCount >= 2)
+                        done = true;
+                } else if (sttsCount == 2) {
+                    done = true;
+                } else {
+                    g_videoSampleDelta = r.be32(m_pos + 16);
+                    ++sttsCount;
+                }
+            } else if (w == C("ctts")) {
+                m_cttsOffset2 = 0;
+                if (!reference) {
+                    // The word where the next atom's size stands is compared with stsc.
+                    const uint32_t s = r.be32(m_pos - 4);
+                    const uint64_t next = m_pos + s - 4;
+                    if (next < g_inputSize && r.be32(next) != C("stsc"))
+                        m_inVideoTrak = false;
+                }
+                m_cttsEntries = r.be32(m_pos + 8);
+                if (m_cttsEntries > 1) {
+                    m_hasCtts = true;
+                    m_pos += 12;
+                    m_cttsCount0 = r.be32(m_pos);
+                    m_cttsOffset0 = r.be32(m_pos + 4);
+                    m_pos += 8;
+                    m_cttsCount1 = r.be32(m_pos);
+                    m_cttsOffset1 = r.be32(m_pos + 4);
+                    m_pos += 8;
+                    if (m_cttsCount1 == 2) {
+                        m_cttsOffset2 = m_cttsOffset1;
+                    } else if (m_cttsCount1 == 1) {
+                        m_cttsCount2 = r.be32(m_pos);
+                        m_cttsOffset2 = r.be32(m_pos + 4);
+                    }
+                }
+            }
+        }
+
+        if (!done && m_inAudioTrak) {
+            static const uint32_t audioCodes[] = {C("stsd"), C("mdhd"), C("twos"), C("sowt"), C("lpcm"),
+                                                  C("stsz"), C("stts"), C("mdat")};
+            if (std::find(std::begin(audioCodes), std::end(audioCodes), w) != std::end(audioCodes))
+                g_hasSoundTrak = true;
+            if (w == C("stsd")) {
+                m_audioStsdSize = r.be32(m_pos - 4);
+                if (m_audioStsdSize < 670)
+                    m_audioStsd = copyAtom(m_pos, m_audioStsdSize);
+                m_audioStsdRate = r.be32(m_pos + 42);
+            } else if (w == C("mdhd")) {
+                g_soundTimeScale = r.be32(m_pos + 16);
+            } else if (w == C("twos")) {
+                m_isTwos = true;
+            } else if (w == C("sowt")) {
+                m_isSowt = true;
+                if (reference)
+                    g_is3gp = false;
+            } else if (w == C("lpcm")) {
+                m_isLpcm = true;
+                if (m_isHevc) {
+                    m_isLpcmHevc = true;
+                    m_isHevc = false;
+                }
+            } else if (w == C("stsz")) {
+                const uint32_t a = r.be32(m_pos + 16);
+                const uint32_t b = r.be32(m_pos + 20);
+                g_audioFrameSize = a == 4 ? b : b - 50;
+                m_inAudioTrak = false;
+                if (reference) {
+                    if (m_inVideoTrak)
+                        done = true;
+                } else if (m_haveVideoTrak) {
+                    m_haveVideoTrak = false;
+                    done = true;
+                }
+            } else if (w == C("stts")) {
+                g_audioSampleDelta = r.be32(m_pos + 16);
+                ++sttsCount;
+            } else if (w == C("mdat")) {
+                done = true;
+            }
+        }
+        if (done)
+            break;
+        ++m_pos;
+        if (countDown)
+            --countDown;
+    }
+    if (!reference && g_stopRequested)
+        return;
+    g_moovRead = true;
+    if (reference)
+        m_refFile.reset();
+}

@@ -1,11 +1,518 @@
-// Placeholder until this routine is built: the file gets a negative verdict.
+// The QuickTime rebuild: a new file from the frames listed in logFile.txt,
+// copied in index order into one mdat, and a new moov behind it.
 #include "core/thread_video_repair.h"
 
-void ThreadVideoRepair::RebuildQuickTimeFile(const QString&)
+#include "core/log_cipher.h"
+#include "core/muxer.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <cmath>
+
+namespace {
+
+struct IndexEntry {
+    bool audio = false;
+    uint64_t pos = 0;
+    uint32_t size = 0;
+};
+
+// Reads the frame lines of a FrameIndexFile. Lines that don't decipher, lines
+// of other forms, and frames that don't lie wholly inside the damaged file are
+// passed over, the same way in every pass, so all tables agree with the mdat.
+class FrameIndexReader {
+public:
+    FrameIndexReader(const QString& path, uint64_t fileSize) : m_file(path), m_fileSize(fileSize)
+    {
+        m_file.open(QIODevice::ReadOnly);
+    }
+    bool isOpen() const { return m_file.isOpen(); }
+    bool next(IndexEntry& e)
+    {
+        while (!m_file.atEnd()) {
+            const QByteArray raw = m_file.readLine(1 << 16).trimmed();
+            if (raw.isEmpty())
+                continue;
+            const QString line = m_cipher.decryptToString(QString::fromLatin1(raw));
+            if (m_cipher.lastError() != LogCipher::NoError)
+                continue;
+            const QStringList f = line.split(QLatin1Char(' '));
+            if (f.size() < 7)
+                continue;
+            const bool video = f[0] == QLatin1String("AVC(Vide)");
+            const bool audio = f[0] == QLatin1String("AAC(soun)");
+            if (!video && !audio)
+                continue;
+            bool ok1 = false, ok2 = false;
+            const qulonglong pos = f[3].toULongLong(&ok1);
+            const qulonglong size = f[6].toULongLong(&ok2);
+            // A frame ending exactly at the end of the file is complete, so
+            // the test is "not past the end"; an empty or oversized frame is dropped.
+            if (!ok1 || !ok2 || size == 0 || size > 0xFFFFFFFFull || pos > m_fileSize
+                || size > m_fileSize - pos)
+                continue;
+            e.audio = audio;
+            e.pos = pos;
+            e.size = uint32_t(size);
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QFile m_file;
+    LogCipher m_cipher;
+    uint64_t m_fileSize;
+};
+
+void WriteMatrix(FileWriter& w, int bytes = 36)
+{
+    static const uint8_t m[36] = {0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0,
+                                  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x40, 0, 0, 0};
+    w.write(m, size_t(bytes));
+}
+
+void WriteTkhd(FileWriter& w, uint32_t trackId, uint32_t duration, uint32_t width, uint32_t height)
+{
+    w.be32(92);
+    w.fourcc("tkhd");
+    w.be32(0x0000000F);   // version 0, flags
+    w.be32(0);            // creation
+    w.be32(0);            // modification
+    w.be32(trackId);
+    w.be32(0);            // reserved
+    w.be32(duration);
+    w.zeros(8);           // reserved
+    w.be16(0);            // layer
+    w.be16(0);            // alternate group
+    w.be16(0x0100);       // volume
+    w.be16(0);            // reserved
+    // The size words stand two bytes early, so their low halves are the
+    // integer parts of the 16.16 width and height.
+    WriteMatrix(w, 34);
+    w.be32(width);
+    w.be32(height);
+    w.be16(0);
+}
+
+void WriteMdhd(FileWriter& w, uint32_t timeScale, uint32_t duration)
+{
+    w.be32(32);
+    w.fourcc("mdhd");
+    w.be32(0);            // version, flags
+    w.be32(0);            // creation
+    w.be32(0);            // modification
+    w.be32(timeScale);
+    w.be32(duration);
+    w.be16(0x15C7);       // language
+    w.be16(0);            // quality
+}
+
+void WriteHdlr(FileWriter& w, const char* type, const char* subtype)
+{
+    w.be32(34);
+    w.fourcc("hdlr");
+    w.be32(0);
+    w.fourcc(type);
+    w.fourcc(subtype);
+    w.zeros(14);
+}
+
+void WriteDinf(FileWriter& w)
+{
+    static const uint8_t d[36] = {0, 0, 0, 0x24, 'd', 'i', 'n', 'f', 0, 0, 0, 0x1C, 'd', 'r', 'e', 'f', 0, 0, 0, 0,
+                                  0, 0, 0, 1, 0, 0, 0, 0x0C, 'a', 'l', 'i', 's', 0, 0, 0, 1};
+    w.write(d, 36);
+}
+
+void WriteStsdCopy(FileWriter& w, QByteArray& stsd, uint32_t size)
+{
+    // A copy that doesn't hold a whole atom head, or an atom of 700 bytes or
+    // more, isn't written; the atom sizes follow what is written.
+    if (size >= 16 && size < 700 && uint32_t(stsd.size()) >= size)
+        w.write(stsd.constData(), size);
+    stsd.clear();
+}
+
+void WriteStts(FileWriter& w, uint32_t count, uint32_t duration)
+{
+    w.be32(24);
+    w.fourcc("stts");
+    w.be32(0);
+    w.be32(1);
+    w.be32(count);
+    w.be32(duration);
+}
+
+// Sample-to-chunk: chunks 1 .. completedRuns - 1 get an entry each, as the
+// runs were counted; later chunks get one only when their count changes, so
+// the last runs are told right however the interleaving varies.
+void WriteStsc(FileWriter& w, const std::vector<uint32_t>& perChunk, int completedRuns)
+{
+    w.beginBox("stsc");
+    w.be32(0);
+    const uint64_t countAt = w.pos();
+    w.be32(0);
+    uint32_t entries = 0;
+    for (size_t k = 0; k < perChunk.size(); ++k) {
+        if (int(k) < completedRuns - 1 || k == 0 || perChunk[k] != perChunk[k - 1]) {
+            w.be32(uint32_t(k + 1));
+            w.be32(perChunk[k]);
+            w.be32(1);
+            ++entries;
+        }
+    }
+    w.patchBe32(countAt, entries);
+    w.endBox();
+}
+
+void WriteCo64(FileWriter& w, const std::vector<ThreadVideoRepair::RebuildChunk>& chunks)
+{
+    w.beginBox("co64");
+    w.be64(chunks.size());   // version and flags 0, then the count
+    for (const auto& c : chunks)
+        w.be64(c.offset);
+    w.endBox();
+}
+
+} // namespace
+
+void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
 {
     if (g_remuxed) {
         g_repairedPaths << m_workDir + QStringLiteral("/") + m_fileName;
         return;
     }
-    RoutineMissing("RebuildQuickTimeFile");
+    m_atomSize = 0;
+    m_pos = 0;
+    m_videoRun = m_videoFrames = m_videoRuns = 0;
+    m_audioRun = m_audioFrames = m_audioSamples = 0;
+    m_audioInIndex = false;
+    m_inAudioTrak = false;
+    m_videoRunLengths.clear();
+    m_audioRunLengths.clear();
+    m_videoChunks.clear();
+    m_audioChunks.clear();
+    m_rebuildIndexPath = logPath;
+    const QString outPath = m_workDir + QStringLiteral("/") + m_fileName;
+
+    if (!m_outFile.open(outPath)) {
+        qWarning() << "Can't create" << outPath;
+        g_passFailed = true;
+        return;
+    }
+    // ftyp: the damaged file's own when it is a plausible small atom, else the
+    // default; a copy of 50 bytes or more is replaced so the file starts with a valid atom.
+    m_atomSize32 = 0;
+    if (m_file && m_file->is4cc(4, "ftyp")) {
+        const uint32_t s = m_file->be32(0);
+        if (s >= 8 && s < 50) {
+            m_atomSize32 = s;
+            m_outFile.copyFrom(*m_file, 0, s);
+        }
+    }
+    if (m_atomSize32 == 0) {
+        static const uint8_t ftyp[32] = {0, 0, 0, 0x20, 'f', 't', 'y', 'p', 'q', 't', ' ', ' ', 0x20, 0x05, 0x03, 0,
+                                         'q', 't', ' ', ' ', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+        m_outFile.write(ftyp, 32);
+        m_atomSize32 = 32;
+    }
+    m_outFile.beginBox("mdat", true);
+
+    FrameIndexReader index(logPath, m_fileSize);
+    const bool bigFile = m_fileSize > 0x9600000;
+    if (bigFile)
+        Q_EMIT SetProgressBarRange(500000);
+    IndexEntry e;
+    bool lastAudio = false;
+    bool first = true;
+    uint64_t offset = m_atomSize32 + 16;
+    while (m_file && index.isOpen() && index.next(e)) {
+        if (g_stopRequested) {
+            m_outFile.close();   // left unfinished; the run ends
+            return;
+        }
+        m_outFile.copyFrom(*m_file, e.pos, e.size);
+        m_atomSize += e.size;
+        if (e.audio) {
+            m_inAudioTrak = true;
+            m_audioInIndex = true;
+            if (first || !lastAudio) {
+                if (m_videoRun) {
+                    m_videoRunLengths << int(m_videoRun);
+                    m_videoRun = 0;
+                    ++m_videoRuns;
+                }
+                m_audioChunks.push_back({offset, 0, 0});
+            }
+            ++m_audioRun;
+            ++m_audioFrames;
+            m_audioChunks.back().frames++;
+            m_audioChunks.back().samples += e.size >> 2;
+            m_audioSamples += e.size >> 2;
+        } else {
+            if (first || lastAudio) {
+                if (m_audioRun) {
+                    m_audioRunLengths << int(m_audioRun);
+                    m_audioRun = 0;
+                }
+                m_videoChunks.push_back({offset, 0, 0});
+            }
+            ++m_videoRun;
+            ++m_videoFrames;
+            m_videoChunks.back().frames++;
+        }
+        lastAudio = e.audio;
+        first = false;
+        offset += e.size;
+        const uint64_t shown = bigFile ? m_atomSize * 500000 / std::max<uint64_t>(m_fileSize, 1) : m_atomSize;
+        Q_EMIT setProgressvalue(ulong(uint32_t(shown)));
+    }
+    m_outFile.endBox();   // mdat
+    if (m_videoFrames == 0) {
+        // Nothing was found to rebuild from: no file, and a negative verdict.
+        m_outFile.close();
+        QFile::remove(outPath);
+        g_passFailed = true;
+        return;
+    }
+    g_repairedPaths << outPath;
+
+    m_pos = m_outFile.pos();
+    m_moovPos = m_pos;
+    m_outFile.beginBox("moov");
+    const uint32_t timeScale = g_videoTimeScale ? g_videoTimeScale : 25;
+    const uint32_t delta = g_videoSampleDelta ? g_videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
+    m_outFile.be32(108);
+    m_outFile.fourcc("mvhd");
+    m_outFile.be32(0);                            // version, flags
+    m_outFile.be64(0);                            // creation, modification
+    m_outFile.be32(timeScale);
+    m_outFile.be32(m_videoFrames * delta);        // duration
+    m_outFile.be32(0x00010000);                   // rate
+    m_outFile.be16(0x0100);                       // volume
+    m_outFile.zeros(10);
+    WriteMatrix(m_outFile);
+    m_outFile.zeros(24);                          // preview, poster, selection, current time
+    m_outFile.be32(2);                            // next track id
+    m_pos = m_outFile.pos();
+    WriteVideoTrack();
+    if (m_inAudioTrak)
+        WriteAudioTrack();
+    m_outFile.endBox();   // moov
+    if (!m_outFile.close()) {
+        qWarning() << "Writing" << outPath << "failed";
+        g_passFailed = true;
+    }
+    if (m_inAudioTrak && !g_stopRequested) {
+        if (m_isLpcm) {
+            for (const char* name : {"video.hevc", "Audio.pcm", "videotext.txt", "audio.txt", "Indexing",
+                                     "VideoUNIQUEfile.txt", "AudioUNIQUEfile.txt"})
+                QFile::remove(m_workDir + QLatin1Char('/') + QLatin1String(name));
+        }
+        if (m_isSowt) {
+            // Speed check: a sound track twice as long as the video means the
+            // video's timing is half what it should be.
+            g_remuxed = false;
+            m_isSowt = false;
+            const QString f = m_workDir + QLatin1Char('/') + m_fileName;
+            RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + f + QStringLiteral("\" -c:v copy -an \"output_video.mov\""), m_workDir);
+            RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + f + QStringLiteral("\" -vn -c:a copy \"output_audio.mov\""), m_workDir);
+            ReadTrackDurations(f);
+            const double a = g_audioSeconds, v = g_videoSeconds;
+            // Without a duration on either side there is no ratio: the file stands.
+            const double lo = std::min(a, v), hi = std::max(a, v);
+            const long ratio = lo > 0 ? std::lround(hi / lo) : 1;
+            if (ratio < 2) {
+                QFile::remove(m_workDir + QStringLiteral("/output_audio.mov"));
+                QFile::remove(m_workDir + QStringLiteral("/output_video.mov"));
+            } else {
+                RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + m_workDir
+                         + QStringLiteral("/output_video.mov\" -filter:v setpts=PTS/2 -c:a copy -preset ultrafast ModifiedFile.mov"), m_workDir);
+                QFile::remove(f);
+                RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + m_workDir + QStringLiteral("/ModifiedFile.mov\" -i \"")
+                         + m_workDir + QStringLiteral("/output_audio.mov\" -c copy \"") + m_fileName + QLatin1Char('"'), m_workDir);
+                for (const char* name : {"ModifiedFile.mov", "output_audio.mov", "output_video.mov"})
+                    QFile::remove(m_workDir + QLatin1Char('/') + QLatin1String(name));
+            }
+        }
+    }
+}
+
+void ThreadVideoRepair::WriteVideoTrack()
+{
+    FileWriter& w = m_outFile;
+    const uint32_t timeScale = g_videoTimeScale ? g_videoTimeScale : 25;
+    const uint32_t delta = g_videoSampleDelta ? g_videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
+    const uint32_t duration = m_videoFrames * delta;
+    w.beginBox("trak");
+    WriteTkhd(w, 1, duration, g_frameWidth, g_frameHeight);
+    w.be32(0x24); w.fourcc("edts");
+    w.be32(0x1C); w.fourcc("elst");
+    w.be32(0); w.be32(1);
+    w.be32(duration); w.be32(0); w.be32(0x00010000);
+    w.beginBox("mdia");
+    WriteMdhd(w, timeScale, duration);
+    WriteHdlr(w, "mhlr", "vide");
+    w.beginBox("minf");
+    w.be32(20); w.fourcc("vmhd"); w.be32(1); w.be16(0x0040); w.be16(0x8000); w.be16(0x8000); w.be16(0x8000);
+    WriteHdlr(w, "dhlr", "alis");
+    WriteDinf(w);
+    w.beginBox("stbl");
+    WriteStsdCopy(w, m_videoStsd, m_videoStsdSize);
+    WriteStts(w, m_videoFrames, delta);
+    if (m_hasCtts) {
+        // Made from the first entries of the source, repeated over all frames.
+        w.beginBox("ctts");
+        w.be32(0);
+        const uint64_t countAt = w.pos();
+        w.be32(0);
+        uint32_t count = 0;
+        if (m_cttsOffset0 != 0) {
+            while (count < m_videoFrames) {
+                for (uint32_t o : {m_cttsOffset0, m_cttsOffset1, m_cttsOffset2}) { w.be32(1); w.be32(o); }
+                count += 3;
+            }
+        } else {
+            w.be32(1); w.be32(m_cttsOffset0);
+            count = 1;
+            while (count < m_videoFrames) {
+                for (uint32_t o : {m_cttsOffset1, m_cttsOffset2}) { w.be32(1); w.be32(o); }
+                count += 2;
+            }
+        }
+        w.patchBe32(countAt, count);
+        w.endBox();
+    }
+    std::vector<uint32_t> perChunk;
+    for (const auto& c : m_videoChunks)
+        perChunk.push_back(c.frames);
+    WriteStsc(w, perChunk, m_videoRuns > 0 ? m_videoRunLengths.size() : 0);
+    w.beginBox("stsz");
+    w.be32(0); w.be32(0); w.be32(m_videoFrames);
+    {
+        FrameIndexReader index(m_rebuildIndexPath, m_fileSize);
+        IndexEntry e;
+        uint32_t n = 0;
+        while (n < m_videoFrames && index.next(e))
+            if (!e.audio) { w.be32(e.size); ++n; }
+    }
+    w.endBox();
+    WriteCo64(w, m_videoChunks);
+    w.endBox();   // stbl
+    w.endBox();   // minf
+    w.endBox();   // mdia
+    w.endBox();   // trak
+    m_pos = w.pos();
+}
+
+void ThreadVideoRepair::WriteAudioTrack()
+{
+    FileWriter& w = m_outFile;
+    const bool pcm = m_isTwos || m_isSowt;
+    uint32_t count = m_audioFrames, delta = 1024;
+    if (pcm) {
+        count = m_audioSamples;
+        delta = 1;
+    } else if (m_isProRes) {
+        delta = m_audioStsdRate;
+    }
+    const uint32_t duration = count * delta;
+    const uint32_t timeScale = g_soundTimeScale ? g_soundTimeScale : (m_audioStsdRate ? m_audioStsdRate : 48000);
+    w.beginBox("trak");
+    WriteTkhd(w, 2, duration, 0, 0);
+    w.beginBox("mdia");
+    WriteMdhd(w, timeScale, duration);
+    WriteHdlr(w, "mhlr", "soun");
+    w.beginBox("minf");
+    w.be32(16); w.fourcc("smhd"); w.be32(0); w.be32(0);
+    WriteHdlr(w, "dhlr", "alis");
+    WriteDinf(w);
+    w.beginBox("stbl");
+    WriteStsdCopy(w, m_audioStsd, m_audioStsdSize);
+    WriteStts(w, count, delta);
+    std::vector<uint32_t> perChunk;
+    for (const auto& c : m_audioChunks)
+        perChunk.push_back(pcm ? uint32_t(c.samples) : c.frames);
+    // Sound samples: one entry per chunk that follows a video run.
+    WriteStsc(w, perChunk, pcm ? m_videoRunLengths.size() + 1 : m_audioRunLengths.size());
+    w.beginBox("stsz");
+    w.be32(0);
+    if (pcm) {
+        w.be32(4);
+        w.be32(m_audioSamples);
+    } else {
+        w.be32(0);
+        w.be32(m_audioFrames);
+        FrameIndexReader index(m_rebuildIndexPath, m_fileSize);
+        IndexEntry e;
+        uint32_t n = 0;
+        while (n < m_audioFrames && index.next(e))
+            if (e.audio) { w.be32(e.size); ++n; }
+    }
+    w.endBox();
+    WriteCo64(w, m_audioChunks);
+    w.endBox();   // stbl
+    w.endBox();   // minf
+    w.endBox();   // mdia
+    w.endBox();   // trak
+    m_pos = w.pos();
+}
+
+void ThreadVideoRepair::ReadTrackDurations(const QString& path)
+{
+    g_remuxed = false;
+    g_videoSeconds = g_audioSeconds = 0;
+    std::unique_ptr<ByteReader> r = OpenReadOnly(path);
+    if (!r)
+        return;
+    const uint64_t size = r->size();
+    static const char* passed[] = {"ftyp", "free", "meta", "wide", "uuid", "thum", "frea", "skip", "beam"};
+    uint64_t pos = 4;
+    while (pos + 4 <= size && !g_stopRequested) {
+        uint64_t s = r->be32(pos - 4);
+        const uint32_t code = r->be32(pos);
+        if (code == ByteReader::fourcc("moov")) {
+            const uint64_t end = std::min<uint64_t>(size, pos - 4 + (s >= 8 ? s : size));
+            for (uint64_t p = pos + 4; p + 4 <= end && !g_stopRequested; ++p) {
+                if (!r->is4cc(p, "trak"))
+                    continue;
+                const uint64_t trakEnd = std::min<uint64_t>(end, p - 4 + std::max<uint32_t>(r->be32(p - 4), 8));
+                int kind = 0;   // 1 video, 2 sound
+                uint64_t q = p + 4;
+                for (; q + 4 <= trakEnd; ++q) {
+                    const uint32_t c = r->be32(q);
+                    if (c == ByteReader::fourcc("vmhd")) { kind = 1; break; }
+                    if (c == ByteReader::fourcc("smhd")) { kind = 2; break; }
+                    if (c == ByteReader::fourcc("nmhd") || c == ByteReader::fourcc("gmhd")) break;
+                }
+                if (kind) {
+                    for (q = p + 4; q + 4 <= trakEnd; ++q) {
+                        if (!r->is4cc(q, "mdhd"))
+                            continue;
+                        const bool v1 = r->u8(q + 4) == 1;
+                        const uint64_t scale = v1 ? r->be32(q + 24) : r->be32(q + 16);
+                        const uint64_t dur = v1 ? r->be64(q + 28) : r->be32(q + 20);
+                        const double seconds = scale ? double(dur / scale) : 0;
+                        (kind == 1 ? g_videoSeconds : g_audioSeconds) = seconds;
+                        break;
+                    }
+                }
+                p = trakEnd > p ? trakEnd - 1 : p;
+            }
+            return;
+        }
+        bool known = false;
+        for (const char* c : passed)
+            known = known || code == ByteReader::fourcc(c);
+        if (code == ByteReader::fourcc("mdat")) {
+            known = true;
+            if (s == 1)
+                s = r->be64(pos + 4);
+        }
+        if (!known || s < 8)
+            return;
+        pos += s;
+    }
 }

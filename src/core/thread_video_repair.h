@@ -15,6 +15,7 @@
 #include <QWaitCondition>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class LogCipher;
 
@@ -170,6 +171,87 @@ public:
     bool m_asfHeadersFound = false;         // set by ReadAsfHeaderObjects
     bool m_mtsDone = false;                 // set by RepairMtsFile at its end
     bool m_datDone = false;                 // set by RepairDatFile at its start
+
+    // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
+    // Fills logFile.txt, Index.avi and the counters from a byte scan of m_file.
+    void ScanAviChunks();
+    // Writes m_workDir/m_fileName; each flag takes that group of header fields
+    // from the damaged file (true) or the reference (false). True when the
+    // whole file was written. Resets m_aviOffsets and the counters.
+    bool WriteAviFile(bool hasAudio, bool videoFormatFromInput, bool videoHeaderFromInput,
+                      bool audioHeaderFromInput, bool audioFormatFromInput);
+    // Where the stream header fields lie in the source (32-bit, as in RIFF).
+    struct AviOffsets {
+        uint32_t videoHandler = 0;      // strl + 16: fccHandler
+        uint32_t videoRate = 0;         // strl + 32: dwScale, dwRate, dwStart
+        uint32_t videoBuffer = 0;       // strl + 48: dwSuggestedBufferSize, dwQuality
+        uint32_t videoFrame = 0;        // strl + 64: right and bottom of rcFrame
+        uint32_t videoFormatSize = 0;   // size of the video strf
+        uint32_t videoFormatStart = 0;  // biSize
+        uint32_t videoDimensions = 0;   // biWidth, biHeight
+        uint32_t videoFormatRest = 0;   // strf behind biHeight
+        uint32_t audioFormatSize = 0;   // size of the audio strf
+        uint32_t audioHandler = 0;      // strl + 16: fccHandler .. dwStart (28 bytes)
+        uint32_t audioTail = 0;         // strl + 48: dwSuggestedBufferSize .. rcFrame (20 bytes)
+        uint32_t audioFormat = 0;       // the WAVEFORMATEX bytes
+    };
+    AviOffsets m_aviOffsets;
+    uint32_t m_aviVideoDataChunks = 0;  // video chunks with a payload, found by the scan
+    uint64_t m_aviAudioPayload = 0;     // payload bytes of the audio chunks found
+    // Counters of the scan and the format sizes: process-wide, 32-bit as in RIFF.
+    static inline uint32_t g_aviVideoChunks = 0;
+    static inline uint32_t g_aviAudioChunks = 0;
+    static inline uint32_t g_aviAudioBytes = 0;
+    static inline uint32_t g_aviMoviSize = 0;
+    static inline uint32_t g_aviVideoFormatSize = 0;
+    static inline uint32_t g_aviAudioFormatSize = 0;
+
+    // ---- QuickTime rebuild: WriteVideoTrack, WriteAudioTrack, ReadTrackDurations (core/quicktime_rebuild.cpp) ----
+    struct RebuildChunk { uint64_t offset; uint32_t frames; uint64_t samples; };
+    void WriteVideoTrack();
+    void WriteAudioTrack();
+    // Time scale and duration of the video and sound tracks of a finished file,
+    // as whole seconds in g_videoSeconds and g_audioSeconds.
+    void ReadTrackDurations(const QString& path);
+    std::vector<RebuildChunk> m_videoChunks;   // chunks of the rebuilt file, in output order
+    std::vector<RebuildChunk> m_audioChunks;
+    QString m_rebuildIndexPath;                // the FrameIndexFile being rebuilt from
+    static inline double g_videoSeconds = 0;
+    static inline double g_audioSeconds = 0;
+
+    // ---- Transport stream repair: RepairMtsFile (containers/mpegts.cpp) ----
+    uint32_t m_mtsUnitCount = 0;    // payload-start media packets since the last system set
+    uint32_t m_mtsSetCount = 0;     // system sets written since the last SIT
+
+    // ---- Matroska and program stream repair: ScanMatroskaClusters, WriteMatroskaFile,
+    //      WriteMpegFile (containers/matroska.cpp, containers/mpegps.cpp) ----
+    uint32_t m_mkvDuration = 0;                               // Timecode units
+    std::vector<std::pair<uint64_t, uint64_t>> m_mkvClusters; // position, total length
+    void ScanMatroskaClusters();
+    bool WriteMatroskaFile(ByteReader& headerStream);
+    bool WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader);
+
+    // ---- Movie search and readers: FindDamagedMovie, FindReferenceMovie, ReadMovieHeader (core/movie_search.cpp, core/movie_header.cpp) ----
+    // One byte-wise search window; true when the movie reader ran.
+    bool SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps, uint64_t stepLimit,
+                           ulong range, bool progress, bool reference);
+    // The readers' scan, shared by both; reference selects the sample's rules.
+    void ScanMovieHeader(bool reference);
+
+    // ---- ASF repair: ReadAsfHeaderObjects, RewriteAsfFile (containers/asf.cpp) ----
+    // Copies of the header objects found by the walk, for the new Header Object.
+    struct AsfObjectCopy {
+        bool found = false;
+        uint32_t size = 0;         // low 32 bits of Object Size
+        QByteArray bytes;          // the whole object
+    };
+    struct AsfHeaderCopy {
+        AsfObjectCopy fileProperties, videoStream, audioStream, codecList, extendedContent, contentDescription;
+        bool dataFound = false;
+        QByteArray dataTail;       // Data Object: File ID, Total Data Packets, Reserved (26 bytes)
+        uint32_t packetSize = 0;   // File Properties: Maximum Data Packet Size
+    };
+    AsfHeaderCopy m_asf;
 
     // ---- Synchronisation ----
     QMutex m_mutex;

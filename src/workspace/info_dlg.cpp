@@ -8,22 +8,25 @@
 #include <QVBoxLayout>
 
 InfoDlgClass::InfoDlgClass(QWidget* parent)
-    : QDialog(parent), m_label(new QLabel(this))
+    : FramelessDialog(parent), m_label(new QLabel(this)), m_okBtn(new QPushButton(tr("OK"), this))
 {
-    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    setModal(true);
+    setObjectName(QStringLiteral("InfoDlgClass"));
+    m_label->setObjectName(QStringLiteral("InfoLabl"));
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignCenter);
-    auto* ok = new QPushButton(tr("OK"), this);
-    ok->setObjectName(QStringLiteral("OkBtn"));
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    m_okBtn->setObjectName(QStringLiteral("OkBtn"));
+    m_okBtn->setCursor(Qt::PointingHandCursor);
+    connect(m_okBtn, &QPushButton::clicked, this, &InfoDlgClass::OnOk);
+
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_label);
+    layout->setContentsMargins(int(20 * g_uiScale), int(20 * g_uiScale), int(20 * g_uiScale), int(16 * g_uiScale));
+    layout->addWidget(m_label, 1);
     auto* row = new QHBoxLayout;
     row->addStretch();
-    row->addWidget(ok);
+    row->addWidget(m_okBtn);
+    row->addStretch();
     layout->addLayout(row);
-    resize(int(380 * g_uiScale), int(150 * g_uiScale));
+    setFixedSize(int(380 * g_uiScale), int(150 * g_uiScale));
 }
 
 void InfoDlgClass::setText(const QString& text)
@@ -34,4 +37,9 @@ void InfoDlgClass::setText(const QString& text)
 QString InfoDlgClass::text() const
 {
     return m_label->text();
+}
+
+void InfoDlgClass::OnOk()
+{
+    accept();
 }

@@ -1,16 +1,21 @@
 #pragma once
-#include <QDialog>
+// Modal message dialog with one button (OkBtn).
+#include "workspace/frameless_dialog.h"
 
 class QLabel;
+class QPushButton;
 
-// Modal message dialog with one button.
-class InfoDlgClass : public QDialog {
+class InfoDlgClass : public FramelessDialog {
     Q_OBJECT
 public:
     explicit InfoDlgClass(QWidget* parent = nullptr);
     void setText(const QString& text);
     QString text() const;
 
+private Q_SLOTS:
+    void OnOk();
+
 private:
     QLabel* m_label;
+    QPushButton* m_okBtn;
 };

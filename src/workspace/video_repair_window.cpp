@@ -1,31 +1,435 @@
+// VideoRepairWindow: construction, the two pages, window drag, fade-in,
+// toolbar animation, geometry memory and the Back button.
 #include "workspace/video_repair_window.h"
 
-#include "core/thread_video_repair.h"
+#include "core/muxer.h"
+#include "core/repair_globals.h"
+#include "shell/platform_core.h"
 #include "shell/scale.h"
+#include "workspace/confirm_dlg.h"
+#include "workspace/custom_button.h"
+#include "workspace/file_dialogs.h"
+#include "workspace/info_dlg.h"
+#include "workspace/my_tree_widget.h"
+#include "workspace/repair_finish_dlg.h"
+#include "workspace/stop_dlg.h"
+#include "workspace/workspace_globals.h"
 
-#include <QLabel>
-#include <QPropertyAnimation>
-#include <QVBoxLayout>
+#include <QDir>
+#include <QFileInfo>
+#include <QMouseEvent>
+#include <QSettings>
+#include <QTimer>
 
 VideoRepairWindow::VideoRepairWindow(QWidget* parent)
-    : QWidget(parent), m_repairThread(new ThreadVideoRepair(this))
+    : QWidget(parent), m_fileDialogs(std::make_unique<SystemFileDialogs>())
 {
-    setWindowTitle(QStringLiteral("Reelwright"));
-    resize(int(850 * g_uiScale), int(600 * g_uiScale));
-    auto* layout = new QVBoxLayout(this);
-    auto* label = new QLabel(tr("Reelwright repairs damaged video files."), this);
-    label->setAlignment(Qt::AlignCenter);
-    layout->addWidget(label);
+    setupUi(this);
+
+    g_uiScale = g_dpiScale;
+    {
+        QSettings settings(g_settingsPath, QSettings::IniFormat);
+        if (!settings.contains(QStringLiteral("ResizeAppforDPI")))
+            settings.setValue(QStringLiteral("ResizeAppforDPI"), true);
+        if (!settings.value(QStringLiteral("ResizeAppforDPI"), true).toBool())
+            g_uiScale = 1.0f;
+    }
+    ApplyScaleToForm();
+
+    QFont buttonFont(QStringLiteral("Segoe UI Semibold"), 10);
+    buttonFont.setBold(true);
+    for (QPushButton* b : {pushButton, AddFileBtn, RemoveBtn, RepairBtn, stopBtn, BackBtn, saveBtn, PreviewBtn})
+        b->setFont(buttonFont);
+
+    pushButton->setText(tr("Add Videos"));
+    RepairBtn->setText(tr("Repair"));
+    saveBtn->setText(tr("Save Repaired Files"));
+    stopBtn->setText(tr("Stop"));
+    AddFileBtn->setText(tr("Add"));
+    RemoveBtn->setText(tr("Remove"));
+    BackBtn->setText(tr("Back"));
+    label_5->setText(tr("Add Your Corrupt Videos to Repair"));
+    label_6->setText(tr("Repair Your Videos"));
+    label_7->setText(tr("Click 'Repair' button to fix corrupted videos. This may take a while depending on the "
+                        "number of videos and their size"));
+
+    m_resultList = new MyTreeWidget(frame_2);
+    m_resultList->setObjectName(QStringLiteral("m_resultList"));
+    m_resultList->hide();
+
+    m_toolbarPos = 0.0f;
+    m_toolbarInterval = 15;
+    m_toolbarStep = 0.05f;
+    MenuBtn_1->setCheckable(true);
+    MenuBtn_2->setCheckable(true);
+    MenuBtn_1->setChecked(false);
+    MenuBtn_2->setChecked(false);
+
+    Init();
+    ApplyLook();
+
+    connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::CustomizeWindowHint);
+    m_nextFileId = 2;
+    InitControls();
+    resize(Scaled(850), Scaled(600));
 }
 
-VideoRepairWindow::~VideoRepairWindow() = default;
+VideoRepairWindow::~VideoRepairWindow()
+{
+    g_stopRequested = true;
+    m_repairThread.wait();
+    qDeleteAll(m_rowActions);
+    delete m_confirmDlg;
+}
+
+int VideoRepairWindow::Scaled(int designPixels) const
+{
+    return int(designPixels * g_uiScale);
+}
+
+// The form is laid out in design pixels; every child takes the scale once.
+void VideoRepairWindow::ApplyScaleToForm()
+{
+    if (g_uiScale == 1.0f)
+        return;
+    for (QWidget* w : findChildren<QWidget*>()) {
+        const QRect r = w->geometry();
+        w->setGeometry(Scaled(r.x()), Scaled(r.y()), Scaled(r.width()), Scaled(r.height()));
+    }
+}
+
+// Until the skin with its images lands, buttons show their texts on plain
+// colour: the title strip dark, actions blue with white text.
+void VideoRepairWindow::ApplyLook()
+{
+    setStyleSheet(QStringLiteral(
+        "VideoRepairWindow, QFrame#AddFile_frame, QFrame#frame_2 { background: #f4f6f9; }"
+        "QFrame#TitleBar_1, QFrame#TitleBar_2 { background: #1f3b64; }"
+        "QLabel#TitleLabl_1, QLabel#TitleLabl_2 { color: white; font-weight: bold; }"
+        "QPushButton#closeBtn, QPushButton#closeBtn_2,"
+        " QPushButton#MiniMaBtn, QPushButton#MiniMiseBtn2, QPushButton#MenuBtn_1, QPushButton#MenuBtn_2,"
+        " QPushButton#AbutBtn_1, QPushButton#AbutBtn_2, QPushButton#HelpBtn_1, QPushButton#HelpBtn_2,"
+        " QPushButton#UpdateBtn_1, QPushButton#UpdateBtn_2"
+        " { background: transparent; color: white; border: none; }"
+        "QPushButton#closeBtn:hover, QPushButton#closeBtn_2:hover { background: #c42b1c; }"
+        "QPushButton#MiniMaBtn:hover, QPushButton#MiniMiseBtn2:hover, QPushButton#MenuBtn_1:hover,"
+        " QPushButton#MenuBtn_2:hover, QPushButton#AbutBtn_1:hover, QPushButton#AbutBtn_2:hover,"
+        " QPushButton#HelpBtn_1:hover, QPushButton#HelpBtn_2:hover, QPushButton#UpdateBtn_1:hover,"
+        " QPushButton#UpdateBtn_2:hover { background: #2d5288; }"
+        "QPushButton#MenuBtn_1:checked, QPushButton#MenuBtn_2:checked { background: #2d5288; }"
+        "QLabel#SeperateLbl_1, QLabel#SeperateLbl_3, QLabel#SeperateLbl_4, QLabel#SeperateLbl_5,"
+        " QLabel#SeperateLbl_6, QLabel#SeperateLbl_7 { background: #8fa6c8; }"
+        "QLabel#label_5, QLabel#label_6, QLabel#stringLabl { color: #1f3b64; font-size: 15pt; font-weight: bold; }"
+        "QLabel#label_7, QLabel#stringLabl_2 { color: #505a66; }"
+        "QPushButton#pushButton, QPushButton#AddFileBtn, QPushButton#RemoveBtn, QPushButton#RepairBtn,"
+        " QPushButton#stopBtn, QPushButton#BackBtn, QPushButton#saveBtn, QPushButton#PreviewBtn"
+        " { background: #2b579a; color: white; border: none; border-radius: 3px; }"
+        "QPushButton#pushButton:hover, QPushButton#AddFileBtn:hover, QPushButton#RemoveBtn:hover,"
+        " QPushButton#RepairBtn:hover, QPushButton#stopBtn:hover, QPushButton#BackBtn:hover,"
+        " QPushButton#saveBtn:hover { background: #3a6cb8; }"
+        "QPushButton:disabled#AddFileBtn, QPushButton:disabled#RemoveBtn, QPushButton:disabled#RepairBtn,"
+        " QPushButton:disabled#BackBtn, QPushButton:disabled#saveBtn, QPushButton:disabled#stopBtn"
+        " { background: #a9b7cc; color: #eef1f5; }"
+        "QPushButton#add_filebtn { background: white; color: #2b579a; border: 2px dashed #2b579a;"
+        " border-radius: 8px; font-size: 40pt; }"
+        "QPushButton#add_filebtn:hover { background: #e8eef8; }"
+        "QProgressBar { border: 1px solid #b8c4d6; background: white; }"
+        "QProgressBar::chunk { background: #2b579a; }"
+        "QTreeWidget { background: white; alternate-background-color: #f0f3f8; }"));
+    for (QPushButton* b : findChildren<QPushButton*>())
+        b->setCursor(Qt::PointingHandCursor);
+    AbutBtn_1->setToolTip(tr("About"));
+    AbutBtn_2->setToolTip(tr("About"));
+    HelpBtn_1->setToolTip(tr("Help"));
+    HelpBtn_2->setToolTip(tr("Help"));
+    UpdateBtn_1->setToolTip(tr("Update"));
+    UpdateBtn_2->setToolTip(tr("Update"));
+}
+
+void VideoRepairWindow::Init()
+{
+    MenuBtn_1->setChecked(true);
+    StartToolbarTimer(&VideoRepairWindow::OnToolBarTimerSlot);
+    MenuBtn_2->setChecked(true);
+    StartToolbarTimer(&VideoRepairWindow::OnToolBarTimerSlot2);
+}
+
+void VideoRepairWindow::InitControls()
+{
+    m_fileListReady = false;
+    g_referenceMode = false;
+    m_fileList = new MyTreeWidget(AddFile_frame);
+    m_fileList->setObjectName(QStringLiteral("m_fileList"));
+    m_fileList->hide();
+    label_6->hide();
+    label_7->hide();
+    g_onHomePage = true;
+
+    m_finishDlg = new repairFinishDialog(this);
+    m_stopDlg = new StopDlg(this);
+    m_infoDlg = new InfoDlgClass(this);
+    m_confirmDlg = new ConfirmDlgClass();
+
+    for (QWidget* w : {static_cast<QWidget*>(MainString_labl), static_cast<QWidget*>(chnageLoc_Labl),
+                       static_cast<QWidget*>(ChnageLoc_Btn), static_cast<QWidget*>(maximaBtn),
+                       static_cast<QWidget*>(MaximiazeBtn_2), static_cast<QWidget*>(SelectAllBtn),
+                       static_cast<QWidget*>(frame_2), static_cast<QWidget*>(AddFileBtn),
+                       static_cast<QWidget*>(RemoveBtn), static_cast<QWidget*>(RepairBtn),
+                       static_cast<QWidget*>(Frame1_ListLabl_2)})
+        w->hide();
+    RemoveBtn->setEnabled(false);
+    RepairBtn->setEnabled(false);
+    PercentLabl->setText(QStringLiteral("0%"));
+    m_fileList->setGeometry(Scaled(22), Scaled(200), Scaled(805), Scaled(300));
+
+    connect(add_filebtn, &QPushButton::clicked, this, &VideoRepairWindow::OnAddMOVFile);
+    connect(AddFileBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnAddMOVFile);
+    connect(pushButton, &QPushButton::clicked, this, &VideoRepairWindow::OnAddMOVFile);
+    connect(RemoveBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnRemoveMOVFile);
+    connect(RepairBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnRepairMOVFiles);
+    connect(ChnageLoc_Btn, &QPushButton::clicked, this, &VideoRepairWindow::ChangeDestPath);
+    connect(stopBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnStop);
+    connect(MenuBtn_1, &QPushButton::clicked, this, &VideoRepairWindow::OnMenuProduct);
+    connect(MenuBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OnSecondMenuProduct);
+    connect(closeBtn, &QPushButton::clicked, this, &VideoRepairWindow::CloseProcess);
+    connect(closeBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::CloseProcess);
+    connect(MiniMaBtn, &QPushButton::clicked, this, &VideoRepairWindow::MinimiseWin);
+    connect(MiniMiseBtn2, &QPushButton::clicked, this, &VideoRepairWindow::MinimiseWin);
+    connect(BackBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnBackBtnClicked);
+    connect(SelectAllBtn, &QCheckBox::clicked, this, &VideoRepairWindow::OnCheckBoxbtnClicked);
+    connect(Select_All, &QCheckBox::clicked, this, &VideoRepairWindow::OnSelectAllClicked);
+    connect(m_fileList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnItemClicked);
+    connect(m_stopDlg->yesButton(), &QPushButton::clicked, this, &VideoRepairWindow::OnStopProcess);
+    connect(m_stopDlg->noButton(), &QPushButton::clicked, this, &VideoRepairWindow::OnRunProcess);
+
+    // The thread's signals cross threads: queued, so rows change on this
+    // thread in the order the thread sent them.
+    const auto q = Qt::QueuedConnection;
+    ThreadVideoRepair* t = &m_repairThread;
+    connect(t, &ThreadVideoRepair::ShowProgressBar, this, &VideoRepairWindow::OnShowProgressBar, q);
+    connect(t, &ThreadVideoRepair::SetProgressBarRange, this, &VideoRepairWindow::OnSetProgressBarRange, q);
+    connect(t, &ThreadVideoRepair::setProgressvalue, this, &VideoRepairWindow::OnsetProgressvalue, q);
+    connect(t, &ThreadVideoRepair::ShowOverAllProgressBar, this, &VideoRepairWindow::OnShowOverAllProgressBar, q);
+    connect(t, &ThreadVideoRepair::OverAllProgressBarMax, this, &VideoRepairWindow::OnOverAllProgressBarMax, q);
+    connect(t, &ThreadVideoRepair::OverAllProgressValue, this, &VideoRepairWindow::OnOverAllProgressValue, q);
+    connect(t, &ThreadVideoRepair::FileNamelabel, this, &VideoRepairWindow::OnFileNameLabel, q);
+    connect(t, &ThreadVideoRepair::WriteProcessingStatus, this, &VideoRepairWindow::OnWriteProcessingStatus, q);
+    connect(t, &ThreadVideoRepair::WriteStatus, this, &VideoRepairWindow::OnWriteStatus, q);
+    connect(t, &ThreadVideoRepair::WriteAVIFileStatus, this, &VideoRepairWindow::OnWriteAVIFileStatus, q);
+    connect(t, &ThreadVideoRepair::disableAddReferenceBtn, this, &VideoRepairWindow::OndisableAddReferenceBtn, q);
+    connect(t, &ThreadVideoRepair::RepairFinish, this, &VideoRepairWindow::OnRepairFinish, q);
+    connect(t, &ThreadVideoRepair::ProcessAborted, this, &VideoRepairWindow::OnProcessAborted, q);
+}
+
+void VideoRepairWindow::SetFileDialogs(std::unique_ptr<FileDialogs> dialogs)
+{
+    if (dialogs)
+        m_fileDialogs = std::move(dialogs);
+}
+
+// ---- Fade-in ----
 
 void VideoRepairWindow::StartFadeIn()
 {
+    m_opacity = 0.0f;
     setWindowOpacity(0.0);
-    auto* fade = new QPropertyAnimation(this, "windowOpacity", this);
-    fade->setDuration(400);
-    fade->setStartValue(0.0);
-    fade->setEndValue(1.0);
-    fade->start(QAbstractAnimation::DeleteWhenStopped);
+    setWindowIcon(QIcon(QStringLiteral(":/images/img_Product.png")));
+    delete m_fadeTimer;
+    m_fadeTimer = new QTimer(this);
+    connect(m_fadeTimer, &QTimer::timeout, this, &VideoRepairWindow::OnTimerSlot);
+    m_fadeTimer->start(30);
+}
+
+void VideoRepairWindow::OnTimerSlot()
+{
+    setWindowOpacity(m_opacity);
+    m_opacity += 0.1f;
+    // Ten steps of 0.1 in float land a hair off 1.0; the last one counts.
+    if (m_opacity >= 0.999f) {
+        setWindowOpacity(1.0);
+        m_fadeTimer->stop();
+        m_fadeTimer->deleteLater();
+        m_fadeTimer = nullptr;
+    }
+}
+
+// ---- Toolbar ----
+
+void VideoRepairWindow::StartToolbarTimer(void (VideoRepairWindow::*tick)())
+{
+    delete m_toolbarTimer;
+    m_toolbarPos = 0.0f;
+    m_toolbarTimer = new QTimer(this);
+    connect(m_toolbarTimer, &QTimer::timeout, this, tick);
+    m_toolbarTimer->start(m_toolbarInterval);
+}
+
+void VideoRepairWindow::OnMenuProduct()
+{
+    StartToolbarTimer(&VideoRepairWindow::OnToolBarTimerSlot);
+}
+
+void VideoRepairWindow::OnSecondMenuProduct()
+{
+    StartToolbarTimer(&VideoRepairWindow::OnToolBarTimerSlot2);
+}
+
+void VideoRepairWindow::OnToolBarTimerSlot()
+{
+    StepToolbar(MenuBtn_1, {SeperateLbl_1, AbutBtn_1, SeperateLbl_3, HelpBtn_1, SeperateLbl_4, UpdateBtn_1});
+}
+
+void VideoRepairWindow::OnToolBarTimerSlot2()
+{
+    StepToolbar(MenuBtn_2, {SeperateLbl_5, AbutBtn_2, SeperateLbl_6, HelpBtn_2, SeperateLbl_7, UpdateBtn_2});
+}
+
+// One tick: the position grows by a twentieth; at each tenth one item is
+// shown (menu open, nearest first) or hidden (menu closed, farthest first).
+// The sum is compared as six-digit text so that 0.05 + 0.05 counts as 0.1.
+void VideoRepairWindow::StepToolbar(QPushButton* menuButton, const QList<QWidget*>& items)
+{
+    m_toolbarPos += m_toolbarStep;
+    const double pos = QString::number(double(m_toolbarPos), 'g', 6).toDouble();
+    const int tenth = int(pos * 10.0 + 1e-9);
+    const bool onTenth = QString::number(tenth / 10.0, 'g', 6) == QString::number(pos, 'g', 6);
+    if (onTenth && tenth >= 1 && tenth <= items.size()) {
+        if (menuButton->isChecked())
+            items.at(tenth - 1)->show();
+        else
+            items.at(items.size() - tenth)->hide();
+    }
+    if (pos >= 0.9 && m_toolbarTimer) {
+        m_toolbarTimer->stop();
+        m_toolbarTimer->deleteLater();
+        m_toolbarTimer = nullptr;
+    }
+}
+
+// ---- Window drag and geometry ----
+
+void VideoRepairWindow::mousePressEvent(QMouseEvent* event)
+{
+    const QRect strip(0, 0, Scaled(602), Scaled(30));
+    if (event->button() == Qt::LeftButton && strip.contains(event->pos())) {
+        m_dragging = true;
+        m_dragOffset = event->globalPos() - frameGeometry().topLeft();
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void VideoRepairWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_dragging && (event->buttons() & Qt::LeftButton)) {
+        move(event->globalPos() - m_dragOffset);
+        event->accept();
+        return;
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void VideoRepairWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    m_dragging = false;
+    QWidget::mouseReleaseEvent(event);
+}
+
+void VideoRepairWindow::resizeEvent(QResizeEvent* event)
+{
+    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Corvane"),
+                    QStringLiteral("ReelwrightVideoRepair"));
+    store.setValue(QStringLiteral("geometry"), saveGeometry());
+    QWidget::resizeEvent(event);
+}
+
+void VideoRepairWindow::OnThisPage(bool maximised)
+{
+    m_fileList->clear();
+    StartFadeIn();
+    g_maximised = maximised;
+    if (maximised) {
+        showMaximized();
+        return;
+    }
+    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Corvane"),
+                    QStringLiteral("CorvaneVideoGeometrySettings"));
+    restoreGeometry(store.value(QStringLiteral("geometry")).toByteArray());
+    show();
+}
+
+void VideoRepairWindow::CloseProcess()
+{
+    close();
+}
+
+void VideoRepairWindow::MinimiseWin()
+{
+    showMinimized();
+}
+
+// ---- Back ----
+
+void VideoRepairWindow::OnBackBtnClicked()
+{
+    g_onRepairPage = false;
+    g_backPending = true;
+    g_applyToAll = false;
+    g_confirmClosed = false;
+    StopMuxer();
+
+    auto ask = [this](const QString& text) {
+        m_confirmDlg->setText(QString());
+        m_confirmDlg->label()->setFont(QFont(QStringLiteral("Segoe UI Semibold"), 10));
+        m_confirmDlg->CentreOn(this);
+        m_confirmDlg->setText(text);
+        m_confirmDlg->exec();
+    };
+
+    for (int i = 0; i < m_resultList->topLevelItemCount(); ++i) {
+        if (m_resultList->topLevelItem(i)->text(ResVerdict) != QLatin1String("0"))
+            continue;
+        ask(tr("Do you want to run advance repair on the severely corrupted video before leaving this page?"));
+        if (g_confirmYes || g_confirmClosed)
+            return;
+        ReturnToFirstPage(false);
+        return;
+    }
+    ask(tr("This action will clear repair results.\nDo you want to go back to previous screen?"));
+    if (!g_confirmYes || g_confirmClosed)
+        return;
+    ReturnToFirstPage(true);
+}
+
+void VideoRepairWindow::ReturnToFirstPage(bool repairPage)
+{
+    g_onRepairPage = repairPage;
+    g_onSavePage = g_advancePending = g_onHomePage = g_resultsShown = g_confirmClosed = false;
+    g_onListPage = true;
+    frame_2->hide();
+    AddFile_frame->show();
+    for (QWidget* w : {static_cast<QWidget*>(AddFileBtn), static_cast<QWidget*>(m_fileList),
+                       static_cast<QWidget*>(RemoveBtn), static_cast<QWidget*>(RepairBtn),
+                       static_cast<QWidget*>(SelectAllBtn)})
+        w->show();
+    for (QWidget* w : {static_cast<QWidget*>(pushButton), static_cast<QWidget*>(ChnageLoc_Btn),
+                       static_cast<QWidget*>(Frame1_ListLabl_2), static_cast<QWidget*>(MainString_labl),
+                       static_cast<QWidget*>(chnageLoc_Labl), static_cast<QWidget*>(BackBtn)})
+        w->hide();
+    m_resultList->clear();
+    qDeleteAll(m_rowActions);
+    m_rowActions.clear();
+    m_repairList.clear();
+    g_moovRead = false;
+    PercentLabl->setText(QStringLiteral("0%"));
+    g_referenceMode = false;
+    if (g_remuxRan && !g_savePressed) {
+        // Results nobody saved: their folders go.
+        for (const QString& path : g_repairedPaths) {
+            QDir folder = QFileInfo(path).absoluteDir();
+            for (const QString& name : folder.entryList({QStringLiteral("*.*")}, QDir::Files))
+                folder.remove(name);
+            folder.rmdir(folder.absolutePath());
+        }
+    }
 }

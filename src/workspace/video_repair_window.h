@@ -1,16 +1,165 @@
 #pragma once
+// The only top-level window: page 1 (AddFile_frame) collects videos, page 2
+// (frame_2) runs the repair and shows its results. The class is split by
+// concern: this file's .cpp holds construction, pages and window behaviour;
+// file_list.cpp the list of page 1; run_control.cpp the run; result_rows.cpp
+// the rows of page 2.
+#include "core/thread_video_repair.h"
+#include "workspace/row_action.h"
+
+#include "ui_VideoRepairWin.h"
+
+#include <QList>
+#include <QPoint>
+#include <QStringList>
 #include <QWidget>
+#include <memory>
 
-class ThreadVideoRepair;
+class ConfirmDlgClass;
+class CustomButton;
+class FileDialogs;
+class InfoDlgClass;
+class MyTreeWidget;
+class QTimer;
+class QTreeWidgetItem;
+class StopDlg;
+class repairFinishDialog;
 
-// The main window.
-class VideoRepairWindow : public QWidget {
+class VideoRepairWindow : public QWidget, public Ui::VideoRepairWin {
     Q_OBJECT
 public:
     explicit VideoRepairWindow(QWidget* parent = nullptr);
     ~VideoRepairWindow() override;
+
+    // Starts the fade-in; called by start-up after the window is centred.
     void StartFadeIn();
 
+    // The file choosers in use; the window owns them. The default shows the
+    // toolkit's dialogs.
+    void SetFileDialogs(std::unique_ptr<FileDialogs> dialogs);
+
+    // Text of a size column: bytes / 2^20, truncated to two decimals.
+    static QString FormatSize(qint64 bytes);
+
+    // Column indexes of the file list (page 1).
+    enum FileColumn {
+        FileName = 0, FilePath = 1, FileSize = 2, FileId = 3, FileParentId = 4,
+        FileBytes = 5, FileTempPath = 6, FileModified = 7, FileCreated = 8
+    };
+    // Column indexes of the result list (page 2); 10, 11 and 13 hold the
+    // row's true state.
+    enum ResultColumn {
+        ResName = 0, ResRepairedPath = 1, ResSize = 2, ResModified = 6, ResCreated = 7,
+        ResStatus = 8, ResAction = 9, ResStage = 10, ResVerdict = 11, ResSource = 12,
+        ResQueue = 13, ResDefaultCodec = 14
+    };
+
+    MyTreeWidget* fileList() const { return m_fileList; }
+    MyTreeWidget* resultList() const { return m_resultList; }
+    const QList<RowAction*>& rowActions() const { return m_rowActions; }
+    ThreadVideoRepair& repairThread() { return m_repairThread; }
+    QStringList repairList() const { return m_repairList; }
+
+Q_SIGNALS:
+    void OnBack(bool);
+
+public Q_SLOTS:
+    void OnThisPage(bool maximised);
+
+    // Page 1: the file list.
+    void OnAddMOVFile();
+    void OnRemoveMOVFile();
+    void OnCheckBoxbtnClicked(bool checked);
+    void OnItemClicked(QTreeWidgetItem* item, int column);
+
+    // The run.
+    void OnRepairMOVFiles();
+    void OnShowProgressBar();
+    void OnSetProgressBarRange(ulong maximum);
+    void OnsetProgressvalue(ulong value);
+    void OnShowOverAllProgressBar();
+    void OnOverAllProgressBarMax(uint maximum);
+    void OnOverAllProgressValue(uint value, uint percent);
+    void OnFileNameLabel(QString name);
+    void OnRepairFinish();
+    void OnProcessAborted();
+    void OnStop();
+    void OnStopProcess();
+    void OnRunProcess();
+    void OnInfo(QString);
+    void ChangeDestPath();
+
+    // Rows of page 2.
+    void OnWriteProcessingStatus(QString);
+    void OnWriteStatus(bool repaired, bool reserved, QString fileName, bool defaultCodec);
+    void OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileName);
+    void OndisableAddReferenceBtn();
+    void OnRepairItemClicked(QTreeWidgetItem* item, int column);
+    void OnSelectAllClicked(bool checked);
+    void OnClickPreviewBtn(unsigned int id);
+    void OnDoubleClicked(QTreeWidgetItem* item, int column);
+
+    // Window.
+    void OnBackBtnClicked();
+    void CloseProcess();
+    void MinimiseWin();
+    void OnMenuProduct();
+    void OnSecondMenuProduct();
+
+private Q_SLOTS:
+    void OnTimerSlot();
+    void OnToolBarTimerSlot();
+    void OnToolBarTimerSlot2();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
 private:
-    ThreadVideoRepair* m_repairThread;
+    void Init();
+    void InitControls();
+    void ApplyScaleToForm();
+    void ApplyLook();
+    void StartToolbarTimer(void (VideoRepairWindow::*tick)());
+    void StepToolbar(QPushButton* menuButton, const QList<QWidget*>& items);
+    void ReturnToFirstPage(bool repairPage);
+    void SetUpFileList();
+    void UpdateSelectAllState();
+    void SetUpResultList();
+    void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
+    void SettleRowsAfterRun();
+    bool SettleRowsAfterAbort();   // true when a completed row exists
+    CustomButton* RowButton(QTreeWidgetItem* row) const;
+    int Scaled(int designPixels) const;
+
+    bool m_dragging = false;
+    QPoint m_dragOffset;
+    bool m_fileListReady = false;
+
+    MyTreeWidget* m_fileList = nullptr;
+    MyTreeWidget* m_resultList = nullptr;
+
+    QTimer* m_fadeTimer = nullptr;
+    float m_opacity = 0.0f;
+    QTimer* m_toolbarTimer = nullptr;
+    float m_toolbarPos = 0.0f;
+    float m_toolbarStep = 0.05f;
+    int m_toolbarInterval = 15;
+
+    int m_nextFileId = 2;
+
+    ThreadVideoRepair m_repairThread;
+
+    ConfirmDlgClass* m_confirmDlg = nullptr;
+    InfoDlgClass* m_infoDlg = nullptr;
+    repairFinishDialog* m_finishDlg = nullptr;
+    StopDlg* m_stopDlg = nullptr;
+
+    QStringList m_repairList;
+    QList<RowAction*> m_rowActions;
+    RowAction m_scratchAction;
+
+    std::unique_ptr<FileDialogs> m_fileDialogs;
 };

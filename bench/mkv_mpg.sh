@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Times the Matroska and MPEG program stream repair of 500 MB files against cp.
+#   bench/mkv_mpg.sh [BUILD_DIR]     (default build; needs reelwright-batch built)
+# The inputs are made once into bench/cache/ (fast encoders: they only need size).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+batch=$build/bin/reelwright-batch
+[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+cache=bench/cache
+mkdir -p "$cache"
+
+make_input() {   # name, ffmpeg output args...
+  local name=$1; shift
+  [ -s "$cache/$name" ] && return
+  echo "making $cache/$name (once)..."
+  ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x480:rate=25:duration=1200" \
+    -f lavfi -i "sine=frequency=440:sample_rate=48000:duration=1200" "$@" -fs 500000000 "$cache/.tmp_$name"
+  mv "$cache/.tmp_$name" "$cache/$name"
+}
+make_input mkv_500m.mkv -c:v libx264 -preset ultrafast -b:v 8M -c:a aac
+make_input mpg_500m.mpg -c:v mpeg2video -b:v 8M -c:a mp2 -f vob
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+timed() {   # label, command...
+  local label=$1; shift
+  /usr/bin/time -f "%e %M" -o "$work/time" "$@" >/dev/null
+  read -r wall rss <"$work/time"
+  printf '%-26s %8.2f s %10d KiB\n' "$label" "$wall" "$rss"
+  last=$wall
+}
+for f in mkv_500m.mkv mpg_500m.mpg; do
+  cp "$cache/$f" "$work/$f"
+  echo "input: $f $(stat -c %s "$work/$f") bytes"
+  timed "cat $f" sh -c "cat '$work/$f' > /dev/null"
+  timed "cp $f" cp "$work/$f" "$work/copy_$f"; cp_s=$last
+  rm -f "$work/copy_$f"
+  timed "repair $f" "$batch" --quiet "$work/$f"; rep_s=$last
+  awk -v r="$rep_s" -v c="$cp_s" 'BEGIN { printf "ratio repair/cp: %.2f (target <= 3)\n", (c > 0 ? r / c : 0) }'
+  rm -rf "$work/Repaired"
+done

@@ -1,0 +1,23 @@
+// Bit-string helpers for the H.264/AAC recovery: big-endian reads and the
+// seven-byte ADTS header placed in front of every AAC frame found.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <map>
+
+extern int64_t g_audioSampleRate;   // low 32 bits key AdtsSampleRateTable
+extern int64_t g_audioChannels;
+extern int AdtsHeaderBytes[7];      // filled by BuildAdtsHeader, one byte each
+
+// Sample rate to the four frequency-index bits of an ADTS header.
+const std::map<int32_t, QString>& AdtsSampleRateTable();
+
+uint32_t ReadBigEndian32(const uint8_t* bytes);
+QString IntToBitString(int32_t value, uint32_t width);
+QString BitStringToHexText(const QString& bits);
+
+// Fills AdtsHeaderBytes for a raw AAC frame of frameSize bytes. Returns false
+// when g_audioSampleRate has no ADTS frequency index; the caller then drops the
+// audio and keeps the video-only result.
+bool BuildAdtsHeader(uint32_t frameSize);

@@ -1,0 +1,251 @@
+// VideoRepairWindow, page 1: the list of videos to repair. Everything a run
+// needs lives in the row's columns, hidden ones included.
+#include "workspace/video_repair_window.h"
+
+#include "core/repair_globals.h"
+#include "shell/scale.h"
+#include "shell/startup.h"
+#include "workspace/file_dialogs.h"
+#include "workspace/info_dlg.h"
+#include "workspace/my_tree_widget.h"
+#include "workspace/workspace_globals.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QFileIconProvider>
+#include <QFileInfo>
+#include <QHeaderView>
+
+namespace {
+
+const char kAddFilter[] =
+    "Video (*.MOV *.mov *.mp4 *.MP4 *.Mp4 *.f4v *.m4v *.3g2 *.3gp *.AVI *.avi *.DIVX *.divx *.FLV *.flv "
+    "*.MPG *.mpg *.mpeg *.MPEG *.mkv *.MKV *.webm *.WEBM *.MTS *.mts *.asf *.ASF *.wmv *.WMV *.webm *.WEBM "
+    "*.dat *.DAT *.voc *.VOC)";
+
+// The suffixes a row may have, compared exactly: "Mov" passes a dialog that
+// ignores case but not this gate.
+bool SuffixAccepted(const QString& suffix)
+{
+    static const char* const accepted[] = {
+        "MOV", "mov", "Mp4", "MP4", "mp4", "m4v", "M4V", "3GP", "3gp", "MTS", "mts", "3G2", "3g2",
+        "F4V", "f4v", "asf", "ASF", "wmv", "WMV", "AVI", "avi", "divx", "DIVX", "FLV", "flv", "MPG",
+        "mpg", "MPEG", "mpeg", "MKV", "mkv", "WEBM", "webm", "DAT", "dat", "VOC", "voc"};
+    for (const char* s : accepted)
+        if (suffix == QLatin1String(s))
+            return true;
+    return false;
+}
+
+// Widths of the visible columns 0, 1, 2, 7, 8 in design pixels, by language.
+struct ListWidths { int c0, c1, c2, c7, c8; };
+ListWidths FileListWidths(int language)
+{
+    switch (language) {
+    case 1: return {160, 130, 110, 130, 130};   // DE
+    case 2: case 4: return {160, 150, 90, 130, 130};   // FR, ES
+    case 3: return {160, 150, 130, 130, 130};   // IT
+    case 7: return {160, 150, 70, 140, 140};    // KO
+    case 8: return {180, 150, 100, 130, 130};   // DU
+    case 9: return {180, 130, 123, 130, 130};   // BR
+    default: return {180, 150, 70, 130, 130};   // EN, JA, CN, HI
+    }
+}
+
+const char kDateFormat[] = "ddd MMM dd yyyy hh:mm:ss";
+
+} // namespace
+
+QString VideoRepairWindow::FormatSize(qint64 bytes)
+{
+    QString text = QString::number(double(bytes) / double(1 << 20), 'g', 8);
+    const int point = text.indexOf(QLatin1Char('.'));
+    if (point >= 0)
+        text.truncate(point + 3);
+    return text;
+}
+
+void VideoRepairWindow::SetUpFileList()
+{
+    m_fileList->setGeometry(Scaled(22), Scaled(200), Scaled(805), Scaled(245));
+    m_fileList->setColumnCount(9);
+    m_fileList->setHeaderLabels({tr(" File Name"), tr(" Path"), tr(" Size (MB)"), QStringLiteral("FileID"),
+                                 QStringLiteral("ParentID"), QStringLiteral("Status"),
+                                 QStringLiteral("TemporaryPath"), tr(" Modified Date"), tr(" Created Date")});
+    for (int c : {int(FileId), int(FileParentId), int(FileBytes), int(FileTempPath)})
+        m_fileList->setColumnHidden(c, true);
+    m_fileList->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    m_fileList->setAlternatingRowColors(true);
+    m_fileList->setTextElideMode(Qt::ElideMiddle);
+    m_fileList->setFocusPolicy(Qt::NoFocus);
+    m_fileList->setHeaderHidden(false);
+    m_fileList->setRootIsDecorated(false);
+    m_fileList->setIconSize(QSize(Scaled(16), Scaled(16)));
+    if (g_languageType == 5)
+        m_fileList->setFont(QFont(QStringLiteral("Segoe UI"), 10));
+    const ListWidths w = FileListWidths(g_languageType);
+    m_fileList->setColumnWidth(FileName, Scaled(w.c0));
+    m_fileList->setColumnWidth(FilePath, Scaled(w.c1));
+    m_fileList->setColumnWidth(FileSize, Scaled(w.c2));
+    m_fileList->setColumnWidth(FileModified, Scaled(w.c7));
+    m_fileList->setColumnWidth(FileCreated, Scaled(w.c8));
+}
+
+void VideoRepairWindow::OnAddMOVFile()
+{
+    const QStringList paths =
+        m_fileDialogs->getOpenFileNames(this, tr("Add File"), QString(), QLatin1String(kAddFilter));
+    if (paths.isEmpty())
+        return;
+
+    if (!m_fileListReady) {
+        add_filebtn->hide();
+        m_fileList->show();
+        m_fileListReady = true;
+        g_onHomePage = false;
+        g_onListPage = true;
+        SetUpFileList();
+    }
+
+    QFileIconProvider icons;
+    const QFont rowFont(QStringLiteral("Segoe UI"), 10, QFont::Normal);
+    for (const QString& path : paths) {
+        QApplication::processEvents();
+        bool duplicate = false;
+        for (int i = 0; i < m_fileList->topLevelItemCount() && !duplicate; ++i)
+            duplicate = m_fileList->topLevelItem(i)->text(FilePath) == path;
+        if (duplicate) {
+            InfoDlgClass dlg(this);
+            dlg.setText(tr("Files already added to list will be skipped."));
+            dlg.CentreOn(this);
+            dlg.exec();
+            continue;
+        }
+        const QFileInfo info(path);
+        if (!SuffixAccepted(info.suffix()))
+            continue;
+
+        auto* row = new QTreeWidgetItem(m_fileList);
+        row->setText(FileName, info.fileName());
+        row->setIcon(FileName, icons.icon(info));
+        row->setText(FilePath, path);
+        row->setText(FileSize, FormatSize(info.size()));
+        row->setTextAlignment(FileSize, Qt::Alignment(134));
+        row->setText(FileId, QString::number(m_nextFileId++));
+        row->setText(FileParentId, QStringLiteral("1"));
+        row->setText(FileBytes, QString::number(info.size()));
+        row->setText(FileTempPath, path);
+        row->setText(FileModified, info.lastModified().toString(QLatin1String(kDateFormat)));
+        // Not every file system records a creation time; without one the
+        // column shows the last change of the contents, the nearest fact.
+        const QDateTime created = info.birthTime().isValid() ? info.birthTime() : info.lastModified();
+        row->setText(FileCreated, created.toString(QLatin1String(kDateFormat)));
+        row->setCheckState(FileName, Qt::Checked);
+        for (int c : {0, 2, 3, 4, 5, 6})
+            row->setSizeHint(c, QSize(Scaled(20), Scaled(20)));
+        for (int c = 0; c <= 6; ++c)
+            row->setFont(c, rowFont);
+    }
+
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i)
+        if (m_fileList->topLevelItem(i)->checkState(FileName) == Qt::Checked) {
+            RepairBtn->setEnabled(true);
+            break;
+        }
+
+    MainString_labl->setText(tr("Repaired files will be saved at the source file location."));
+    chnageLoc_Labl->setText(tr("To change location"));
+    AddFileBtn->show();
+    RemoveBtn->show();
+    RemoveBtn->setEnabled(true);
+    RepairBtn->show();
+    label_6->show();
+    label_7->show();
+    pushButton->hide();
+    label_5->hide();
+
+    Frame1_ListLabl_2->setGeometry(Scaled(22), Scaled(210), Scaled(141), Scaled(20));
+    Frame1_ListLabl_2->setText(tr("List of video files"));
+    Frame1_ListLabl_2->hide();
+    SelectAllBtn->setGeometry(Scaled(22), Scaled(178), Scaled(150), Scaled(20));
+    SelectAllBtn->show();
+    // A list emptied by Remove left the box disabled; new rows bring it back.
+    SelectAllBtn->setEnabled(true);
+    UpdateSelectAllState();
+}
+
+void VideoRepairWindow::UpdateSelectAllState()
+{
+    const int n = m_fileList->topLevelItemCount();
+    int unchecked = 0;
+    for (int i = 0; i < n; ++i)
+        if (m_fileList->topLevelItem(i)->checkState(FileName) == Qt::Unchecked)
+            ++unchecked;
+    const int checked = n - unchecked;
+    SelectAllBtn->setTristate(true);
+    if (checked == 0)
+        SelectAllBtn->setCheckState(Qt::Unchecked);
+    else if (checked == n)
+        SelectAllBtn->setCheckState(Qt::Checked);
+    else
+        SelectAllBtn->setCheckState(Qt::PartiallyChecked);
+}
+
+void VideoRepairWindow::OnItemClicked(QTreeWidgetItem*, int)
+{
+    if (g_repairRunning)
+        return;
+    int checked = 0;
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i)
+        if (m_fileList->topLevelItem(i)->checkState(FileName) != Qt::Unchecked)
+            ++checked;
+    RepairBtn->setEnabled(checked > 0);
+    RemoveBtn->setEnabled(checked > 0);
+    UpdateSelectAllState();
+}
+
+void VideoRepairWindow::OnCheckBoxbtnClicked(bool checked)
+{
+    SelectAllBtn->setTristate(false);
+    SelectAllBtn->setChecked(checked);
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i)
+        m_fileList->topLevelItem(i)->setCheckState(FileName, checked ? Qt::Checked : Qt::Unchecked);
+    RepairBtn->setEnabled(checked);
+    RemoveBtn->setEnabled(checked);
+}
+
+void VideoRepairWindow::OnRemoveMOVFile()
+{
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* row = m_fileList->topLevelItem(i);
+        if (row->checkState(FileName) == Qt::Checked) {
+            delete m_fileList->takeTopLevelItem(i);
+            --i;
+            continue;
+        }
+        for (int c = 0; c < row->childCount(); ++c)
+            if (row->child(c)->checkState(FileName) == Qt::Checked) {
+                delete row->takeChild(c);
+                --c;
+            }
+    }
+    const int left = m_fileList->topLevelItemCount();
+    if (left == 0) {
+        RemoveBtn->setEnabled(false);
+        RepairBtn->setEnabled(false);
+        SelectAllBtn->setTristate(false);
+        SelectAllBtn->setChecked(false);
+        SelectAllBtn->setEnabled(false);
+        return;
+    }
+    bool anyChecked = false;
+    for (int i = 0; i < left && !anyChecked; ++i)
+        anyChecked = m_fileList->topLevelItem(i)->checkState(FileName) == Qt::Checked;
+    if (anyChecked) {
+        SelectAllBtn->setChecked(true);
+        SelectAllBtn->setEnabled(true);
+        RepairBtn->setEnabled(true);
+    } else {
+        RepairBtn->setEnabled(false);
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+// Base of the program's modal dialogs: frameless, of the splash-screen window
+// type, and moved by dragging anywhere on them.
+#include <QDialog>
+#include <QPoint>
+
+class FramelessDialog : public QDialog {
+    Q_OBJECT
+public:
+    explicit FramelessDialog(QWidget* parent = nullptr);
+    // Moves the dialog so that its centre lies on the centre of w.
+    void CentreOn(const QWidget* w);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    // Gives the dialog its look: a white panel with a coloured border, and
+    // buttons in the program's colours.
+    void ApplyDialogStyle();
+
+private:
+    bool m_dragging = false;
+    QPoint m_dragOffset;
+};

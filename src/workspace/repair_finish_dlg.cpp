@@ -1,0 +1,48 @@
+#include "workspace/repair_finish_dlg.h"
+
+#include "shell/scale.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+repairFinishDialog::repairFinishDialog(QWidget* parent)
+    : FramelessDialog(parent), m_repairedLabl(new QLabel(tr(" Repair process completed."), this))
+{
+    setObjectName(QStringLiteral("repairFinishDialog"));
+    m_repairedLabl->setObjectName(QStringLiteral("repairedLabl"));
+    m_repairedLabl->setWordWrap(true);
+    m_repairedLabl->setAlignment(Qt::AlignCenter);
+    auto* ok = new QPushButton(tr("OK"), this);
+    ok->setObjectName(QStringLiteral("OkBtn"));
+    auto* reference = new QPushButton(tr("What is a reference file?"), this);
+    reference->setObjectName(QStringLiteral("referenceBtn"));
+    reference->setFlat(true);
+    reference->setStyleSheet(QStringLiteral(
+        "QPushButton { background: transparent; color: #2b579a; text-decoration: underline; }"));
+    for (QPushButton* b : {ok, reference})
+        b->setCursor(Qt::PointingHandCursor);
+    connect(ok, &QPushButton::clicked, this, &repairFinishDialog::OnOK);
+    connect(reference, &QPushButton::clicked, this, &repairFinishDialog::OnReferenceBtn);
+
+    auto* layout = new QVBoxLayout(this);
+    const int m = int(18 * g_uiScale);
+    layout->setContentsMargins(m, m, m, m);
+    layout->addWidget(m_repairedLabl, 1);
+    auto* row = new QHBoxLayout;
+    row->addWidget(reference);
+    row->addStretch();
+    row->addWidget(ok);
+    layout->addLayout(row);
+    setFixedSize(int(420 * g_uiScale), int(170 * g_uiScale));
+}
+
+void repairFinishDialog::OnOK()
+{
+    accept();
+}
+
+void repairFinishDialog::OnReferenceBtn()
+{
+}

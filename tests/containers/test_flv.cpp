@@ -1,0 +1,289 @@
+// FLV repair at unit level, on crafted bytes: which tags the scan takes, the
+// new header and onMetaData tag in both forms, the duration, the metadata
+// window, when no file is written, and hostile sizes.
+#include "core/log_cipher.h"
+#include "core/thread_video_repair.h"
+#include "support/test_videos.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QtEndian>
+#include <QtTest>
+
+using namespace testvideo;
+
+namespace {
+
+QByteArray be16(quint16 v) { QByteArray b(2, '\0'); qToBigEndian(v, b.data()); return b; }
+QByteArray be32(quint32 v) { QByteArray b(4, '\0'); qToBigEndian(v, b.data()); return b; }
+QByteArray beDouble(double v) { QByteArray b(8, '\0'); qToBigEndian(v, b.data()); return b; }
+quint32 readBe32(const QByteArray& b, int at) { return qFromBigEndian<quint32>(b.constData() + at); }
+quint32 readBe24(const QByteArray& b, int at) { return readBe32(b, at - 1) & 0xFFFFFF; }
+
+// A tag with its PreviousTagSize; the timestamp's top byte goes to
+// TimestampExtended.
+QByteArray tag(int type, quint32 time, const QByteArray& data)
+{
+    QByteArray t(1, char(type));
+    t += QByteArray(1, char(data.size() >> 16)) + char(data.size() >> 8) + char(data.size());
+    t += QByteArray(1, char(time >> 16)) + char(time >> 8) + char(time) + char(time >> 24);
+    t += QByteArray(3, '\0') + data + be32(quint32(data.size() + 11));
+    return t;
+}
+QByteArray video(quint32 time, char first, int size = 20) { return tag(9, time, QByteArray(1, first) + QByteArray(size - 1, 'v')); }
+QByteArray audio(quint32 time, int size = 12) { return tag(8, time, QByteArray(1, '\x2f') + QByteArray(size - 1, 'a')); }
+
+const QByteArray kFileHeader = QByteArray("FLV\x01\x05\x00\x00\x00\x09", 9) + be32(0);
+
+QByteArray metaTag(const QList<QPair<QByteArray, double>>& entries)
+{
+    QByteArray d = QByteArray("\x02\x00\x0a", 3) + "onMetaData" + '\x08' + be32(quint32(entries.size()));
+    for (const auto& e : entries)
+        d += be16(quint16(e.first.size())) + e.first + '\0' + beDouble(e.second);
+    d += QByteArray("\x00\x00\x09", 3);
+    return tag(18, 0, d);
+}
+
+const QList<QPair<QByteArray, double>> kMeta{{"duration", 99},      {"width", 320},        {"height", 240},
+                                             {"videodatarate", 500}, {"framerate", 25},     {"videocodecid", 7},
+                                             {"audiodatarate", 128}, {"audiocodecid", 10}};
+
+// The new script tag: its DataSize, array count, the value of each key (8
+// raw bytes), and the offset where the copied tags begin.
+struct Script {
+    quint32 dataSize = 0, count = 0, previousSize = 0;
+    QMap<QByteArray, QByteArray> values;
+    int tagsAt = 0;
+};
+Script parseScript(const QByteArray& out)
+{
+    Script s;
+    s.dataSize = readBe24(out, 14);
+    s.count = readBe32(out, 13 + 11 + 14);
+    int at = 13 + 11 + 18;
+    while (at + 2 < out.size()) {
+        const int n = qFromBigEndian<quint16>(out.constData() + at);
+        if (n == 0)
+            break;
+        s.values[out.mid(at + 2, n)] = out.mid(at + 3 + n, 8);
+        at += 3 + n + 8;
+    }
+    s.previousSize = readBe32(out, 13 + 11 + int(s.dataSize));
+    s.tagsAt = 13 + 11 + int(s.dataSize) + 4;
+    return s;
+}
+
+} // namespace
+
+class TestFlv : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+    struct Result {
+        QStringList verdicts;   // "1 clip.flv" per WriteStatus
+        bool written = false;
+        QByteArray out;
+        QStringList logLines;
+    };
+
+    Result repair(const QByteArray& input)
+    {
+        Result r;
+        QFile::remove(m_dir + QStringLiteral("/clip.flv"));
+        g_repairedPaths.clear();
+        ThreadVideoRepair t;
+        connect(&t, &ThreadVideoRepair::WriteStatus, [&r](bool ok, bool, QString name, bool) {
+            r.verdicts << QStringLiteral("%1 %2").arg(int(ok)).arg(name);
+        });
+        t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);
+        g_inputSize = t.m_fileSize = quint64(input.size());
+        t.m_workDir = m_dir;
+        t.m_fileName = QStringLiteral("clip.flv");
+        t.m_logPath = m_dir + QStringLiteral("/logFile.txt");
+        g_sourceFullPath = m_dir + QStringLiteral("/source/clip.flv");
+        if (!t.m_logHandle.open(t.m_logPath))
+            return r;
+        t.RepairFlvFile(t.m_fileName);
+        r.written = QFile::exists(m_dir + QStringLiteral("/clip.flv"));
+        r.out = readAll(m_dir + QStringLiteral("/clip.flv"));
+        LogCipher cipher;
+        for (const QByteArray& line : readAll(t.m_logPath).split('\n'))
+            if (!line.trimmed().isEmpty())
+                r.logLines << cipher.decryptToString(QString::fromLatin1(line.trimmed()));
+        return r;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = freshDir(QStringLiteral("flv-unit"));
+        g_stopRequested = false;
+    }
+    void cleanup() { QDir(m_dir).removeRecursively(); }
+
+    void takesTagsFromTheFirstUsableVideoTag()
+    {
+        const QByteArray meta = metaTag(kMeta);
+        const QByteArray a0 = audio(0), v1 = video(0, '\x27'), a1 = audio(20);
+        const QByteArray v2 = video(40, '\x17'), a2 = audio(60), v3 = video(80, '\x27');
+        const QByteArray empty = tag(9, 100, QByteArray());                     // DataSize 0
+        const QByteArray big = video(0x01000000 + 5040, '\x27', 15000);         // TimestampExtended 1
+        // A last tag whose PreviousTagSize (00 00 01 00) is cut after three
+        // bytes: zeros past the end would make it agree.
+        const QByteArray last = video(6000, '\x27', 245).left(11 + 245 + 3);
+        QByteArray in = kFileHeader + meta + a0 + v1 + a1;
+        const int takenFrom = in.size();
+        const QByteArray taken = v2 + a2 + v3 + empty + big;
+        in += taken + last;
+
+        const Result r = repair(in);
+        QCOMPARE(r.verdicts, QStringList{QStringLiteral("1 clip.flv")});
+        QCOMPARE(g_repairedPaths, QStringList{m_dir + QStringLiteral("/clip.flv")});
+        QCOMPARE(r.out.left(13), kFileHeader);
+        const Script s = parseScript(r.out);
+        QCOMPARE(s.dataSize, 208u);
+        QCOMPARE(s.count, 15u);
+        QCOMPARE(s.previousSize, 219u);
+        QCOMPARE(r.out.mid(13, 11), QByteArray("\x12\x00\x00\xd0", 4) + QByteArray(7, '\0'));
+        QCOMPARE(r.out.mid(13 + 11, 13), QByteArray("\x02\x00\x0aonMetaData", 13));
+        QCOMPARE(r.out.mid(13 + 11 + 208 - 4, 4), QByteArray("\x00\x00\x00\x09", 4));
+        const QList<QByteArray> keys{"duration", "starttime", "width", "height", "videodatarate",
+                                     "framerate", "videocodecid", "audiodatarate", "audiocodecid"};
+        QCOMPARE(s.values.size(), keys.size());
+        // (5040 - 40) / 1000 whole seconds: the extended timestamp byte is not read.
+        QCOMPARE(s.values["duration"], beDouble(5));
+        QCOMPARE(s.values["starttime"], QByteArray(8, '\0'));
+        for (int k = 2; k < kMeta.size(); ++k)
+            QCOMPARE(s.values[kMeta[k].first], beDouble(kMeta[k].second));
+        QCOMPARE(s.values["width"], beDouble(320));
+        QCOMPARE(r.out.mid(s.tagsAt), taken);
+
+        QStringList expected;
+        int at = takenFrom;
+        for (const QByteArray& t : {v2, a2, v3, empty, big}) {
+            expected << QStringLiteral("%1 %2").arg(at).arg(t.size() - 4);
+            at += t.size();
+        }
+        QCOMPARE(r.logLines, expected);
+    }
+
+    void metadataWindowAndForms_data()
+    {
+        QTest::addColumn<int>("scriptAt");   // -1: no script tag
+        QTest::addColumn<bool>("longForm");
+        QTest::newRow("script tag at byte 14999") << 14999 << true;
+        QTest::newRow("script tag at byte 15000") << 15000 << false;
+        QTest::newRow("no script tag") << -1 << false;
+    }
+    void metadataWindowAndForms()
+    {
+        QFETCH(int, scriptAt);
+        QFETCH(bool, longForm);
+        // A usable video tag sized so that the next tag starts at scriptAt.
+        const int first = scriptAt < 0 ? 16000 : scriptAt;
+        QByteArray in = kFileHeader + video(0, '\x12', first - 13 - 15);
+        QCOMPARE(in.size(), first);
+        if (scriptAt >= 0)
+            in += metaTag({{"duration", 1}, {"width", 640}, {"framerate", 30}});
+        in += video(2500, '\x22') + audio(2600);
+        const Result r = repair(in);
+        QCOMPARE(r.verdicts.size(), 1);
+        const Script s = parseScript(r.out);
+        QCOMPARE(s.count, 15u);
+        QCOMPARE(s.dataSize, longForm ? 208u : 61u);
+        QCOMPARE(s.previousSize, longForm ? 219u : 72u);
+        QCOMPARE(s.values.size(), longForm ? 9 : 2);
+        QCOMPARE(s.values["duration"], beDouble(2));
+        if (longForm) {
+            QCOMPARE(s.values["width"], beDouble(640));
+            QCOMPARE(s.values["framerate"], beDouble(30));
+            QCOMPARE(s.values["height"], QByteArray(8, '\0'));   // not in the old tag
+        }
+        QCOMPARE(r.out.size(), s.tagsAt + in.size() - 13 - (scriptAt >= 0 ? metaTag({{"duration", 1}, {"width", 640}, {"framerate", 30}}).size() : 0));
+    }
+
+    void durationOfTheTimestamps_data()
+    {
+        QTest::addColumn<QList<quint32>>("times");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("rounded down") << QList<quint32>{1000, 2000, 4999} << 3.0;
+        QTest::newRow("low 24 bits only") << QList<quint32>{0x00FFF000, 0x02FFFFFF} << 4.0;
+        // The open point: a latest timestamp that doesn't exceed the first gives 0.
+        QTest::newRow("one tag") << QList<quint32>{7000} << 0.0;
+        QTest::newRow("equal") << QList<quint32>{5000, 5000} << 0.0;
+        QTest::newRow("latest below first") << QList<quint32>{9000, 12000, 3000} << 0.0;
+    }
+    void durationOfTheTimestamps()
+    {
+        QFETCH(QList<quint32>, times);
+        QFETCH(double, seconds);
+        QByteArray in = kFileHeader;
+        for (int i = 0; i < times.size(); ++i)
+            in += video(times[i], i == 0 ? '\x12' : '\x22', i == 0 ? 15100 : 30);
+        const Result r = repair(in);
+        QCOMPARE(r.verdicts.size(), 1);
+        QCOMPARE(parseScript(r.out).values["duration"], beDouble(seconds));
+    }
+
+    void whenNoFileIsWritten_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<int>("tagsCopied");   // -1: no file, a negative verdict
+        QTest::newRow("no video tag") << kFileHeader + audio(0, 16000) + audio(30) << -1;
+        QTest::newRow("15000 bytes") << kFileHeader + video(0, '\x12', 15000 - 28) << -1;
+        QTest::newRow("15001 bytes") << kFileHeader + video(0, '\x12', 15001 - 28) << 1;
+        QTest::newRow("no usable video tag") << kFileHeader + video(0, '\x27', 16000) + audio(10) << 0;
+        QByteArray noise(200000, '\0');
+        QRandomGenerator(9).fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
+        QTest::newRow("random bytes") << noise << -1;
+        // Sizes past the end, and a PreviousTagSize that disagrees.
+        QByteArray past = video(0, '\x17', 16000) + tag(9, 40, QByteArray(100, 'x')).left(60);
+        past += QByteArray("\x09\xff\xff\xff", 4) + QByteArray(200, '\x08');
+        QByteArray wrong = video(50, '\x27', 40);
+        wrong[wrong.size() - 1] = char(wrong.at(wrong.size() - 1) + 1);
+        QTest::newRow("sizes past the end") << kFileHeader + past + wrong << 1;
+    }
+    void whenNoFileIsWritten()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(int, tagsCopied);
+        const Result r = repair(input);
+        if (tagsCopied < 0) {
+            QVERIFY(!r.written);
+            QCOMPARE(r.verdicts, QStringList{QStringLiteral("0 clip.flv")});
+            QVERIFY(g_repairedPaths.isEmpty());
+            return;
+        }
+        QCOMPARE(r.verdicts, QStringList{QStringLiteral("1 clip.flv")});
+        QCOMPARE(r.logLines.size(), tagsCopied);
+        QCOMPARE(r.out.size(), 13 + 11 + 61 + 4 + (tagsCopied ? 11 + int(readBe24(input, 14)) + 4 : 0));
+    }
+
+    void unwritableOutputGetsANegativeVerdict()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/full")))
+            QSKIP("no /dev/full");
+        QByteArray in = kFileHeader;
+        for (int i = 0; i < 400; ++i)
+            in += video(quint32(i * 40), i == 0 ? '\x12' : '\x22', 5000);
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), m_dir + QStringLiteral("/clip.flv")));
+        ThreadVideoRepair t;
+        QStringList verdicts;
+        connect(&t, &ThreadVideoRepair::WriteStatus,
+                [&](bool ok, bool, QString name, bool) { verdicts << QStringLiteral("%1 %2").arg(int(ok)).arg(name); });
+        t.m_file = std::make_unique<MemoryReader>(in);
+        t.m_workDir = m_dir;
+        t.m_fileName = QStringLiteral("clip.flv");
+        t.m_logPath = m_dir + QStringLiteral("/logFile.txt");
+        QVERIFY(t.m_logHandle.open(t.m_logPath));
+        g_repairedPaths.clear();
+        t.RepairFlvFile(t.m_fileName);
+        QCOMPARE(verdicts, QStringList{QStringLiteral("0 clip.flv")});
+        QVERIFY(g_repairedPaths.isEmpty());
+        QVERIFY(QFile::exists(QStringLiteral("/dev/full")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFlv)
+#include "test_flv.moc"

@@ -1,0 +1,104 @@
+// Drives the main window through its first views and saves each as a PNG:
+//   window_screenshots OUTDIR VIDEO...
+// page1-empty.png (no files), page1-files.png (VIDEO... added through the
+// file-chooser seam), page2-results.png (after a finished run). Run it under
+// a real display server (xvfb-run) to see what a user sees.
+#include "core/repair_globals.h"
+#include "shell/platform_core.h"
+#include "shell/scale.h"
+#include "workspace/file_dialogs.h"
+#include "workspace/video_repair_window.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTimer>
+#include <cstdio>
+
+namespace {
+
+class ListedFiles : public FileDialogs {
+public:
+    explicit ListedFiles(QStringList files) : m_files(std::move(files)) {}
+    QStringList getOpenFileNames(QWidget*, const QString&, const QString&, const QString&) override
+    {
+        return m_files;
+    }
+    QString getOpenFileName(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString getExistingDirectory(QWidget*, const QString&, const QString&) override { return {}; }
+
+private:
+    QStringList m_files;
+};
+
+bool Save(QWidget* w, const QString& path)
+{
+    const bool ok = w->grab().save(path);
+    std::printf("%s %s\n", ok ? "saved" : "FAILED", qPrintable(path));
+    return ok;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments().mid(1);
+    if (args.size() < 2) {
+        std::fprintf(stderr, "usage: window_screenshots OUTDIR VIDEO...\n");
+        return 2;
+    }
+    const QString out = args.first();
+    QDir().mkpath(out);
+    g_dpiScale = g_uiScale = 1.0f;
+    g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
+    g_programDir = QCoreApplication::applicationDirPath();
+    g_appDir = QDir(g_programDir + QStringLiteral("/../bin/Libmp4")).absolutePath();
+
+    VideoRepairWindow window;
+    window.SetFileDialogs(std::make_unique<ListedFiles>(args.mid(1)));
+    window.move(40, 40);
+    window.show();
+
+    int failures = 0;
+    auto settle = [](int ms) {
+        QEventLoop loop;
+        QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+        loop.exec();
+    };
+    settle(600);   // toolbar animation and first paint
+    failures += !Save(&window, out + QStringLiteral("/page1-empty.png"));
+
+    window.OnAddMOVFile();
+    settle(300);
+    failures += !Save(&window, out + QStringLiteral("/page1-files.png"));
+
+    // The end of a run shows a modal message; close it as a user would, then
+    // take the page behind it.
+    bool finished = false;
+    QObject::connect(&window.repairThread(), &ThreadVideoRepair::RepairFinish, &window, [&] { finished = true; },
+                     Qt::QueuedConnection);
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&] {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            if (finished) {
+                Save(modal, out + QStringLiteral("/page2-finish-dialog.png"));
+                modal->close();
+                closer.stop();
+                QTimer::singleShot(400, [&] {
+                    failures += !Save(&window, out + QStringLiteral("/page2-results.png"));
+                    app.quit();
+                });
+            }
+        }
+    });
+    closer.start(50);
+    QTimer::singleShot(120000, [&] {
+        std::fprintf(stderr, "the run did not finish in time\n");
+        ++failures;
+        app.quit();
+    });
+    window.RepairBtn->click();
+    app.exec();
+    return failures == 0 ? 0 : 1;
+}
