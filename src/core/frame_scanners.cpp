@@ -165,18 +165,24 @@ void ThreadVideoRepair::ScanMpeg4Frames()
             continue;
         }
         m_frameStart = m_pos;
-        // Walk to the next opening, a block at a time.
+        // Walk to the next opening, a block at a time. The movie atom behind
+        // the media data also ends a frame: the last frame then gets its line,
+        // and the tables of moov, where start codes turn up by chance, are
+        // never taken for frames. Its size word starts with a zero byte for
+        // any moov under 16 MiB, so the same search for zeros finds it.
         uint64_t e = m_pos + 1;
         bool found = false;
+        bool atMoov = false;
         while (e < end && !g_stopRequested && !found) {
             const size_t k = size_t(std::min<uint64_t>(kBlock, end - e));
-            const uint8_t* q = f.view(e, k + 4);
+            const uint8_t* q = f.view(e, k + 8);
             size_t j = 0;
             while (j < k) {
                 const void* hit = std::memchr(q + j, 0, k - j);
                 if (!hit) { j = k; break; }
                 j = size_t(static_cast<const uint8_t*>(hit) - q);
                 if (IsMpeg4Opening(q + j)) { found = true; break; }
+                if (ByteReader::loadBe32(q + j + 4) == kMoov) { found = atMoov = true; break; }
                 ++j;
             }
             e += j;
@@ -217,6 +223,8 @@ void ThreadVideoRepair::ScanMpeg4Frames()
             }
         }
         m_frameSize = 0;
+        if (atMoov)
+            break;
     }
 }
 

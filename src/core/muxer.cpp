@@ -50,6 +50,9 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
     result.program = program;
     qDebug().noquote() << "Muxer:" << commandLine;
 
+    // Cleared before the start, not after it, so that a stop asked for while
+    // the program is still starting isn't lost.
+    g_stopMuxer = false;
     QProcess process;
     process.setWorkingDirectory(workDir);
     process.setProcessChannelMode(QProcess::MergedChannels);
@@ -60,7 +63,6 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
         return result;
     }
     result.started = true;
-    g_stopMuxer = false;
     // Wait in slices so that a stop request can reach it: first "q" on its
     // input (ffmpeg ends cleanly and closes its file), then terminate, then kill.
     int waited = 0;
@@ -96,4 +98,26 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
 void StopMuxer()
 {
     g_stopMuxer = true;
+}
+
+QString SplitVideoCommand(const QString& rebuiltPath)
+{
+    return MuxerPrefix() + QStringLiteral(" -i \"") + rebuiltPath + QStringLiteral("\" -c:v copy -an \"output_video.mov\"");
+}
+
+QString SplitAudioCommand(const QString& rebuiltPath)
+{
+    return MuxerPrefix() + QStringLiteral(" -i \"") + rebuiltPath + QStringLiteral("\" -vn -c:a copy \"output_audio.mov\"");
+}
+
+QString SpeedChangeCommand(const QString& splitVideoPath)
+{
+    return MuxerPrefix() + QStringLiteral(" -i \"") + splitVideoPath
+        + QStringLiteral("\" -filter:v setpts=PTS/2 -c:a copy -preset ultrafast ModifiedFile.mov");
+}
+
+QString JoinCommand(const QString& videoPath, const QString& audioPath, const QString& outputName)
+{
+    return MuxerPrefix() + QStringLiteral(" -i \"") + videoPath + QStringLiteral("\" -i \"") + audioPath
+        + QStringLiteral("\" -c copy \"") + outputName + QLatin1Char('"');
 }

@@ -36,4 +36,13 @@ QStringList SplitCommandLine(const QString& commandLine);
 MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs = -1);
 
 // Stops a running muxer in stages: "q" on its input, then terminate, then kill.
+// A stop asked for while the muxer is still starting holds for that run.
 void StopMuxer();
+
+// The command lines of the rebuild's speed check, run in the workspace:
+// the rebuilt file split into its video and its sound, the video played at
+// twice its speed, and the two joined again under the file's own name.
+QString SplitVideoCommand(const QString& rebuiltPath);
+QString SplitAudioCommand(const QString& rebuiltPath);
+QString SpeedChangeCommand(const QString& splitVideoPath);
+QString JoinCommand(const QString& videoPath, const QString& audioPath, const QString& outputName);

@@ -317,8 +317,8 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
             g_remuxed = false;
             m_isSowt = false;
             const QString f = m_workDir + QLatin1Char('/') + m_fileName;
-            RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + f + QStringLiteral("\" -c:v copy -an \"output_video.mov\""), m_workDir);
-            RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + f + QStringLiteral("\" -vn -c:a copy \"output_audio.mov\""), m_workDir);
+            RunMuxer(SplitVideoCommand(f), m_workDir);
+            RunMuxer(SplitAudioCommand(f), m_workDir);
             ReadTrackDurations(f);
             const double a = g_audioSeconds, v = g_videoSeconds;
             // Without a duration on either side there is no ratio: the file stands.
@@ -328,11 +328,10 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
                 QFile::remove(m_workDir + QStringLiteral("/output_audio.mov"));
                 QFile::remove(m_workDir + QStringLiteral("/output_video.mov"));
             } else {
-                RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + m_workDir
-                         + QStringLiteral("/output_video.mov\" -filter:v setpts=PTS/2 -c:a copy -preset ultrafast ModifiedFile.mov"), m_workDir);
+                RunMuxer(SpeedChangeCommand(m_workDir + QStringLiteral("/output_video.mov")), m_workDir);
                 QFile::remove(f);
-                RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + m_workDir + QStringLiteral("/ModifiedFile.mov\" -i \"")
-                         + m_workDir + QStringLiteral("/output_audio.mov\" -c copy \"") + m_fileName + QLatin1Char('"'), m_workDir);
+                RunMuxer(JoinCommand(m_workDir + QStringLiteral("/ModifiedFile.mov"),
+                                     m_workDir + QStringLiteral("/output_audio.mov"), m_fileName), m_workDir);
                 for (const char* name : {"ModifiedFile.mov", "output_audio.mov", "output_video.mov"})
                     QFile::remove(m_workDir + QLatin1Char('/') + QLatin1String(name));
             }

@@ -100,6 +100,38 @@ private Q_SLOTS:
                                      QStringLiteral("AAC(soun) at = %1 Size = 32").arg(b + 304)}));
     }
 
+    void mpeg4MoovEndsTheLastFrame()
+    {
+        // The frame in front of moov ends at moov's size word; start codes
+        // inside the movie's tables are not frames.
+        QByteArray file = be32(8) + "mdat";
+        QByteArray frame = QByteArray::fromHex("000001B6") + QByteArray(200, char(0x55));
+        file += frame;
+        const int last = file.size();
+        file += frame;
+        QByteArray moov = be32(64) + "moov" + QByteArray::fromHex("0000811200000000000001B6") + QByteArray(44, char(0x77));
+        file += moov + QByteArray::fromHex("000001B6") + QByteArray(100, char(0x55));
+        QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames),
+                 QStringList({QStringLiteral("AVC(Vide) at = 8 Size = 204"),
+                              QStringLiteral("AVC(Vide) at = %1 Size = 204").arg(last)}));
+    }
+
+    void mpeg4ResumesBehindAHole()
+    {
+        // Zeros over the end of one frame and the start of the next: the
+        // frame before the hole runs to the first opening behind it.
+        QByteArray file = be32(8) + "mdat";
+        QByteArray frame = QByteArray::fromHex("000001B6") + QByteArray(500, char(0x55));
+        for (int i = 0; i < 5; ++i)
+            file += frame;
+        const int hole = 8 + 504 + 300;
+        file.replace(hole, 600, QByteArray(600, 0));
+        const QStringList lines = scan(file, &ThreadVideoRepair::ScanMpeg4Frames);
+        QCOMPARE(lines, QStringList({QStringLiteral("AVC(Vide) at = 8 Size = 504"),
+                                     QStringLiteral("AVC(Vide) at = 512 Size = 1008"),
+                                     QStringLiteral("AVC(Vide) at = 1520 Size = 504")}));
+    }
+
     void proResFramesPaddingAndSound()
     {
         // frame, frame, zero padding, sound, zero padding, frame, zeros, moov, a frame behind moov.
