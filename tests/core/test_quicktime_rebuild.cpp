@@ -1,6 +1,7 @@
 // The QuickTime rebuild on small crafted indexes, checked byte for byte:
 // interleaving, stsc, chunk offsets, sizes, ctts rounding, ftyp handling.
 #include "core/log_cipher.h"
+#include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
 #include "support/test_videos.h"
 
@@ -152,6 +153,98 @@ private Q_SLOTS:
         t2.m_cttsOffset0 = 0; t2.m_cttsOffset1 = 30; t2.m_cttsOffset2 = 10;
         const QByteArray out2 = rebuild(t2, source(), lines.mid(0, 4));
         QCOMPARE(Atom(out2, "ctts"), Words({56}) + "ctts" + Words({0, 5, 1, 0, 1, 30, 1, 10, 1, 30, 1, 10}));
+    }
+
+    void badLinesArePassedOver()
+    {
+        // Only the two whole frames are copied; everything else in the index
+        // is passed over the same way by every table, so sizes and offsets agree.
+        const QStringList lines = {"AVC(Vide) at = 0 Size = 10",
+                                   "AVC(Vide) at = 4090 Size = 100",                    // past the end
+                                   "AVC(Vide) at = 18446744073709551615 Size = 2",      // wraps around
+                                   "AVC(Vide) at = 5 Size = 99999999999",              // over 32 bits
+                                   "AVC(Vide) at = abc Size = 5",
+                                   "AVC(Vide) at = 5 Size = -5",
+                                   "AVC(Vide) at = 5",
+                                   "AAC(soun) at = 10 Size = 0",
+                                   "AAC(soun)  at = 10 Size = 8",                       // fields shifted
+                                   "AVC(Vide) at = 4086 Size = 10"};                    // ends at the end: whole
+        ThreadVideoRepair t;
+        QByteArray src = source();
+        t.m_file.reset(new MemoryReader(src));
+        t.m_fileSize = uint64_t(src.size());
+        t.m_workDir = m_dir;
+        t.m_fileName = QStringLiteral("out.mov");
+        LogCipher cipher;
+        const QString log = m_dir + QStringLiteral("/logFile.txt");
+        t.m_logHandle.open(log);
+        t.m_logHandle.write(QByteArray(200000, 'Q') + "\r\n");                    // one very long line
+        t.m_logHandle.write(QByteArray("\xff\xfe\x00garbage\r\n", 12));
+        for (const QString& l : lines)
+            t.WriteLogLine(cipher, l);
+        t.m_logHandle.close();
+        t.RebuildQuickTimeFile(log);
+        const QByteArray out = readAll(m_dir + QStringLiteral("/out.mov"));
+        QVERIFY(!g_passFailed);
+        QCOMPARE(Be64(out, 40), uint64_t(16 + 20));
+        QCOMPARE(out.mid(48, 20), src.left(10) + src.mid(4086, 10));
+        QCOMPARE(Atom(out, "stsz"), Words({28}) + "stsz" + Words({0, 0, 2, 10, 10}));
+        QCOMPARE(Atom(out, "co64"), Words({24}) + "co64" + Words({0, 1, 0, 48}));
+        QVERIFY(Atom(out, "smhd").isEmpty());
+    }
+
+    void speedCheckOfPcmSound_data()
+    {
+        QTest::addColumn<int>("soundBytes");
+        QTest::addColumn<QStringList>("commands");
+        // Two seconds of video. 64 bytes of sound at 4 samples a second are
+        // four seconds: twice as long, so the video is played at twice its speed.
+        QTest::newRow("ratio 2") << 64 << QStringList({"split video", "split audio", "speed", "join"});
+        QTest::newRow("ratio 1") << 32 << QStringList({"split video", "split audio"});
+    }
+    void speedCheckOfPcmSound()
+    {
+        QFETCH(int, soundBytes);
+        QFETCH(QStringList, commands);
+        // A fake muxer: each run appends its arguments, one a line, and a
+        // separator, and makes its last argument as a file in its folder.
+        const QString saved = g_appDir;
+        g_appDir = m_dir + QStringLiteral("/Libmp4");
+        QDir().mkpath(g_appDir);
+        const QString calls = m_dir + QStringLiteral("/calls.txt");
+        writeAll(g_appDir + QStringLiteral("/ffmpeg"),
+                 "#!/bin/sh\n{ for a in \"$@\"; do printf '%s\\n' \"$a\"; done; echo ---; } >> '" + calls.toUtf8()
+                     + "'\nfor a; do last=$a; done\n: > \"$last\"\n");
+        QFile::setPermissions(g_appDir + QStringLiteral("/ffmpeg"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        g_videoTimeScale = 10;
+        g_videoSampleDelta = 10;
+        g_soundTimeScale = 4;
+        ThreadVideoRepair t;
+        t.m_isSowt = true;
+        const QByteArray out = rebuild(t, source(), {QStringLiteral("AVC(Vide) at = 0 Size = 100"),
+                                                     QStringLiteral("AAC(soun) at = 100 Size = %1").arg(soundBytes),
+                                                     QStringLiteral("AVC(Vide) at = 200 Size = 100")});
+        g_appDir = saved;
+        QVERIFY(!t.m_isSowt);
+        const QString f = m_dir + QStringLiteral("/out.mov");
+        QMap<QString, QStringList> known;
+        known[QStringLiteral("split video")] = QStringList({"-i", f, "-c:v", "copy", "-an", "output_video.mov"});
+        known[QStringLiteral("split audio")] = QStringList({"-i", f, "-vn", "-c:a", "copy", "output_audio.mov"});
+        known[QStringLiteral("speed")] = QStringList({"-i", m_dir + "/output_video.mov", "-filter:v", "setpts=PTS/2",
+                                                      "-c:a", "copy", "-preset", "ultrafast", "ModifiedFile.mov"});
+        known[QStringLiteral("join")] = QStringList({"-i", m_dir + "/ModifiedFile.mov", "-i", m_dir + "/output_audio.mov",
+                                                     "-c", "copy", "out.mov"});
+        QStringList expected;
+        for (const QString& c : commands)
+            expected << known[c] << QStringLiteral("---");
+        QCOMPARE(QString::fromUtf8(readAll(calls)).split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
+        // The scratch files are gone; the file under its own name stands
+        // (rebuilt, or made anew by the join).
+        for (const char* name : {"output_video.mov", "output_audio.mov", "ModifiedFile.mov"})
+            QVERIFY2(!QFile::exists(m_dir + QLatin1Char('/') + QLatin1String(name)), name);
+        QVERIFY(QFile::exists(f));
+        if (commands.size() == 2)
+            QVERIFY(!out.isEmpty());
     }
 
     void nothingToRebuild()
