@@ -1,6 +1,7 @@
 // The per-file driver: the body of a run.
 #include "core/thread_video_repair.h"
 
+#include "core/code_search.h"
 #include "shell/platform_core.h"
 
 #include <QDebug>
@@ -31,24 +32,6 @@ Route RouteForSuffix(const QString& suffix)
             if (s && suffix == QLatin1String(s))
                 return row.route;
     return Route::QuickTime;
-}
-
-// First position in [0, limit) where one of the codes starts, or -1. Reads
-// the file in large blocks through the reader rather than a word per byte.
-int64_t FindAnyCode(ByteReader& reader, uint64_t limit, const uint32_t* codes, int codeCount)
-{
-    const size_t block = std::min<size_t>(1u << 20, reader.maxView() - 3);
-    for (uint64_t pos = 0; pos < limit && !g_stopRequested; pos += block) {
-        const size_t n = size_t(std::min<uint64_t>(block, limit - pos));
-        const uint8_t* p = reader.view(pos, n + 3);
-        for (size_t i = 0; i < n; ++i) {
-            const uint32_t w = ByteReader::loadBe32(p + i);
-            for (int c = 0; c < codeCount; ++c)
-                if (w == codes[c])
-                    return int64_t(pos + i);
-        }
-    }
-    return -1;
 }
 
 bool CreateRepairedFolder(const QString& root)
@@ -188,6 +171,7 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
 {
     bool movieFound = false;
     bool imkh = false;
+    g_hasSoundTrak = false;   // set again by the movie reader of this file
     if (referencePath.isEmpty() && !g_referenceMode) {
         if (m_file) {
             Q_EMIT ShowProgressBar();
@@ -312,8 +296,7 @@ void ThreadVideoRepair::RepairAviPath(const QString& referencePath, const QStrin
     // Audio if "01wb" stands in the first tenth of the file. The bar shows a
     // fixed 400000 during this search; it is sent once, not per byte.
     Q_EMIT setProgressvalue(400000);
-    static const uint32_t audioTag[] = {ByteReader::fourcc("01wb")};
-    const bool hasAudio = FindAnyCode(*m_file, g_inputSize / 10, audioTag, 1) >= 0;
+    const bool hasAudio = FindAnyCode(*m_file, 0, g_inputSize / 10, {ByteReader::fourcc("01wb")}) >= 0;
     if (g_stopRequested)
         return;
     if (m_aviReferenceOpen)
@@ -393,8 +376,7 @@ void ThreadVideoRepair::RepairMpegPath(const QString& referencePath)
         return;
     }
     // A program stream has audio (C0) or video (E0) packet heads.
-    static const uint32_t packetHeads[] = {0x000001C0u, 0x000001E0u};
-    const bool found = FindAnyCode(*m_file, g_inputSize, packetHeads, 2) >= 0;
+    const bool found = FindAnyCode(*m_file, 0, g_inputSize, {0x000001C0u, 0x000001E0u}) >= 0;
     if (g_stopRequested)
         return;
     if (m_mpegReferenceOpen)

@@ -18,6 +18,7 @@
 #include <vector>
 
 class LogCipher;
+struct ChainPaths;
 
 class ThreadVideoRepair : public QThread {
     Q_OBJECT
@@ -81,6 +82,32 @@ public:
     void RepairH264Twos(const QString& inputPath, const QString& referencePath);
     void RepairHevcAac(const QString& inputPath, const QString& referencePath);
     void RepairHevcLpcm(const QString& inputPath, const QString& referencePath);
+
+    // ---- H.264 recovery chain (recovery/h264/) ----
+    // Without a sample: remux when the file's own chunk table is usable.
+    void RemuxFromOwnIndex(const QString& inputPath);
+    // With a sample: learn from it, then run the chain down to the muxer.
+    void LearnFromSample(const QString& inputPath, const QString& referencePath);
+    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText);
+    void CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
+    void SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
+    void WriteVideoUniqueFile(FileWriter& video, const ChainPaths& p);
+    void ReadReferenceAudio(FileWriter& video, const ChainPaths& p);
+    void WalkSampleSound(ByteReader& r, FileWriter& audioText);
+    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos);
+    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText);
+    void WriteAudioUniqueFile(FileWriter& video, const ChainPaths& p);
+    void WriteVideoUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
+    void WriteAudioUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
+    void WriteVideoUniqueFileIndex(const ChainPaths& p);
+    void ScanStreams(FileWriter& video, const ChainPaths& p);
+    void MuxVideoAndAudio(const ChainPaths& p);
+    void MuxVideoOnly(const ChainPaths& p);
+    void RemuxDamagedFile(const QString& inputPath);
+    // A pass that ends without a file: the negative verdict and its flags.
+    void H264PassFailed();
+    void RemoveChainFiles(const ChainPaths& p);
+    FileWriter m_audioOut;                  // audio.aac while the chain runs
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp

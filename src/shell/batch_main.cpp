@@ -6,6 +6,7 @@
 // stderr carries a progress line per file unless --quiet.
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
+#include "recovery/h264/h264_recovery.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -132,6 +133,9 @@ int main(int argc, char** argv)
     for (QString& f : files)
         f = QFileInfo(f).absoluteFilePath();
 
+    // Standard output carries JSON lines: the engine's plain messages go to
+    // standard error instead.
+    SetEngineMessageStream(stderr);
     std::signal(SIGINT, OnInterrupt);
     std::signal(SIGTERM, OnInterrupt);
 

@@ -52,6 +52,13 @@ QString BitStringToHexText(const QString& bits)
     return hex;
 }
 
+bool AdtsRateSupported(int64_t rate)
+{
+    if (rate == 0 || rate == 1000)
+        return true;
+    return AdtsSampleRateTable().count(int32_t(uint32_t(rate))) != 0;
+}
+
 bool BuildAdtsHeader(uint32_t frameSize)
 {
     if (g_audioSampleRate == 0 || g_audioSampleRate == 1000)

@@ -21,3 +21,5 @@ QString BitStringToHexText(const QString& bits);
 // when g_audioSampleRate has no ADTS frequency index; the caller then drops the
 // audio and keeps the video-only result.
 bool BuildAdtsHeader(uint32_t frameSize);
+// True when BuildAdtsHeader can name the rate (0 and 1000 stand for 48000).
+bool AdtsRateSupported(int64_t rate);

@@ -1,16 +1,298 @@
-// H.264 repair passes. The frame-by-frame rebuild is not in place yet: each
-// pass ends with a negative verdict so no file is reported as repaired.
-#include "core/repair_globals.h"
+// The H.264 repair pass. Without a sample it decides from the file's own
+// chunk table whether the file can go straight to the muxer. With a sample it
+// learns what the damaged file lost: the movie's rate inputs, the first SPS
+// and PPS, and the bytes that frames begin with; then the chain of unique
+// files, sample audio, stream scan and muxer takes over.
+#include "recovery/h264/bit_tools.h"
+#include "recovery/h264/h264_recovery.h"
+#include "recovery/h264/nal_sets.h"
+
+#include "core/code_search.h"
+#include "core/muxer.h"
 #include "core/thread_video_repair.h"
 
-static void FailPass(ThreadVideoRepair* t, const char* name)
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
+
+} // namespace
+
+bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, uint64_t* mdatSize)
 {
-    t->RoutineMissing(name);
-    g_passFailed = true;
-    g_moovRead = false;
-    Q_EMIT t->WriteStatus(false, false, t->m_fileName, false);
+    static constexpr uint32_t passed[] = {C("ftyp"), C("free"), C("meta"), C("wide"),
+                                          C("uuid"), C("frea"), C("skip"), C("beam")};
+    const auto passedEnd = std::end(passed) - (passBeam ? 0 : 1);
+    while (!g_stopRequested && pos < r.size()) {
+        const uint32_t code = r.be32(pos);
+        if (std::find(std::begin(passed), passedEnd, code) != passedEnd) {
+            const uint32_t size = r.be32(pos - 4);
+            if (size == 0)
+                return false;
+            pos += size;
+        } else if (code == C("mdat")) {
+            uint64_t size = r.be32(pos - 4);
+            if (size == 1)
+                size = r.be64(pos + 4);
+            if (size == 0 || size > r.size())
+                return false;
+            if (mdatSeen)
+                *mdatSeen = true;
+            if (mdatSize)
+                *mdatSize = size;
+            pos += size;
+        } else {
+            return code == C("moov");
+        }
+    }
+    return false;
 }
-void ThreadVideoRepair::RepairH264Aac(const QString&, const QString&) { FailPass(this, "RepairH264Aac"); }
-void ThreadVideoRepair::RepairH264Lpcm(const QString&, const QString&) { FailPass(this, "RepairH264Lpcm"); }
-void ThreadVideoRepair::RepairH264Sowt(const QString&, const QString&) { FailPass(this, "RepairH264Sowt"); }
-void ThreadVideoRepair::RepairH264Twos(const QString&, const QString&) { FailPass(this, "RepairH264Twos"); }
+
+void ThreadVideoRepair::RepairH264Aac(const QString& inputPath, const QString& referencePath)
+{
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    if (!g_referenceMode)
+        RemuxFromOwnIndex(inputPath);
+    else
+        LearnFromSample(inputPath, referencePath);
+    g_muxerBusy = false;
+}
+
+// Without a sample: the file's first video chunk table must start on a NAL
+// length field, and hold at least two chunks, for the muxer to use the file
+// as it stands. Every dead end is one negative verdict.
+void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
+{
+    m_inAudioTrak = false;
+    m_inVideoTrak = false;
+    std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
+    if (!file) {
+        H264PassFailed();
+        return;
+    }
+    ByteReader& r = *file;
+    const uint64_t size = r.size();
+    g_inputSize = size;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+
+    bool mdatSeen = false;
+    uint64_t mdatSize = 0;
+    m_pos = 4;
+    if (!WalkToMovie(r, m_pos, true, &mdatSeen, &mdatSize)) {
+        H264PassFailed();
+        return;
+    }
+    m_moovPos = m_pos;
+    m_moovSize = r.be32(m_pos - 4);
+
+    // Inside moov, one position at a time.
+    CodeSearch vmhd({C("vmhd")});
+    while (m_pos < size && !g_stopRequested) {
+        const uint32_t code = r.be32(m_pos);
+        if (code == C("trak")) {
+            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_trakPos = m_pos;
+            const int64_t hit = vmhd.next(r, m_pos);
+            if (hit < 0)
+                break;
+            m_pos = uint64_t(hit);
+            m_inVideoTrak = true;
+            m_inAudioTrak = false;
+        }
+        if (m_inVideoTrak) {
+            // An mdat behind which the movie can't fit is a cut file: its
+            // index points into data that isn't there.
+            if (mdatSeen && uint64_t(m_moovSize) + mdatSize > size)
+                break;
+            if (code == C("stco") || code == C("co64")) {
+                const bool wide = code == C("co64");
+                g_chunkCount = r.be32(m_pos + 8);
+                const uint64_t first = m_pos + 12;
+                if (g_chunkCount < 2) {
+                    m_inVideoTrak = false;
+                } else {
+                    const uint64_t c0 = wide ? r.be64(first) : r.be32(first);
+                    // The first chunk must lie in the file and begin with the
+                    // top byte of a NAL length, which is 0.
+                    if (c0 >= size || r.u8(c0) != 0) {
+                        g_hasSoundTrak = false;
+                        break;
+                    }
+                    g_hasSoundTrak = true;
+                    RemuxDamagedFile(inputPath);
+                    return;
+                }
+            }
+        }
+        ++m_pos;
+    }
+    if (!g_stopRequested)
+        H264PassFailed();
+}
+
+// With a sample: walk its movie for the rate inputs, the parameter sets and
+// the first bytes of its frames, then run the chain.
+void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString& referencePath)
+{
+    // The output is listed by the rebuild step, which sees g_remuxed.
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    const ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
+    FileWriter video, indexing, videoText;
+    video.open(paths.video);
+    indexing.open(paths.indexing);
+    videoText.open(paths.videoText);
+
+    std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
+    if (ref) {
+        m_fileSize = g_inputSize = ref->size();
+        WalkSampleMovie(*ref, video, indexing, videoText);
+    }
+    ref.reset();
+    indexing.close();
+    videoText.close();
+    WriteVideoUniqueFile(video, paths);
+    video.close();
+}
+
+void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing,
+                                        FileWriter& videoText)
+{
+    const uint64_t size = r.size();
+    m_pos = 4;
+    if (!WalkToMovie(r, m_pos, true))
+        return;   // no movie: nothing is learnt, the chain goes on empty
+    m_moovPos = m_pos;
+    m_moovSize = r.be32(m_pos - 4);
+    m_inVideoTrak = false;
+    CodeSearch vmhd({C("vmhd")}), avcCSearch({C("avcC")});
+
+    while (m_pos < size && !g_stopRequested) {
+        const uint32_t code = r.be32(m_pos);
+        if (code == C("mvhd")) {
+            g_movieTimescale = r.be32(m_pos + 16);
+            g_movieDuration = r.be32(m_pos + 20);
+        }
+        if (code == C("trak")) {
+            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_trakPos = m_pos;
+            // Searched to the end of the file, not of the track: a sound
+            // track first in the movie still leads to the video's tables.
+            if (vmhd.next(r, m_pos) >= 0) {
+                m_inVideoTrak = true;
+                m_pos = m_trakPos + 4;
+                continue;
+            }
+        }
+        if (m_inVideoTrak) {
+            if (code == C("stsz")) {
+                g_videoSampleCount = r.be32(m_pos + 12);
+            } else if (code == C("stsd")) {
+                const int64_t avcC = avcCSearch.next(r, m_pos);
+                if (avcC >= 0) {
+                    m_pos = uint64_t(avcC);
+                    CopyParameterSets(r, m_pos, video, indexing);
+                }
+            } else if (code == C("stco") || code == C("co64")) {
+                SampleFrameStarts(r, m_pos, code == C("co64"), videoText);
+                // What stands behind the table is normally no known code, so
+                // this ends the walk: the first video table is the last read.
+                m_inVideoTrak = false;
+                if (!WalkToMovie(r, m_pos, true))
+                    return;
+                continue;
+            }
+        }
+        if (m_inAudioTrak) {
+            g_hasSoundTrak = true;
+            if (code == C("stsd")) {
+                g_audioChannels = r.be32(m_pos + 34);
+                g_audioSampleRate = r.be32(m_pos + 42);
+            } else if (code == C("mdat")) {
+                if (!WalkToMovie(r, m_pos, true))
+                    return;
+                continue;
+            }
+        }
+        ++m_pos;
+    }
+}
+
+// The first SPS and the first PPS of an avcC box (code at pos), each behind a
+// start code, into the stream and into the parameter block file.
+void ThreadVideoRepair::CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing)
+{
+    static const char startCode[4] = {0, 0, 0, 1};
+    uint64_t at = pos + 10;   // code, version, profile, compatibility, level, length size, SPS count
+    const uint16_t spsLength = r.be16(at);
+    at += 2;
+    // Sets that run past the end of the sample are taken as far as it goes;
+    // zero fill would only add noise to every frame's parameter block.
+    auto copySet = [&](uint64_t from, uint16_t length) {
+        const uint64_t avail = from < r.size() ? std::min<uint64_t>(length, r.size() - from) : 0;
+        for (FileWriter* w : {&video, &indexing}) {
+            w->write(startCode, 4);
+            w->copyFrom(r, from, avail);
+        }
+    };
+    copySet(at, spsLength);
+    at += spsLength + 1;   // the SPS, then the PPS count
+    const uint16_t ppsLength = r.be16(at);
+    copySet(at + 2, ppsLength);
+}
+
+// The chunk table (code at pos): the three bytes behind the NAL length of the
+// first chunk's chain of units, and of the first unit of every other chunk.
+void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
+{
+    const uint64_t size = r.size();
+    const unsigned width = wide ? 8 : 4;
+    g_chunkCount = r.be32(pos + 8);
+    pos += 12;
+    // No more entries than the file holds.
+    const uint64_t room = pos < size ? (size - pos) / width : 0;
+    const uint64_t count = std::min<uint64_t>(g_chunkCount, room);
+    auto record = [&](uint64_t at) { videoText.write(r.view(at + 4, 3), 3); };
+    for (uint64_t i = 0; i < count && !g_stopRequested; ++i, pos += width) {
+        uint64_t c = wide ? r.be64(pos) : r.be32(pos);
+        if (c == 0 || c >= size || !IsNalStart(r, c, NalStartSet::ReferenceNalBytes))
+            continue;
+        record(c);
+        if (i != 0)
+            continue;
+        // The whole chain of the first chunk; its first unit is recorded
+        // twice, which the reduction to unique records removes.
+        while (c < size && !g_stopRequested) {
+            const uint32_t length = r.be32(c);
+            if (length == 0)
+                break;
+            const uint64_t next = c + 4 + length;
+            record(c);
+            if (!IsNalStart(r, next, NalStartSet::ReferenceNalBytes))
+                break;
+            c = next;
+        }
+    }
+    m_pos = pos;
+}
+
+void ThreadVideoRepair::RepairH264Lpcm(const QString&, const QString&)
+{
+    RoutineMissing("RepairH264Lpcm");
+    Q_EMIT WriteStatus(false, false, m_fileName, false);
+}
+
+void ThreadVideoRepair::RepairH264Sowt(const QString&, const QString&)
+{
+    RoutineMissing("RepairH264Sowt");
+    Q_EMIT WriteStatus(false, false, m_fileName, false);
+}
+
+void ThreadVideoRepair::RepairH264Twos(const QString&, const QString&)
+{
+    RoutineMissing("RepairH264Twos");
+    Q_EMIT WriteStatus(false, false, m_fileName, false);
+}

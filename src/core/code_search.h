@@ -1,0 +1,61 @@
+#pragma once
+// Forward searches for four-character codes, a block at a time through the
+// cached reader rather than a word read per position.
+#include "core/byte_reader.h"
+#include "core/repair_globals.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <vector>
+
+// First position in [from, to) where one of the codes starts, or -1. Words
+// past the end of the data are zero and match nothing. A stop request ends
+// the search with -1.
+inline int64_t FindAnyCode(ByteReader& r, uint64_t from, uint64_t to, std::initializer_list<uint32_t> codes)
+{
+    const uint64_t end = std::min(to, r.size());
+    const size_t block = std::min<size_t>(1u << 20, r.maxView() - 4);
+    for (uint64_t pos = from; pos < end; pos += block) {
+        if (g_stopRequested)
+            return -1;
+        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
+        const uint8_t* p = r.view(pos, n + 3);
+        for (size_t i = 0; i < n; ++i) {
+            const uint32_t w = ByteReader::loadBe32(p + i);
+            for (uint32_t c : codes)
+                if (w == c)
+                    return int64_t(pos + i);
+        }
+    }
+    return -1;
+}
+
+// The same search up to the end of the file, remembering its last answer: a
+// hostile file full of the words that start a search would otherwise search
+// the same stretch again for each of them.
+class CodeSearch {
+public:
+    CodeSearch(std::initializer_list<uint32_t> codes) : m_codes(codes) {}
+    int64_t next(ByteReader& r, uint64_t from)
+    {
+        if (m_valid && from >= m_from && (m_hit < 0 || from <= uint64_t(m_hit)))
+            return m_hit;
+        m_hit = -1;
+        const uint64_t end = r.size();
+        // One code list at a time keeps FindAnyCode's signature simple.
+        for (uint32_t code : m_codes) {
+            const int64_t hit = FindAnyCode(r, from, m_hit < 0 ? end : uint64_t(m_hit), {code});
+            if (hit >= 0)
+                m_hit = hit;
+        }
+        m_from = from;
+        m_valid = !g_stopRequested;
+        return m_hit;
+    }
+
+private:
+    std::vector<uint32_t> m_codes;
+    bool m_valid = false;
+    uint64_t m_from = 0;
+    int64_t m_hit = -1;
+};

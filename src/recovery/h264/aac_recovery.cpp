@@ -1,0 +1,197 @@
+// AAC recovery. An AAC frame in a QuickTime file has no marker and no length
+// of its own, so the sample teaches what frames begin with: the first three
+// bytes of each of its audio chunks. The scanner's audio state then cuts the
+// damaged file's audio from one such pattern to the next, and puts an ADTS
+// header in front of each frame so that the muxer can read the stream.
+#include "recovery/h264/bit_tools.h"
+#include "recovery/h264/h264_recovery.h"
+#include "recovery/h264/stream_scanner.h"
+
+#include "core/code_search.h"
+#include "core/muxer.h"
+#include "core/thread_video_repair.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
+
+// Every sample's table ends with this record: a frequent start of a stereo
+// AAC frame that a short sample may not show.
+const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
+
+} // namespace
+
+void ThreadVideoRepair::ReadReferenceAudio(FileWriter& video, const ChainPaths& p)
+{
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_audioOut.open(p.audio);
+    FileWriter audioText;
+    audioText.open(p.audioText);
+    if (!g_hasSoundTrak) {
+        audioText.close();
+        ScanStreams(video, p);
+        return;
+    }
+    std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
+    if (ref) {
+        m_fileSize = g_inputSize = ref->size();
+        WalkSampleSound(*ref, audioText);
+    }
+    ref.reset();
+    audioText.close();
+    WriteAudioUniqueFile(video, p);
+}
+
+// The sample's sound track: channels, rate, mean frame size, and the first
+// three bytes of every chunk.
+void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText)
+{
+    const uint64_t size = r.size();
+    m_pos = 4;
+    if (!WalkToMovie(r, m_pos, false))
+        return;
+    m_inVideoTrak = m_inAudioTrak = false;
+    CodeSearch mediaHeader({C("vmhd"), C("smhd")});
+    while (m_pos < size && !g_stopRequested) {
+        const uint32_t code = r.be32(m_pos);
+        if (code == C("trak")) {
+            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_trakPos = m_pos;
+            const int64_t hit = mediaHeader.next(r, m_pos);
+            if (hit >= 0) {
+                m_pos = uint64_t(hit);
+                m_inVideoTrak = r.be32(m_pos) == C("vmhd");
+                m_inAudioTrak = !m_inVideoTrak;
+            }
+        }
+        if (m_inVideoTrak && code == C("stsc"))
+            m_inVideoTrak = false;
+        if (m_inAudioTrak) {
+            g_hasSoundTrak = true;
+            if (code == C("stsd")) {
+                g_audioChannels = r.be32(m_pos + 34);
+                g_audioSampleRate = r.be32(m_pos + 42);
+            } else if (code == C("stsz")) {
+                ReadAudioFrameSizes(r, m_pos);
+            } else if (code == C("stco") || code == C("co64")) {
+                SampleAudioStarts(r, m_pos, code == C("co64"), audioText);
+                m_inAudioTrak = false;
+                return;
+            } else if (code == C("mdat")) {
+                return;
+            }
+        }
+        ++m_pos;
+    }
+}
+
+// stsz of the sound track (code at pos): the count, and the mean size. A
+// table with one size for all samples has no entries; its size is the mean.
+void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
+{
+    const uint32_t constant = r.be32(pos + 8);
+    g_audioSampleCount = r.be32(pos + 12);
+    if (g_audioSampleCount == 0)
+        return;
+    if (constant != 0) {
+        g_averageAudioFrame = constant;
+        return;
+    }
+    const uint64_t first = pos + 16;
+    const uint64_t room = first < r.size() ? (r.size() - first) / 4 : 0;
+    const uint64_t count = std::min<uint64_t>(g_audioSampleCount, room);
+    uint64_t sum = 0;
+    for (uint64_t i = 0; i < count; ++i)
+        sum += r.be32(first + 4 * i);
+    g_averageAudioFrame = uint32_t(sum / g_audioSampleCount);
+}
+
+// The chunk table of the sound track (code at pos): the first three bytes of
+// each chunk, then the fixed record. Offsets outside the file are passed
+// over: their zero fill would teach the scanner a pattern of zeros.
+void ThreadVideoRepair::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText)
+{
+    const uint64_t size = r.size();
+    const unsigned width = wide ? 8 : 4;
+    const uint32_t entries = r.be32(pos + 8);
+    pos += 12;
+    const uint64_t room = pos < size ? (size - pos) / width : 0;
+    const uint64_t count = std::min<uint64_t>(entries, room);
+    for (uint64_t i = 0; i < count && !g_stopRequested; ++i, pos += width) {
+        const uint64_t c = wide ? r.be64(pos) : r.be32(pos);
+        if (c < size && size - c >= 3)
+            audioText.write(r.view(c, 3), 3);
+    }
+    audioText.write(kFixedRecord, 3);
+    m_pos = pos;
+}
+
+// Audio state: from a pattern at m_pos, frames run from one pattern match to
+// the next. The run ends at a video unit whose successor is a unit or audio.
+StreamScanner::State StreamScanner::audioState()
+{
+    while (m_pos < m_size && !m_patterns.matchAt(m_in, m_pos))
+        ++m_pos;
+    if (m_pos >= m_size)
+        return State::End;
+    m_audioStart = m_pos++;
+
+    while (m_pos < m_size) {
+        if (g_stopRequested)
+            return State::End;
+        if (m_patterns.matchAt(m_in, m_pos)) {
+            writeAudioFrame(m_pos);
+            m_audioStart = m_pos++;
+            continue;
+        }
+        if (isUnit(m_pos)) {
+            const uint32_t c = m_in.be32(m_pos);
+            if (c != 0) {
+                const uint64_t next = m_pos + 4 + c;
+                if (isUnit(next)) {
+                    writeAudioFrame(m_pos);
+                    ++m_audioRunCount;
+                    return State::Video;
+                }
+                if (m_patterns.matchAt(m_in, next)) {
+                    writeAudioFrame(m_pos);
+                    return State::Video;
+                }
+                ++m_pos;
+                continue;
+            }
+        }
+        const uint32_t atomSize = m_in.be32(m_pos);
+        if (atomSize != 0 && IsInterleavedAtom(m_in.be32(m_pos + 4), false)) {
+            m_pos += atomSize;
+            continue;
+        }
+        if (IsFillerRun(m_in, m_pos, 128)) {
+            m_pos += 128;
+            continue;
+        }
+        ++m_pos;
+    }
+    return State::End;   // the frame under cut is dropped
+}
+
+// Writes the frame from m_audioStart to end behind its ADTS header. A frame
+// longer than a header can carry is not one frame: it is cut to the sample's
+// mean frame size, and dropped when the sample gave none.
+void StreamScanner::writeAudioFrame(uint64_t end)
+{
+    uint32_t size = uint32_t(std::min<uint64_t>(end - m_audioStart, 0xFFFFFFFFu));
+    if (size > kMaxAacFrame)
+        size = std::min(g_averageAudioFrame, kMaxAacFrame);
+    if (size == 0 || !BuildAdtsHeader(size))
+        return;
+    uint8_t header[7];
+    for (int i = 0; i < 7; ++i)
+        header[i] = uint8_t(AdtsHeaderBytes[i]);
+    reportProgress();
+    m_audio->write(header, 7);
+    m_audio->copyFrom(m_in, m_audioStart, size);
+    ++m_audioFrames;
+}

@@ -1,0 +1,93 @@
+#pragma once
+// Shared pieces of the sample-driven H.264 recovery: the values learnt from
+// the sample, the scratch file names, the three-byte pattern sets, and the
+// muxer command lines as text.
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+class ByteReader;
+
+// ---- Values learnt from the sample (process-wide, like the rest of the engine) ----
+extern uint32_t g_movieTimescale;     // mvhd
+extern uint32_t g_movieDuration;      // mvhd
+extern uint32_t g_videoSampleCount;   // stsz of the video track
+extern uint32_t g_chunkCount;         // entries of the last chunk table read
+extern uint32_t g_trakBytesLeft;      // size of the last trak met
+extern uint32_t g_audioSampleCount;   // stsz of the sound track
+extern uint32_t g_averageAudioFrame;  // mean AAC frame size of the sample
+extern int g_frameRate;               // frames per second given to the muxer
+extern QString g_outputName;          // output name, relative to the workspace
+extern QString g_outputNameRated;     // "1_" + output name: the second muxer run
+
+// The file names of the chain, all inside the workspace folder.
+struct ChainPaths {
+    QString input;          // the damaged file
+    QString video;          // video.h264
+    QString videoText;      // videotext.txt
+    QString indexing;       // Indexing
+    QString videoUnique;    // VideoUNIQUEfile.txt
+    QString audioText;      // audio.txt
+    QString audio;          // audio.aac
+    QString audioUnique;    // AudioUNIQUEfile.txt
+    static ChainPaths in(const QString& workDir, const QString& input);
+};
+
+// Distinct three-byte records of a source file, in order of first sight, at
+// most kMaxUniqueRecords. Writes them to target. The two messages go to the
+// engine's message stream.
+constexpr int kMaxUniqueRecords = 10000;
+void ReduceToUnique(const QString& source, const QString& target);
+
+// The engine's two plain messages ("Maximum unique sequences reached.",
+// "Error opening file.") go to standard output; a host whose standard output
+// is a protocol (the batch runner) points them elsewhere.
+void SetEngineMessageStream(std::FILE* stream);
+void EngineMessage(const char* text);
+
+// A set of three-byte patterns, loaded from a unique sequence file. A test at
+// a position costs one lookup in a bit table of all 2^24 values instead of a
+// walk over the list, so the scan's cost doesn't grow with the list.
+class PatternSet {
+public:
+    // Loads the records of path; a missing file gives an empty set.
+    bool load(const QString& path);
+    void add(uint32_t triple) { m_bits[triple >> 6] |= uint64_t(1) << (triple & 63); ++m_count; }
+    bool empty() const { return m_count == 0; }
+    int count() const { return m_count; }
+    bool has(uint32_t triple) const { return m_bits[triple >> 6] >> (triple & 63) & 1; }
+    // True when the three bytes at pos, all inside the file, are a pattern.
+    bool matchAt(ByteReader& r, uint64_t pos) const;
+
+private:
+    std::vector<uint64_t> m_bits = std::vector<uint64_t>((1u << 24) / 64, 0);
+    int m_count = 0;
+};
+
+// The top-level walk from pos (just behind a four-character code) to moov:
+// true with pos on moov's code; false at a zero size, an unknown code, an
+// mdat larger than the file, or the end. passBeam: "beam" is passed like
+// "free". mdatSeen/mdatSize, when given, tell of an mdat passed on the way.
+bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen = nullptr,
+                 uint64_t* mdatSize = nullptr);
+// Atoms that may stand between stretches of media data; ftyp counts only
+// between video units.
+bool IsInterleavedAtom(uint32_t code, bool withFtyp);
+
+// ---- Muxer command lines (each starts with MuxerPrefix()) ----
+QString MuxVideoAndAudioCommand(const QString& video, const QString& audio, const QString& out,
+                                const QString& rate = QString());
+QString MuxVideoOnlyCommand(const QString& video, const QString& out, const QString& rate = QString());
+QString RemuxDamagedCommand(const QString& input, const QString& name, bool withAudio);
+QString MuxVideoAndPcmCommand(const QString& video, const QString& format, const QString& sampleRate,
+                              const QString& channels, const QString& audio, const QString& out);
+
+// Frames per second from the sample's movie header: sample count over whole
+// seconds. Without a usable answer (no count, no time scale, under a second,
+// a rate of 0) the muxer's default of 30 is taken.
+int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale);
+// Rates 25..32 keep the first muxer run; all others get a second run.
+inline bool NeedsSecondRun(int rate) { return uint32_t(rate - 25) > 7; }

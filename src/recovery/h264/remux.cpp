@@ -1,0 +1,167 @@
+// Handing the recovered elementary streams (or a damaged file whose own index
+// is usable) to the external muxer, and the command lines it gets.
+#include "recovery/h264/h264_recovery.h"
+
+#include "core/muxer.h"
+#include "core/thread_video_repair.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+uint32_t g_movieTimescale = 0;
+uint32_t g_movieDuration = 0;
+uint32_t g_videoSampleCount = 0;
+uint32_t g_chunkCount = 0;
+uint32_t g_trakBytesLeft = 0;
+uint32_t g_audioSampleCount = 0;
+uint32_t g_averageAudioFrame = 0;
+int g_frameRate = 30;
+QString g_outputName;
+QString g_outputNameRated;
+
+namespace {
+
+QString Quoted(const QString& s)
+{
+    return QLatin1Char('"') + s + QLatin1Char('"');
+}
+
+// The muxer's result is judged by its file, not by its exit code.
+bool OutputReady(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && info.size() > 0;
+}
+
+} // namespace
+
+ChainPaths ChainPaths::in(const QString& workDir, const QString& input)
+{
+    ChainPaths p;
+    p.input = input;
+    p.video = workDir + QStringLiteral("/video.h264");
+    p.videoText = workDir + QStringLiteral("/videotext.txt");
+    p.indexing = workDir + QStringLiteral("/Indexing");
+    p.videoUnique = workDir + QStringLiteral("/VideoUNIQUEfile.txt");
+    p.audioText = workDir + QStringLiteral("/audio.txt");
+    p.audio = workDir + QStringLiteral("/audio.aac");
+    p.audioUnique = workDir + QStringLiteral("/AudioUNIQUEfile.txt");
+    return p;
+}
+
+QString MuxVideoAndAudioCommand(const QString& video, const QString& audio, const QString& out,
+                                const QString& rate)
+{
+    const QString r = rate.isEmpty() ? QStringLiteral("30") : rate;
+    return MuxerPrefix() + QStringLiteral(" -r ") + r + QStringLiteral(" -i ") + Quoted(video)
+         + QStringLiteral(" -i ") + Quoted(audio)
+         + QStringLiteral(" -bsf:a aac_adtstoasc -c:v copy -c:a copy ") + Quoted(out);
+}
+
+QString MuxVideoOnlyCommand(const QString& video, const QString& out, const QString& rate)
+{
+    const QString r = rate.isEmpty() ? QStringLiteral("30000/1001") : rate;
+    return MuxerPrefix() + QStringLiteral(" -r ") + r + QStringLiteral(" -i ") + Quoted(video)
+         + QStringLiteral(" -c:v copy ") + Quoted(out);
+}
+
+QString RemuxDamagedCommand(const QString& input, const QString& name, bool withAudio)
+{
+    return MuxerPrefix() + QStringLiteral(" -i ") + Quoted(input)
+         + (withAudio ? QStringLiteral(" -vcodec copy -acodec copy -movflags faststart ")
+                      : QStringLiteral(" -vcodec copy -movflags faststart "))
+         + Quoted(name);
+}
+
+QString MuxVideoAndPcmCommand(const QString& video, const QString& format, const QString& sampleRate,
+                              const QString& channels, const QString& audio, const QString& out)
+{
+    // Two blanks behind the program's name, as this line has always had.
+    return MuxerPrefix() + QStringLiteral("  -i ") + Quoted(video) + QStringLiteral(" -f ") + format
+         + QStringLiteral(" -ar ") + sampleRate + QStringLiteral(" -ac ") + channels
+         + QStringLiteral(" -i ") + Quoted(audio)
+         + QStringLiteral(" -c:v copy -c:a aac -preset ultrafast ") + Quoted(out);
+}
+
+int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale)
+{
+    if (sampleCount == 0 || timescale == 0)
+        return 30;
+    const uint32_t seconds = duration / timescale;
+    if (seconds == 0)
+        return 30;   // a sample under one second has no whole-second rate
+    const uint32_t rate = sampleCount / seconds;
+    return rate == 0 || rate > 1000 ? 30 : int(rate);
+}
+
+void ThreadVideoRepair::H264PassFailed()
+{
+    g_moovRead = false;
+    g_passFailed = true;
+    Q_EMIT WriteStatus(g_moovRead, m_writeStatusFlag, m_fileName, false);
+}
+
+void ThreadVideoRepair::RemoveChainFiles(const ChainPaths& p)
+{
+    for (const QString& f : {p.video, p.audio, p.videoText, p.audioText, p.indexing, p.videoUnique,
+                             p.audioUnique})
+        QFile::remove(f);
+}
+
+void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
+{
+    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
+    const QString rateText = QString::number(g_frameRate);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    g_outputName = m_fileName;
+    g_outputNameRated = QStringLiteral("1_") + m_fileName;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    // The muxer asks before it overwrites, and nobody would answer.
+    QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
+    QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
+
+    RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputName), m_workDir);
+    if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
+        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputNameRated, rateText), m_workDir);
+    RemoveChainFiles(p);
+    g_muxerBusy = false;
+    if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
+        H264PassFailed();
+}
+
+void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
+{
+    g_muxerBusy = true;
+    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
+    const QString rateText = QString::number(g_frameRate);
+    g_remuxed = g_remuxRan = true;
+    g_outputName = m_fileName;
+    g_outputNameRated = QStringLiteral("1_") + m_fileName;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
+    QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
+
+    RunMuxer(MuxVideoOnlyCommand(p.video, g_outputName), m_workDir);
+    if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
+        RunMuxer(MuxVideoOnlyCommand(p.video, g_outputNameRated, rateText), m_workDir);
+    RemoveChainFiles(p);
+    g_muxerBusy = false;
+    if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
+        H264PassFailed();
+}
+
+void ThreadVideoRepair::RemuxDamagedFile(const QString& inputPath)
+{
+    Q_EMIT SetProgressBarRange(100);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    Q_EMIT setProgressvalue(50);
+    const QString out = m_workDir + QLatin1Char('/') + m_fileName;
+    QFile::remove(out);
+    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
+    g_hasSoundTrak = false;
+    g_muxerBusy = false;
+    if (!OutputReady(out) && !g_stopRequested)
+        H264PassFailed();
+}

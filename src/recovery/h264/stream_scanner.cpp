@@ -1,0 +1,345 @@
+// The stream scanner's walk over the damaged file, and ScanStreams, the stage
+// of the chain that runs it and hands the streams to the muxer.
+#include "recovery/h264/stream_scanner.h"
+
+#include "core/byte_reader.h"
+#include "core/file_writer.h"
+#include "core/thread_video_repair.h"
+#include "recovery/h264/bit_tools.h"
+
+#include <QDebug>
+#include <QFile>
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
+
+const char kStartCode[4] = {0, 0, 0, 1};
+
+} // namespace
+
+bool IsInterleavedAtom(uint32_t code, bool withFtyp)
+{
+    static constexpr uint32_t codes[] = {C("free"), C("wide"), C("pict"), C("meta"),
+                                         C("meco"), C("uuid"), C("pdin"), C("ftyp")};
+    const auto end = std::end(codes) - (withFtyp ? 0 : 1);
+    return std::find(std::begin(codes), end, code) != end;
+}
+
+StreamScanner::StreamScanner(ByteReader& in, FileWriter& video, FileWriter* audio,
+                             const PatternSet& audioPatterns, QByteArray paramBlock)
+    : m_in(in), m_video(video), m_audio(audio), m_patterns(audioPatterns),
+      m_paramBlock(std::move(paramBlock)), m_size(in.size())
+{
+}
+
+bool StreamScanner::isUnit(uint64_t pos) const
+{
+    return IsNalStart(m_in, pos, audioMode() ? NalStartSet::StreamBytes : NalStartSet::VideoOnlyBytes);
+}
+
+void StreamScanner::run()
+{
+    leadingWalk();
+    State state = firstFrame();
+    if (!audioMode()) {
+        if (state == State::Video)
+            videoOnly();
+        return;
+    }
+    while (state != State::End && !g_stopRequested) {
+        switch (state) {
+        case State::Video: state = videoState(); break;
+        case State::Resync: state = resync(); break;
+        case State::Audio: state = audioState(); break;
+        case State::End: break;
+        }
+    }
+}
+
+// Passes the atoms ahead of the media data by their sizes. mdat's body is
+// not skipped: the walk stops at its first bytes. A zero size can't be
+// passed, so it ends the walk where it stands.
+void StreamScanner::leadingWalk()
+{
+    while (m_pos < m_size) {
+        const uint32_t code = m_in.be32(m_pos + 4);
+        const uint32_t size = m_in.be32(m_pos);
+        if (IsInterleavedAtom(code, true) || code == C("moov") || code == C("skip")) {
+            if (size == 0)
+                return;
+            m_pos += size;
+        } else if (code == C("mdat")) {
+            if (audioMode())
+                m_pos += size == 0 ? 15 : size == 1 ? 16 : 8;
+            else
+                m_pos += size == 1 ? 16 : 8;
+        } else {
+            return;
+        }
+    }
+}
+
+StreamScanner::State StreamScanner::firstFrame()
+{
+    const NalStartSet set = audioMode() ? NalStartSet::StreamFirstBytes : NalStartSet::VideoOnlyFirstBytes;
+    while (m_pos < m_size) {
+        if (g_stopRequested)
+            return State::End;
+        if (IsFillerRun(m_in, m_pos, 128)) {
+            m_pos += 128;
+            continue;
+        }
+        if (IsNalStart(m_in, m_pos, set)) {
+            const uint32_t length = m_in.be32(m_pos);
+            if (length != 0 && IsNalStart(m_in, m_pos + 4 + length, set)) {
+                atomCheck();
+                return State::Video;
+            }
+            ++m_pos;
+            continue;
+        }
+        if (audioMode() && m_patterns.matchAt(m_in, m_pos))
+            return State::Audio;   // the file starts with audio
+        ++m_pos;
+    }
+    return State::End;
+}
+
+void StreamScanner::atomCheck()
+{
+    while (m_pos < m_size) {
+        const uint32_t code = m_in.be32(m_pos + 4);
+        const uint32_t size = m_in.be32(m_pos);
+        if (IsInterleavedAtom(code, true) && size != 0)
+            m_pos += size;
+        else if (code == C("mdat"))
+            m_pos += size == 1 ? 12 : 8;
+        else
+            return;
+    }
+}
+
+void StreamScanner::writeUnit(uint64_t start, uint32_t length)
+{
+    reportProgress();
+    m_video.write(kStartCode, 4);
+    m_video.copyFrom(m_in, start + 4, length);
+    ++m_videoUnits;
+}
+
+void StreamScanner::reportProgress()
+{
+    const unsigned percent = m_size ? unsigned(std::min<uint64_t>(m_pos, m_size) * 100 / m_size) : 0;
+    if (percent != m_lastPercent) {
+        m_lastPercent = percent;
+        if (m_progress)
+            m_progress(percent);
+    }
+}
+
+// Audio mode, video state: units follow each other as long as the chain of
+// lengths holds. Once a gap was crossed or the second audio run has ended,
+// every unit is preceded by the parameter block, so that a decoder can start
+// again at any point of a stream that was pieced together.
+StreamScanner::State StreamScanner::videoState()
+{
+    for (;;) {
+        if (m_pos >= m_size || g_stopRequested)
+            return State::End;
+        if (m_frameGapCount != 0 || m_audioRunCount >= 1)
+            m_video.write(m_paramBlock);
+        if (!isUnit(m_pos)) {
+            ++m_pos;
+            continue;
+        }
+        const uint32_t length = m_in.be32(m_pos);
+        m_pendingStart = m_pos;
+        m_pendingLength = length;
+        if (length == 0) {
+            ++m_pos;
+            continue;
+        }
+        const uint64_t next = m_pos + 4 + length;
+        if (isUnit(next)) {
+            writeUnit(m_pendingStart, length);
+            m_pos = next;
+            continue;
+        }
+        m_skipLengthOnce = false;
+        return State::Resync;
+    }
+}
+
+// The unit at m_pendingStart has no unit behind it. Decide what follows it:
+// audio (the unit is good), a healthy unit further on (a gap was crossed), or
+// nothing before the end of the file (the unit is dropped).
+StreamScanner::State StreamScanner::resync()
+{
+    for (;;) {
+        if (g_stopRequested)
+            return State::End;
+        if (m_pos >= m_size) {
+            ++m_pos;
+            return State::Video;
+        }
+        if (!m_skipLengthOnce)
+            m_pos += uint64_t(m_pendingLength) + 4;
+        m_skipLengthOnce = false;
+        if (m_patterns.matchAt(m_in, m_pos)) {
+            writeUnit(m_pendingStart, m_pendingLength);
+            return State::Audio;
+        }
+
+        bool restart = false;
+        while (m_pos < m_size && isUnit(m_pos)) {
+            const uint32_t c = m_in.be32(m_pos);
+            if (c == 0) {
+                ++m_pos;
+                m_skipLengthOnce = true;
+                restart = true;
+                break;
+            }
+            const uint64_t next = m_pos + 4 + c;
+            if (isUnit(next)) {
+                ++m_frameGapCount;
+                writeUnit(m_pendingStart, m_pendingLength);
+                return State::Video;
+            }
+            if (m_patterns.matchAt(m_in, next)) {
+                // A unit whose successor is audio: both the pending unit and
+                // this one are good. Each goes out with its own length, and
+                // the audio starts where this unit ends.
+                writeUnit(m_pendingStart, m_pendingLength);
+                writeUnit(m_pos, c);
+                m_pos = next;
+                return State::Audio;
+            }
+            ++m_pos;
+        }
+        if (restart)
+            continue;
+        if (IsFillerRun(m_in, m_pos, 128)) {
+            m_pos += 128;
+            m_skipLengthOnce = true;
+            continue;
+        }
+        if (m_in.be32(m_pos) == C("moov")) {
+            // A movie written ahead of the damage is jumped over.
+            m_pos += m_in.be32(m_pos - 4);
+            continue;
+        }
+        ++m_pos;
+        m_skipLengthOnce = true;
+    }
+}
+
+// Video-only mode: the chain of units with a simpler resynchronisation.
+void StreamScanner::videoOnly()
+{
+    while (m_pos < m_size && !g_stopRequested) {
+        if (!isUnit(m_pos)) {
+            ++m_pos;
+            continue;
+        }
+        uint32_t length = m_in.be32(m_pos);
+        if (length == 0) {
+            ++m_pos;
+            continue;
+        }
+        m_pendingStart = m_pos;
+        m_pendingLength = length;
+        const uint64_t next = m_pos + 4 + length;
+        if (isUnit(next)) {
+            writeUnit(m_pendingStart, length);
+            m_pos = next;
+            continue;
+        }
+        // Resynchronise: first where the successor should stand, then one
+        // position at a time until a unit with a valid successor is found.
+        bool skip = false;
+        for (;;) {
+            if (g_stopRequested)
+                return;
+            if (!skip)
+                m_pos += uint64_t(length) + 4;
+            skip = false;
+            if (m_pos >= m_size) {
+                ++m_pos;   // the pending unit is dropped
+                break;
+            }
+            if (isUnit(m_pos)) {
+                const uint32_t c = m_in.be32(m_pos);
+                if (c != 0 && isUnit(m_pos + 4 + c)) {
+                    writeUnit(m_pendingStart, m_pendingLength);
+                    break;
+                }
+            }
+            if (IsFillerRun(m_in, m_pos, 512)) {
+                // Past the run, then on position by position: a unit that
+                // starts right behind the run is not jumped over.
+                m_pos += 512;
+                skip = true;
+                continue;
+            }
+            ++m_pos;
+            length = 0;
+            skip = true;
+        }
+    }
+}
+
+void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
+{
+    QByteArray paramBlock;
+    {
+        QFile indexing(p.indexing);
+        if (indexing.open(QIODevice::ReadOnly))
+            paramBlock = indexing.readAll();
+    }
+    g_remuxed = true;
+    Q_EMIT SetProgressBarRange(100);
+
+    bool audioMode = g_hasSoundTrak;
+    if (audioMode && !AdtsRateSupported(g_audioSampleRate)) {
+        // AAC at a rate that an ADTS header can't name can't be handed to the
+        // muxer: the file still gets its video.
+        qWarning() << "The sample's audio rate" << g_audioSampleRate << "has no ADTS form; the audio is left out.";
+        audioMode = false;
+    }
+    PatternSet patterns;
+    if (audioMode)
+        patterns.load(p.audioUnique);
+
+    uint64_t units = 0;
+    std::unique_ptr<ByteReader> in = OpenReadOnly(p.input);
+    if (in) {
+        m_fileSize = in->size();
+        StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock);
+        scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
+        scanner.run();
+        units = scanner.videoUnits();
+        qDebug() << "Stream scan:" << units << "video units," << scanner.audioFrames() << "audio frames,"
+                 << scanner.frameGapCount() << "gaps crossed";
+    }
+    if (audioMode && m_audioOut.isOpen() && m_audioOut.pos() == 0) {
+        static const char empty[7] = {'\xFF', '\xFF', '\xFF', '\xFF', '\xFF', '\xFF', '\xFF'};
+        m_audioOut.write(empty, 7);   // gives the muxer a file it can open
+    }
+    m_audioOut.close();
+    video.close();
+    g_hasSoundTrak = false;
+
+    // Without a single video unit the muxer has nothing to make a file of.
+    if (units == 0 || g_stopRequested) {
+        RemoveChainFiles(p);
+        if (!g_stopRequested)
+            H264PassFailed();
+        return;
+    }
+    if (audioMode)
+        MuxVideoAndAudio(p);
+    else
+        MuxVideoOnly(p);
+}
