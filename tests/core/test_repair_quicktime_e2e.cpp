@@ -142,6 +142,59 @@ private Q_SLOTS:
         }
         QVERIFY2(frames >= need, qPrintable(QStringLiteral("%1 of %2 frames, %3 needed").arg(frames).arg(original).arg(need)));
     }
+
+    void badInputEndsInAVerdict_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("all zeros mov") << "zeros.mov" << "zeros";
+        QTest::newRow("all zeros 3gp") << "zeros.3gp" << "zeros";
+        QTest::newRow("prores frames of size 0") << "size0.mov" << "prores size 0";
+        QTest::newRow("prores frame past the end") << "pastend.mov" << "prores past end";
+        QTest::newRow("mjpeg without end marks") << "noend.mov" << "mjpeg no end";
+        QTest::newRow("mpeg4 cut in the middle") << "cut.3gp" << "mpeg4 cut";
+    }
+    // Damage that leaves little or nothing to find: the run ends, the file
+    // gets its verdict, the input stays as it was, and an output, if any, opens.
+    void badInputEndsInAVerdict()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, kind);
+        QByteArray bytes;
+        if (kind == QLatin1String("zeros")) {
+            bytes = QByteArray(1 << 20, 0);
+        } else if (kind.startsWith(QLatin1String("prores"))) {
+            bytes = readAll(Clip(QStringLiteral("prores")));
+            ZeroTables(bytes);
+            const bool all = kind.endsWith(QLatin1String("size 0"));
+            for (qint64 at = bytes.indexOf("icpf"); at >= 4; at = bytes.indexOf("icpf", at + 4)) {
+                if (all) {
+                    zeroRange(bytes, at - 4, 4);
+                } else if (bytes.indexOf("icpf", at + 4) < 0) {
+                    bytes.replace(int(at - 4), 4, QByteArray::fromHex("7FFFFFF0"));   // the last frame
+                }
+            }
+        } else if (kind.startsWith(QLatin1String("mjpeg"))) {
+            bytes = readAll(Clip(QStringLiteral("mjpeg")));
+            ZeroTables(bytes);
+            for (qint64 at = bytes.indexOf("\xFF\xD9"); at >= 0; at = bytes.indexOf("\xFF\xD9", at + 2))
+                bytes[int(at + 1)] = char(0xD8);
+        } else {
+            bytes = readAll(Clip(QStringLiteral("mpeg4")));
+            cutFrom(bytes, bytes.size() / 2);
+        }
+        QVERIFY(!bytes.isEmpty());
+        const QString in = m_dir + QLatin1Char('/') + name;
+        writeAll(in, bytes);
+        const QString before = sha256(in);
+        const BatchResult r = runBatch({QStringLiteral("--quiet"), in}, 120000);
+        QCOMPARE(sha256(in), before);
+        QCOMPARE(r.end().value(QStringLiteral("result")).toString(), QStringLiteral("finished"));
+        QCOMPARE(r.verdicts().size(), 1);
+        const QString out = m_dir + QStringLiteral("/Repaired/") + name;
+        if (r.end().value(QStringLiteral("outputs")).toArray().contains(out))
+            QVERIFY(probeOpens(out));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestRepairQuickTimeE2e)
