@@ -186,10 +186,12 @@ private Q_SLOTS:
         QFETCH(bool, audioFirst);
         const QByteArray video = streamProperties(kVideo, 'v');
         const QByteArray audio = streamProperties(kAudio, 'a', 18);
-        // A second video stream is passed over and dropped from the header.
+        // A second video or audio stream is passed over and dropped from the header.
         const QByteArray video2 = streamProperties(kVideo, 'w');
+        const QByteArray audio2 = streamProperties(kAudio, 'b', 18);
         QList<QByteArray> objects{content(), fileProperties(256)};
-        objects << (audioFirst ? audio : video) << (audioFirst ? video : audio) << video2 << extContent() << codecList();
+        objects << (audioFirst ? audio : video) << (audioFirst ? audio2 : video2) << (audioFirst ? video : audio)
+                << (audioFirst ? video2 : audio2) << extContent() << codecList();
         const QByteArray packets = packet(256, 100, 'a') + packet(256, 140, 'b') + packet(256, 180, 'c');
         const QByteArray in = asfFile(objects, packets, kSimpleIndex + le(quint64(56)));
         const Result r = repair(in);
@@ -248,6 +250,10 @@ private Q_SLOTS:
         const QByteArray packets = packet(128, 1, 'p') + packet(128, 2, 'q');
         const QByteArray fp = fileProperties(128), v = streamProperties(kVideo, 'v'), cl = codecList();
         QTest::newRow("all required") << asfFile({fp, v, cl}, packets) << 4;
+        QTest::newRow("codec list and stream ahead of File Properties") << asfFile({cl, v, fp}, packets) << 4;
+        // A Data Object met first doesn't end the walk while objects are missing.
+        QTest::newRow("data object ahead of the header") << dataObject(QByteArray()) + headerObject({fp, v, cl}) + packets
+                                                         << 4;
         QTest::newRow("no codec list") << asfFile({fp, v}, packets) << 0;
         QTest::newRow("audio only") << asfFile({fp, streamProperties(kAudio, 'a'), cl}, packets) << 0;
         QTest::newRow("no data object") << headerObject({fp, v, cl}) + packets << 0;
@@ -286,22 +292,24 @@ private Q_SLOTS:
 
     void packetSuccessorTest_data()
     {
-        QTest::addColumn<char>("successor");
+        QTest::addColumn<QByteArray>("successor");
         QTest::addColumn<int>("packetsTaken");
-        QTest::newRow("82 00 00") << char(0x82) << 2;
-        QTest::newRow("01") << char(0x01) << 2;
-        QTest::newRow("02") << char(0x02) << 2;
-        QTest::newRow("81") << char(0x81) << 1;
-        QTest::newRow("00") << char(0x00) << 1;
+        QTest::newRow("82 00 00") << QByteArray("\x82\x00\x00", 3) << 2;
+        QTest::newRow("82 ff ff") << QByteArray("\x82\xff\xff", 3) << 2;
+        QTest::newRow("01") << QByteArray("\x01zz", 3) << 2;
+        QTest::newRow("02") << QByteArray("\x02zz", 3) << 2;
+        // A packet head with another error correction length is not a successor.
+        QTest::newRow("81 00 00") << QByteArray("\x81\x00\x00", 3) << 1;
+        QTest::newRow("00") << QByteArray("\x00zz", 3) << 1;
     }
     void packetSuccessorTest()
     {
-        QFETCH(char, successor);
+        QFETCH(QByteArray, successor);
         QFETCH(int, packetsTaken);
         // Two packets, then the byte under test where a third would begin.
         const QByteArray packets = packet(200, 10, 'a') + packet(200, 20, 'b');
         const QByteArray in = asfFile({fileProperties(200), streamProperties(kVideo, 'v'), codecList()}, packets,
-                                      QByteArray(1, successor) + QByteArray(40, 'z'));
+                                      successor + QByteArray(40, 'z'));
         const Result r = repair(in);
         QVERIFY(r.found);
         const QByteArray data = r.out.mid(r.out.indexOf(kData));
