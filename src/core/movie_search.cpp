@@ -81,9 +81,16 @@ bool ThreadVideoRepair::SearchMovieWindow(ByteReader& r, bool& movieFound, uint6
         const uint64_t left = stepLimit - steps + 1;
         if (m_pos >= size) {
             // Nothing to read here: jump to where the position wraps to 0,
-            // or to the end of the window. The reference stops instead.
-            if (reference)
+            // or to the end of the window. The reference stops instead, once
+            // its position has passed the size: the step at the size itself
+            // counts, so that its second window ends where the first began.
+            if (reference) {
+                if (m_pos == size) {
+                    ++steps;
+                    ++m_pos;
+                }
                 return false;
+            }
             // An empty file has m_pos 0 here: nothing wraps, the window is done.
             const uint64_t toWrap = uint64_t(0) - m_pos;
             const uint64_t skip = toWrap ? std::min(left, toWrap) : left;

@@ -7,7 +7,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QtTest>
+
+#include <iterator>
 
 using namespace testvideo;
 
@@ -240,6 +243,7 @@ private Q_SLOTS:
     {
         QDir(m_dir).removeRecursively();
         g_is3gp = false;
+        FileReader::setDefaultWindow(0);
     }
 
     void sampleEntries_data()
@@ -458,6 +462,44 @@ private Q_SLOTS:
         QCOMPARE(t.m_videoStsdSize, 900u);
         QVERIFY(t.m_videoStsd.size() < 900);
         QVERIFY(readAll(p).endsWith(t.m_videoStsd));
+    }
+
+    // The scan passes over stretches that hold no code in large steps; a code
+    // must be found at any alignment, also next to near-misses ("stsx",
+    // "trac") and across the reader's window edges.
+    void codesAtEveryAlignment()
+    {
+        static const char* const tokens[] = {"stsx", "trac", "mdh", "zzzz", "\0\0\0", "apcx", "uvw", "s", "lpc"};
+        FileReader::setDefaultWindow(2 * ByteReader::kAlign);
+        QRandomGenerator gen(17);
+        for (int shift = 0; shift < 40; ++shift) {
+            QByteArray filler;
+            while (filler.size() < 9000 + shift)
+                filler += QByteArray(tokens[gen.bounded(int(std::size(tokens)))]);
+            QByteArray moov = craftedMoov(videoStsd(120) + sttsVideo() + cttsAtom({{1, 10}, {1, 20}, {1, 30}})
+                                          + atom("stsc", QByteArray(8, '\0')));
+            // The filler goes between mvhd and the first track, inside moov.
+            const int trak = moov.indexOf("trak") - 4;
+            moov.insert(trak, atom("free", filler));
+            moov.replace(0, 4, be32(uint32_t(moov.size())));
+            const QString p = crafted("align.mov", moov, 4096 + shift);
+            ThreadVideoRepair t;
+            clearGlobals();
+            QVERIFY(readDamaged(t, p));
+            QCOMPARE(g_frameWidth, 640u);
+            QCOMPARE(g_videoTimeScale, 30000u);
+            QCOMPARE(g_videoSampleDelta, 1001u);
+            QCOMPARE(t.m_cttsOffset2, 30u);
+            QCOMPARE(t.m_videoStsdSize, 120u);
+            QCOMPARE(g_soundTimeScale, 48000u);
+            QCOMPARE(g_audioFrameSize, 300u);
+            ThreadVideoRepair ref;
+            clearGlobals();
+            QVERIFY(readReference(ref, p));
+            QCOMPARE(g_frameWidth, 640u);
+            QCOMPARE(g_soundTimeScale, 48000u);
+        }
+        FileReader::setDefaultWindow(0);
     }
 
     // A moov whose size word is not below the file size: the reader returns
