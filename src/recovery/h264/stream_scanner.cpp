@@ -162,7 +162,8 @@ StreamScanner::State StreamScanner::videoState()
             continue;
         }
         const uint64_t next = m_pos + 4 + length;
-        if (isUnit(next)) {
+        if (isUnit(next) || next == m_size) {
+            // A unit that ends exactly at the end of the file is whole.
             writeUnit(m_pendingStart, length);
             m_pos = next;
             continue;
@@ -251,7 +252,7 @@ void StreamScanner::videoOnly()
         m_pendingStart = m_pos;
         m_pendingLength = length;
         const uint64_t next = m_pos + 4 + length;
-        if (isUnit(next)) {
+        if (isUnit(next) || next == m_size) {
             writeUnit(m_pendingStart, length);
             m_pos = next;
             continue;
