@@ -41,6 +41,12 @@ void ZeroTables(QByteArray& file)
     }
 }
 
+// In a sanitizer build the batch runner reports faults on its stderr.
+bool Clean(const BatchResult& r)
+{
+    return !r.stderrText.contains("Sanitizer") && !r.stderrText.contains("runtime error");
+}
+
 // The hole: 64 KiB of zeros in the middle of the file, inside mdat.
 constexpr qint64 kHole = 65536;
 qint64 HoleStart(const QByteArray& file)
@@ -95,6 +101,8 @@ class TestRepairQuickTimeE2e : public QObject {
         const BatchResult r = runBatch({QStringLiteral("--quiet"), in});
         if (sha256(in) != before)
             return -2;
+        if (!Clean(r))
+            return -3;
         const QString out = m_dir + QStringLiteral("/Repaired/") + name;
         if (!r.end().value(QStringLiteral("outputs")).toArray().contains(out) || !probeOpens(out))
             return -1;
@@ -130,6 +138,7 @@ private Q_SLOTS:
         QVERIFY(original > 0);
         const int frames = repair(clip, damage, QStringLiteral("clip %1.%2").arg(kind, suffix));
         QVERIFY2(frames != -2, "the input was changed");
+        QVERIFY2(frames != -3, "the batch runner reported a memory or undefined-behaviour fault");
         QVERIFY2(frames > 0, "no playable output");
         // Whole or tables zeroed: 98% of the frames. A hole costs exactly the
         // frames whose bytes it overlaps; in the small 3GP clip that is about
@@ -189,6 +198,7 @@ private Q_SLOTS:
         const QString before = sha256(in);
         const BatchResult r = runBatch({QStringLiteral("--quiet"), in}, 120000);
         QCOMPARE(sha256(in), before);
+        QVERIFY2(Clean(r), r.stderrText.constData());
         QCOMPARE(r.end().value(QStringLiteral("result")).toString(), QStringLiteral("finished"));
         QCOMPARE(r.verdicts().size(), 1);
         const QString out = m_dir + QStringLiteral("/Repaired/") + name;
