@@ -78,9 +78,13 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
                             const uint8_t w = in.u8(h + 2);
                             if (w == 0x84) width = 4;
                             else if (w == 0x88) width = 8;
-                            g_mkvInfoHeadPos = start;
-                            g_mkvInfoHeadSize = h - start;
-                            g_mkvInfoTailPos = start + g_mkvInfoHeadSize + 3 + width;
+                            // A CRC-32 leading the payload would no longer match once the
+                            // Duration is rewritten, so the head starts behind it.
+                            const uint64_t headStart =
+                                (in.be16(start) == 0xBF84u && start + 6 <= h) ? start + 6 : start;
+                            g_mkvInfoHeadPos = headStart;
+                            g_mkvInfoHeadSize = h - headStart;
+                            g_mkvInfoTailPos = h + 3 + width;
                             g_mkvInfoTailSize = e > g_mkvInfoTailPos ? e - g_mkvInfoTailPos : 0;
                             g_mkvSegmentSize += g_mkvInfoHeadSize + g_mkvInfoTailSize + 19;
                             const uint64_t d = h - p;
@@ -149,10 +153,15 @@ void ThreadVideoRepair::ScanMatroskaClusters()
         const uint32_t next = in.be32(e);
         if ((next >> 24) != 0xEC && next != kCluster && next != kCues)
             continue;
-        if (in.u8(hit + 4 + uint64_t(sn)) != 0xE7)
+        // The Timecode must be the first child; a CRC-32 element (BF 84 and four bytes),
+        // which muxers that checksum their masters put first, may stand ahead of it.
+        uint64_t child = hit + 4 + uint64_t(sn);
+        if (in.be16(child) == 0xBF84u)
+            child += 6;
+        if (in.u8(child) != 0xE7)
             continue;
-        const auto [tn, tw] = ReadEbmlSize(in, hit + 5 + uint64_t(sn));
-        const uint64_t tcPos = hit + 5 + uint64_t(sn) + uint64_t(tn);
+        const auto [tn, tw] = ReadEbmlSize(in, child + 1);
+        const uint64_t tcPos = child + 1 + uint64_t(tn);
         // A Timecode whose data runs past the Cluster (or the file) has no value:
         // such a Cluster is refused, like one without a Timecode.
         if (tw == 0 || tw > 4 || tcPos + tw > e)

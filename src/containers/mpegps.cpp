@@ -22,7 +22,11 @@ constexpr uint32_t kPack = 0x000001BAu, kSystem = 0x000001BBu, kSequence = 0x000
 
 uint8_t g_mpegSystemBounds[6];
 uint8_t g_mpegPictureSize[3];
-uint8_t g_mpegSequenceHeader[76];
+// The learnt sequence header (12 or 76 bytes) and, in an MPEG-2 stream, the
+// extensions that follow it; g_mpegSequenceLength counts the bytes held.
+constexpr uint64_t kSequenceRunMax = 256;
+uint8_t g_mpegSequenceHeader[kSequenceRunMax];
+uint64_t g_mpegSequenceLength = 0;
 
 // First position in [from, limit) holding the 4-byte code, or -1; polls the stop flag.
 int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, uint32_t code)
@@ -40,6 +44,78 @@ int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, uint32_t code)
     }
     return -1;
 }
+
+// Bytes of the pack header at k. An MPEG-1 pack header ('0010' in the top bits of
+// byte 4) is 12 bytes; an MPEG-2 one ('01') is 14 plus up to 7 stuffing bytes. Copying
+// only 12 bytes of an MPEG-2 pack would cut its SCR extension and mux rate apart.
+uint64_t PackHeaderLength(ByteReader& in, uint64_t k)
+{
+    if ((in.u8(k + 4) & 0xC0) == 0x40)
+        return 14 + (in.u8(k + 13) & 7);
+    return 12;
+}
+
+// Length of the extension units (00 00 01 B5 ...) that stand at pos, each running to the
+// next start code prefix, within at most room bytes. An MPEG-2 sequence header must be
+// followed by its sequence extension, or decoders fall back to MPEG-1 and fail the slices.
+uint64_t ExtensionRun(ByteReader& in, uint64_t pos, uint64_t room)
+{
+    uint64_t len = 0;
+    while (in.be32(pos + len) == kExtension) {
+        uint64_t next = len + 4;
+        while (next + 3 <= room && in.be24(pos + next) != 1)
+            ++next;
+        if (next + 3 > room)
+            break;
+        len = next;
+    }
+    return len;
+}
+
+// Start of the old sequence header ahead of the group of pictures at g: walking back from g
+// over extension and user data units only, the sequence start code met. g when there is none
+// within 400 bytes (or behind from); then the old header, if any, stays in the copied part.
+uint64_t OldSequenceStart(ByteReader& in, uint64_t from, uint64_t g)
+{
+    const uint64_t floor = g > from + 400 ? g - 400 : from;
+    uint64_t pos = g;
+    while (pos > floor) {
+        uint64_t q = pos - 1;
+        while (q > floor && in.be24(q) != 1)
+            --q;
+        if (in.be24(q) != 1 || q + 4 > pos)
+            return g;
+        const uint8_t code = in.u8(q + 3);
+        if (code == 0xB3)
+            return q;
+        if (code != 0xB5 && code != 0xB2)
+            return g;
+        pos = q;
+    }
+    return g;
+}
+
+// Position of the length field of the packet that holds g, found by walking the pack and
+// packet chain from pos by their own lengths; -1 when the chain breaks before g.
+int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g)
+{
+    while (pos < g && !g_stopRequested) {
+        if (in.be24(pos) != 1)
+            return -1;
+        const uint8_t code = in.u8(pos + 3);
+        if (code == 0xBA) {
+            pos += PackHeaderLength(in, pos);
+        } else if (code >= 0xBB) {
+            const uint64_t end = pos + 6 + in.be16(pos + 4);
+            if (g < end)
+                return int64_t(pos + 4);
+            pos = end;
+        } else {
+            return -1;
+        }
+    }
+    return -1;
+}
 } // namespace
 
 void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize)
@@ -48,6 +124,7 @@ void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream,
     std::memset(g_mpegSystemBounds, 0, sizeof g_mpegSystemBounds);
     std::memset(g_mpegPictureSize, 0, sizeof g_mpegPictureSize);
     std::memset(g_mpegSequenceHeader, 0, sizeof g_mpegSequenceHeader);
+    g_mpegSequenceLength = 0;
     if (!stream || !m_file || streamSize < 8) {
         if (!g_stopRequested)
             Q_EMIT WriteAVIFileStatus(false, m_fileName);
@@ -81,14 +158,18 @@ void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream,
             const uint64_t q = uint64_t(p);
             const uint32_t w12 = in.be32(q + 12), w13 = in.be32(q + 13), w76 = in.be32(q + 76),
                            w140 = in.be32(q + 140);
+            uint64_t len = 0;
             if (w12 == kGop || w12 == kUser || w12 == kExtension || w13 == kGop) {
-                in.read(q, g_mpegSequenceHeader, 12);
+                len = 12;
                 shortForm = true;
-                break;
-            }
-            if (w76 == kGop || w76 == kUser || w76 == kExtension || w140 == kGop) {
-                in.read(q, g_mpegSequenceHeader, 76);
+            } else if (w76 == kGop || w76 == kUser || w76 == kExtension || w140 == kGop) {
+                len = 76;
                 longForm = true;
+            }
+            if (len) {
+                len += ExtensionRun(in, q + len, kSequenceRunMax - len);
+                in.read(q, g_mpegSequenceHeader, size_t(len));
+                g_mpegSequenceLength = len;
                 break;
             }
             ++p;
@@ -120,11 +201,13 @@ bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHe
         out.write(MpegHeaderBlock, sizeof MpegHeaderBlock);
         CopyFileRange(in, out, size - uint64_t(g), uint64_t(g));
     } else {
-        int64_t kFound = FindCode(in, 0, size, kPack);
+        const int64_t kFound = FindCode(in, 0, size, kPack);
         const uint64_t k = kFound < 0 ? 0 : uint64_t(kFound);
-        const uint64_t gp = uint64_t(g);
-        out.copyFrom(in, k, 12);
-        if (in.be32(k + 12) != kSystem && in.be32(k + 13) != kSystem) {
+        const uint64_t packLength = PackHeaderLength(in, k);
+        out.copyFrom(in, k, packLength);
+        const bool hasSystem = in.be32(k + packLength) == kSystem ||
+                               (packLength == 12 && in.be32(k + 13) == kSystem);
+        if (!hasSystem) {
             out.be32(kSystem);
             out.u8(0x00); out.u8(0x0C);
             out.write(g_mpegSystemBounds, 6);
@@ -132,19 +215,34 @@ bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHe
             out.write(tail, 6);
         }
         // The group of pictures is searched from the pack header on.
-        int64_t g2 = FindCode(in, k, size, kGop);
-        const uint64_t gg = g2 < 0 ? gp : uint64_t(g2);
-        uint64_t n = gg > k + 12 ? gg - k - 12 : 0;
-        if (gg >= 12 && in.be32(gg - 12) == kSequence)
-            n = n >= 12 ? n - 12 : 0;
-        else if (gg >= 76 && in.be32(gg - 76) == kSequence)
-            n = n >= 76 ? n - 76 : 0;
-        CopyFileRange(in, out, n, k + 12);
-        out.write(g_mpegSequenceHeader, shortSequenceHeader ? 12 : (longSequenceHeader ? 76 : 0));
+        const int64_t g2 = FindCode(in, k, size, kGop);
+        const uint64_t gg = g2 < 0 ? uint64_t(g) : uint64_t(g2);
+        const uint64_t body = k + packLength;
+        const uint64_t oldStart = gg > body ? OldSequenceStart(in, body, gg) : gg;
+        const uint64_t learnt = shortSequenceHeader || longSequenceHeader ? g_mpegSequenceLength : 0;
+        // The learnt header replaces the old one inside a packet; when their sizes differ,
+        // the packet's 16-bit length is corrected so the packets behind it stay in step.
+        const int64_t delta = int64_t(learnt) - int64_t(gg - oldStart);
+        int64_t lengthAt = delta != 0 && gg > body ? PacketLengthField(in, body, gg) : -1;
+        int64_t newLength = 0;
+        if (lengthAt >= 0) {
+            newLength = int64_t(in.be16(uint64_t(lengthAt))) + delta;
+            if (newLength < 0 || newLength > 0xFFFF || uint64_t(lengthAt) + 2 > oldStart)
+                lengthAt = -1;
+        }
+        if (lengthAt >= 0) {
+            CopyFileRange(in, out, uint64_t(lengthAt) - body, body);
+            out.be16(uint16_t(newLength));
+            CopyFileRange(in, out, oldStart - uint64_t(lengthAt) - 2, uint64_t(lengthAt) + 2);
+        } else if (oldStart > body) {
+            CopyFileRange(in, out, oldStart - body, body);
+        }
+        out.write(g_mpegSequenceHeader, size_t(learnt));
         CopyFileRange(in, out, size - gg, gg);
     }
     std::memset(g_mpegSystemBounds, 0, sizeof g_mpegSystemBounds);
     std::memset(g_mpegPictureSize, 0, sizeof g_mpegPictureSize);
     std::memset(g_mpegSequenceHeader, 0, sizeof g_mpegSequenceHeader);
+    g_mpegSequenceLength = 0;
     return out.close() && !g_stopRequested;
 }

@@ -167,7 +167,8 @@ int decodedVideoFrames(const QString& path)
     if (rc != 0)
         return -1;
     bool ok = false;
-    const int n = out.trimmed().split('\n').value(0).trimmed().toInt(&ok);
+    // Streams with side data (MPEG-2's CPB properties) add empty fields: "200,".
+    const int n = out.trimmed().split('\n').value(0).split(',').value(0).trimmed().toInt(&ok);
     return ok ? n : -1;
 }
 
