@@ -18,9 +18,11 @@ QByteArray element(const char* idHex, const QByteArray& payload)
 {
     return hex(idHex) + hex("01000000") + be32(quint32(payload.size())) + payload;
 }
-QByteArray cluster(int timecode, int payloadBytes, bool withTimecode = true)
+QByteArray cluster(int timecode, int payloadBytes, bool withTimecode = true, bool crc = false)
 {
     QByteArray p = withTimecode ? hex("E782") + char(timecode >> 8) + char(timecode) : hex("A3");
+    if (crc)
+        p.prepend(hex("BF84DEADBEEF"));
     while (p.size() < payloadBytes)
         p.append(char(0x5A));
     return element("1F43B675", p);
@@ -32,15 +34,18 @@ class TestMatroska : public QObject {
     QString m_dir;
 
     // A file of Info (with or without Duration), Tracks, the given clusters, Cues, padded past 100000.
-    static QByteArray file(const QByteArray& clusters, bool duration = true, int infoPad = 10)
+    static QByteArray file(const QByteArray& clusters, bool duration = true, int infoPad = 10, bool crc = false)
     {
         QByteArray info = hex("2AD7B183") + char(0x0F) + char(0x42) + char(0x40);
+        if (crc)
+            info.prepend(hex("BF8412345678"));
         if (duration)
             info += hex("448984") + be32(0x447A0000);
         info += QByteArray(infoPad, char(0x7B));
         QByteArray head = hex("1A45DFA3") + hex("84") + hex("42868101")
                         + hex("18538067") + hex("01FFFFFFFFFFFFFF")
-                        + element("1549A966", info) + element("1654AE6B", hex("AE8383810186"));
+                        + element("1549A966", info)
+                        + element("1654AE6B", (crc ? hex("BF8487654321") : QByteArray()) + hex("AE8383810186"));
         QByteArray f = head + clusters + element("1C53BB6B", QByteArray(8, char(0x11)));
         f += QByteArray(120000, '\0');
         return f;
@@ -112,11 +117,33 @@ private Q_SLOTS:
         bool ok = true;
         QVERIFY(repair(file(cluster(0, 200), false), &ok).isEmpty());
         QVERIFY(!ok);
-        // A Timecode whose data would run past the cluster: dropped, file still written.
-        QByteArray bad = hex("1F43B675") + hex("83") + hex("E788") + char(1);
+        // A Timecode whose data would run past the cluster has no value: the cluster is
+        // dropped, the file still written.
+        QByteArray bad = hex("1F43B675") + hex("83") + hex("E782") + char(1);
         const QByteArray out = repair(file(bad + cluster(0, 50)), &ok);
         QVERIFY(ok);
         QCOMPARE(out.count(hex("1F43B675")), 1);
+    }
+
+    void checksums()
+    {
+        // Masters that open with a CRC-32: a Cluster's Timecode behind it still counts, and the
+        // cluster is copied with its checksum. The Info's CRC would be stale once the Duration
+        // is rewritten, so it is left out; the Tracks, copied unchanged, keeps its own.
+        bool ok = false;
+        const QByteArray kept = cluster(0, 200, true, true);
+        const QByteArray out = repair(file(kept + cluster(40, 300, false, true) + cluster(40, 100, true, true),
+                                           true, 10, true), &ok);
+        QVERIFY(ok);
+        QCOMPARE(out.count(hex("1F43B675")), 2);
+        QVERIFY(out.contains(kept));
+        QVERIFY(!out.contains(hex("BF8412345678")));
+        QVERIFY(out.contains(hex("BF8487654321")));
+        const int info = 55 + 229;
+        QCOMPARE(out.mid(info + 12, 4), hex("2AD7B183"));
+        const int tracksAt = (quint8(out[55 + 33]) << 8) | quint8(out[55 + 34]);
+        QCOMPARE(out.mid(55 + tracksAt, 4), hex("1654AE6B"));
+        QCOMPARE(qint64(quint8(out[info + 11])), qint64(tracksAt - 229 - 12));
     }
 };
 
