@@ -37,6 +37,12 @@ for f in mkv_500m.mkv mpg_500m.mpg; do
   timed "cp $f" cp "$work/$f" "$work/copy_$f"; cp_s=$last
   rm -f "$work/copy_$f"
   timed "repair $f" "$batch" --quiet "$work/$f"; rep_s=$last
-  awk -v r="$rep_s" -v c="$cp_s" 'BEGIN { printf "ratio repair/cp: %.2f (target <= 3)\n", (c > 0 ? r / c : 0) }'
+  out=$work/Repaired/$f
+  [ -s "$out" ] || { echo "no output for $f" >&2; exit 1; }
+  ffprobe -v error -show_entries format=format_name -of csv=p=0 "$out" >/dev/null \
+    || { echo "output of $f doesn't open" >&2; exit 1; }
+  awk -v r="$rep_s" -v c="$cp_s" -v b="$(stat -c %s "$work/$f")" -v o="$(stat -c %s "$out")" 'BEGIN {
+    printf "output: %d bytes; repair %.1f MB/s; ratio repair/cp: %.2f (target <= 3)\n",
+           o, (r > 0 ? b / 1e6 / r : 0), (c > 0 ? r / c : 0) }'
   rm -rf "$work/Repaired"
 done
