@@ -39,16 +39,67 @@ constexpr uint32_t kScriptDataShort = 61;
 // or frame types 4 to 7.
 bool IsFirstUsableVideo(uint8_t b) { return (b >= 0x10 && b <= 0x1F) || (b >= 0x40 && b <= 0x7F); }
 
-// The tag at pos: its PreviousTagSize when that stands whole inside the file
-// and equals DataSize + 11, else 0.
-uint32_t AgreeingTagSize(ByteReader& in, uint64_t pos)
-{
-    const uint32_t dataSize = in.be24(pos + 1);
-    const uint64_t sizeAt = pos + kTagHeaderSize + dataSize;
-    if (sizeAt + 4 > in.size() || in.be32(sizeAt) != dataSize + kTagHeaderSize)
-        return 0;
-    return dataSize + kTagHeaderSize;
-}
+// What the scans read of the input: a buffer that holds a tag's header and
+// every byte its DataSize can point to, up to 16 MiB further on. Testing a
+// candidate straight on the reader would move the reader's window to the far
+// PreviousTagSize and back for each 8, 9 or 18 in garbage; here the input is
+// read once, in large sequential pieces, however many candidates it holds.
+class TagWindow {
+public:
+    explicit TagWindow(ByteReader& in)
+        : m_in(in), m_size(in.size()), m_buf(size_t(std::min<uint64_t>(kBlock + kReach, in.size() + kMargin)))
+    {
+    }
+    uint64_t size() const { return m_size; }
+
+    // The bytes from pos to pos + kReach (or to the end of the file and
+    // kMargin zeros behind it), read past the end as zero.
+    const uint8_t* at(uint64_t pos)
+    {
+        const uint64_t need = std::min(pos + kReach, m_size + kMargin);
+        if (!m_filled || pos < m_start || need > m_start + m_buf.size())
+            fill(pos);
+        return m_buf.data() + (pos - m_start);
+    }
+    // How many bytes from pos on at() can serve without moving.
+    uint64_t runFrom(uint64_t pos) const { return m_start + m_buf.size() - pos; }
+
+    // The tag at pos: its PreviousTagSize when that stands whole inside the
+    // file and equals DataSize + 11, else 0.
+    uint32_t agreeingTagSize(uint64_t pos)
+    {
+        const uint8_t* p = at(pos);
+        const uint32_t dataSize = uint32_t(p[1]) << 16 | uint32_t(p[2]) << 8 | p[3];
+        const uint64_t sizeAt = pos + kTagHeaderSize + dataSize;
+        if (sizeAt + 4 > m_size || ByteReader::loadBe32(p + kTagHeaderSize + dataSize) != dataSize + kTagHeaderSize)
+            return 0;
+        return dataSize + kTagHeaderSize;
+    }
+
+private:
+    static constexpr uint64_t kBlock = 8u << 20;
+    static constexpr uint64_t kReach = kTagHeaderSize + 0xFFFFFF + 4;   // farthest byte a tag refers to
+    static constexpr uint64_t kMargin = 16;                               // a header that starts at the end
+
+    void fill(uint64_t pos)
+    {
+        // Moving forward keeps what is already read.
+        size_t keep = 0;
+        if (m_filled && pos > m_start && pos < m_start + m_buf.size()) {
+            keep = size_t(m_start + m_buf.size() - pos);
+            std::memmove(m_buf.data(), m_buf.data() + (pos - m_start), keep);
+        }
+        m_in.read(pos + keep, m_buf.data() + keep, m_buf.size() - keep);
+        m_start = pos;
+        m_filled = true;
+    }
+
+    ByteReader& m_in;
+    const uint64_t m_size;
+    std::vector<uint8_t> m_buf;
+    uint64_t m_start = 0;
+    bool m_filled = false;
+};
 
 void WriteKey(FileWriter& w, const char* key)
 {
@@ -79,36 +130,38 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     uint32_t latestTime = 0;
     uint64_t takenBytes = 0;
     uint64_t nextProgress = 0;
-    constexpr size_t kScanBlock = 1u << 20;
+    constexpr uint64_t kScanBlock = 1u << 20;
     constexpr uint64_t kProgressStep = 1u << 20;
+    TagWindow tags(in);
     uint64_t pos = 0;
     while (pos < size && !g_stopRequested) {
-        const uint8_t type = in.u8(pos);
+        const uint8_t* p = tags.at(pos);
+        const uint8_t type = p[0];
         if (type != kAudioTag && type != kVideoTag) {
-            // Jump to the next 8 or 9 of this block.
-            const size_t n = size_t(std::min<uint64_t>(kScanBlock, size - pos));
-            const uint8_t* b = in.view(pos, n);
+            // Jump to the next 8 or 9 of what the window holds, at most a block
+            // at a time so that a stop is seen.
+            const size_t n = size_t(std::min({kScanBlock, size - pos, tags.runFrom(pos)}));
             size_t i = 1;
-            while (i < n && b[i] != kAudioTag && b[i] != kVideoTag)
+            while (i < n && p[i] != kAudioTag && p[i] != kVideoTag)
                 ++i;
             pos += i;
             continue;
         }
-        const uint32_t tagSize = AgreeingTagSize(in, pos);
+        const uint32_t tagSize = tags.agreeingTagSize(pos);
         if (tagSize == 0) {
             ++pos;
             continue;
         }
         if (type == kVideoTag && !taking) {
             videoSeen = true;
-            taking = IsFirstUsableVideo(in.u8(pos + kTagHeaderSize));
+            taking = IsFirstUsableVideo(p[kTagHeaderSize]);
         }
         if (!taking) {
             ++pos;   // passed over; the scan goes on inside it
             continue;
         }
         WriteLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
-        latestTime = in.be24(pos + 4);   // without TimestampExtended
+        latestTime = uint32_t(p[4]) << 16 | uint32_t(p[5]) << 8 | p[6];   // without TimestampExtended
         if (!haveFirstTime) {
             firstTime = latestTime;
             haveFirstTime = true;
@@ -137,9 +190,9 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     std::vector<ScriptTag> scripts;
     uint64_t regionEnd = 0;
     for (uint64_t q = 0; q < kMetadataWindow && !g_stopRequested; ++q) {
-        if (in.u8(q) != kScriptTag)
+        if (tags.at(q)[0] != kScriptTag)
             continue;
-        if (const uint32_t tagSize = AgreeingTagSize(in, q)) {
+        if (const uint32_t tagSize = tags.agreeingTagSize(q)) {
             scripts.push_back({q + kMetadataKeysFrom, tagSize});
             regionEnd = std::max(regionEnd, std::min<uint64_t>(size, q + kMetadataKeysFrom + tagSize + 16));
         }

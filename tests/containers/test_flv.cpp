@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QtEndian>
 #include <QtTest>
+#include <cstring>
 
 using namespace testvideo;
 
@@ -73,6 +74,26 @@ Script parseScript(const QByteArray& out)
     s.tagsAt = 13 + 11 + int(s.dataSize) + 4;
     return s;
 }
+
+// Bytes in memory behind the engine's reader, counting what the reader fetches.
+class CountingReader final : public ByteReader {
+public:
+    CountingReader(QByteArray data, size_t window, quint64* fetched)
+        : ByteReader(quint64(data.size()), window), m_data(std::move(data)), m_fetched(fetched)
+    {
+    }
+
+private:
+    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override
+    {
+        const size_t k = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
+        std::memcpy(dst, m_data.constData() + pos, k);
+        *m_fetched += k;
+        return k;
+    }
+    QByteArray m_data;
+    quint64* m_fetched;
+};
 
 } // namespace
 
@@ -258,6 +279,39 @@ private Q_SLOTS:
         QCOMPARE(r.verdicts, QStringList{QStringLiteral("1 clip.flv")});
         QCOMPARE(r.logLines.size(), tagsCopied);
         QCOMPARE(r.out.size(), 13 + 11 + 61 + 4 + (tagsCopied ? 11 + int(readBe24(input, 14)) + 4 : 0));
+    }
+
+    void garbageFullOfCandidatesIsReadOnce()
+    {
+        // Between two good tags, bytes with an 8, 9 or 18 every 32 bytes whose
+        // DataSize (1.5 MiB) points far beyond the reader's window, and inside
+        // the file for the first 96 KiB of them. Each must be tested without
+        // fetching the far bytes anew each time.
+        QByteArray garbage;
+        const QByteArray candidates("\x08\x18\x00\x00\x09\x18\x00\x00\x12\x18\x00\x00", 12);
+        for (int i = 0; i < (1536 + 96) * 1024 / 96; ++i)
+            for (int k = 0; k < 3; ++k)
+                garbage += candidates.mid(4 * k, 4) + QByteArray(28, '\0');
+        const QByteArray first = video(0, '\x12', 200), second = video(40, '\x22', 200);
+        const QByteArray in = kFileHeader + first + garbage + second;
+        quint64 fetched = 0;
+        ThreadVideoRepair t;
+        QStringList verdicts;
+        connect(&t, &ThreadVideoRepair::WriteStatus,
+                [&](bool ok, bool, QString name, bool) { verdicts << QStringLiteral("%1 %2").arg(int(ok)).arg(name); });
+        t.m_file = std::make_unique<CountingReader>(in, 64 * 1024, &fetched);
+        t.m_workDir = m_dir;
+        t.m_fileName = QStringLiteral("clip.flv");
+        t.m_logPath = m_dir + QStringLiteral("/logFile.txt");
+        g_sourceFullPath = m_dir + QStringLiteral("/source/clip.flv");
+        QVERIFY(t.m_logHandle.open(t.m_logPath));
+        g_repairedPaths.clear();
+        t.RepairFlvFile(t.m_fileName);
+        QCOMPARE(verdicts, QStringList{QStringLiteral("1 clip.flv")});
+        const QByteArray out = readAll(m_dir + QStringLiteral("/clip.flv"));
+        QCOMPARE(out.mid(parseScript(out).tagsAt), first + second);
+        QVERIFY2(fetched < 4 * quint64(in.size()),
+                 qPrintable(QStringLiteral("%1 bytes fetched for %2").arg(fetched).arg(in.size())));
     }
 
     void unwritableOutputGetsANegativeVerdict()
