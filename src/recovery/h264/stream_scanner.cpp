@@ -8,6 +8,7 @@
 #include "recovery/h264/bit_tools.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QFile>
 #include <algorithm>
 
@@ -319,10 +320,16 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
         m_fileSize = in->size();
         StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock);
         scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
+        QElapsedTimer clock;
+        clock.start();
         scanner.run();
         units = scanner.videoUnits();
-        qDebug() << "Stream scan:" << units << "video units," << scanner.audioFrames() << "audio frames,"
-                 << scanner.frameGapCount() << "gaps crossed";
+        const double seconds = std::max<qint64>(clock.elapsed(), 1) / 1000.0;
+        qDebug().noquote() << QStringLiteral("Stream scan: %1 video units, %2 audio frames, %3 gaps crossed, "
+                                             "%4 MB in %5 s (%6 MB/s)")
+                                  .arg(units).arg(scanner.audioFrames()).arg(scanner.frameGapCount())
+                                  .arg(m_fileSize / 1e6, 0, 'f', 1).arg(seconds, 0, 'f', 3)
+                                  .arg(m_fileSize / 1e6 / seconds, 0, 'f', 0);
     }
     if (audioMode && m_audioOut.isOpen() && m_audioOut.pos() == 0) {
         static const char empty[7] = {'\xFF', '\xFF', '\xFF', '\xFF', '\xFF', '\xFF', '\xFF'};

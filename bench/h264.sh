@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Times the repair of a 500 MB H.264 + AAC camera file whose movie was cut
+# off, from a sample, against reading it and against a stream copy of the
+# healthy original by ffmpeg.
+#   bench/h264.sh [BUILD_DIR]     (default build; needs reelwright-batch built)
+# The inputs (720p, 10 Mbit/s, high profile, GOP 30, AAC 48 kHz stereo) are
+# made once into bench/cache/: a 40 s clip is encoded and looped by stream copy.
+# Targets: the stream scan at 300 MB/s or more, the whole repair at most 2.5
+# times the stream copy, peak memory under 200 MB.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+batch=$build/bin/reelwright-batch
+[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+
+cache=bench/cache
+mkdir -p "$cache"
+encode() {   # out, seconds, hue
+  ffmpeg -y -v error -nostdin \
+    -f lavfi -i "testsrc2=size=1280x720:rate=25" -f lavfi -i "sine=frequency=440:sample_rate=48000" \
+    -t "$2" -vf "hue=h=$3" -c:v libx264 -preset veryfast -profile:v high -g 30 \
+    -b:v 10M -maxrate 10M -bufsize 5M -pix_fmt yuv420p -c:a aac -ac 2 -b:a 128k "$1"
+}
+original=$cache/h264_500m.mov
+sample=$cache/h264_sample.mov
+if [ ! -s "$original" ]; then
+  echo "making $original (once)..."
+  encode "$cache/.h264_40s.mov" 40 0
+  ffmpeg -y -v error -nostdin -stream_loop 9 -i "$cache/.h264_40s.mov" -c copy -fs 500000000 "$cache/.h264_500m.mov"
+  mv "$cache/.h264_500m.mov" "$original"
+  rm -f "$cache/.h264_40s.mov"
+fi
+if [ ! -s "$sample" ]; then
+  encode "$cache/.h264_sample.mov" 40 90
+  mv "$cache/.h264_sample.mov" "$sample"
+fi
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+# The damaged file: everything ahead of the movie, as a recording cut off
+# before the movie was written.
+moov=$(python3 - "$original" <<'PY'
+import struct, sys
+f = open(sys.argv[1], 'rb'); pos = 0
+while True:
+    f.seek(pos); h = f.read(16)
+    size, code = struct.unpack('>I4s', h[:8])
+    if size == 1: size = struct.unpack('>Q', h[8:16])[0]
+    if code == b'moov' or size == 0: print(pos); break
+    pos += size
+PY
+)
+head -c "$moov" "$original" > "$work/clip.mov"
+size=$(stat -c %s "$work/clip.mov")
+
+timed() {   # label, command...: prints wall seconds and peak KiB
+  local label=$1; shift
+  /usr/bin/time -f "%e %M" -o "$work/time" "$@" >/dev/null 2>"$work/err" || { cat "$work/err" >&2; exit 1; }
+  read -r wall rss <"$work/time"
+  printf '%-26s %8.2f s %10d KiB\n' "$label" "$wall" "$rss"
+  eval "${label//[^a-z]/_}=$wall"
+}
+
+echo "input: $size bytes"
+cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
+timed "cat > /dev/null" sh -c "cat '$work/clip.mov' > /dev/null"
+timed "ffmpeg copy" ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+rm -f "$work/copy.mov"
+timed "repair" "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
+grep -o 'Stream scan: .*' "$work/err" || true
+out=$work/Repaired/clip.mov
+[ -s "$out" ] || { echo "no output" >&2; exit 1; }
+echo "output: $(stat -c %s "$out") bytes"
+awk -v r="$repair" -v c="$ffmpeg_copy" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 2.5)\n", r / c }'
