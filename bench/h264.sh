@@ -39,36 +39,22 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 # The damaged file: everything ahead of the movie, as a recording cut off
 # before the movie was written.
-moov=$(python3 - "$original" <<'PY'
-import struct, sys
-f = open(sys.argv[1], 'rb'); pos = 0
-while True:
-    f.seek(pos); h = f.read(16)
-    size, code = struct.unpack('>I4s', h[:8])
-    if size == 1: size = struct.unpack('>Q', h[8:16])[0]
-    if code == b'moov' or size == 0: print(pos); break
-    pos += size
-PY
-)
-head -c "$moov" "$original" > "$work/clip.mov"
+. bench/lib.sh
+head -c "$(moov_offset "$original")" "$original" > "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
-
-timed() {   # label, command...: prints wall seconds and peak KiB
-  local label=$1; shift
-  /usr/bin/time -f "%e %M" -o "$work/time" "$@" >/dev/null 2>"$work/err" || { cat "$work/err" >&2; exit 1; }
-  read -r wall rss <"$work/time"
-  printf '%-26s %8.2f s %10d KiB\n' "$label" "$wall" "$rss"
-  eval "${label//[^a-z]/_}=$wall"
-}
 
 echo "input: $size bytes"
 cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
-timed "cat > /dev/null" sh -c "cat '$work/clip.mov' > /dev/null"
-timed "ffmpeg copy" ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
+timed cat sh -c "cat '$work/clip.mov' > /dev/null"
+report "cat > /dev/null" "$cat_wall" "$cat_kib"
+timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+report "ffmpeg -c copy" "$copy_wall" "$copy_kib"
 rm -f "$work/copy.mov"
-timed "repair" "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
-grep -o 'Stream scan: .*' "$work/err" || true
+timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
+report "repair" "$repair_wall" "$repair_kib"
+grep -o 'Stream scan: .*' "$work/repair.err" || true
 out=$work/Repaired/clip.mov
 [ -s "$out" ] || { echo "no output" >&2; exit 1; }
 echo "output: $(stat -c %s "$out") bytes"
-awk -v r="$repair" -v c="$ffmpeg_copy" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 2.5)\n", r / c }'
+awk -v r="$repair_wall" -v c="$copy_wall" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 2.5)\n", r / c }'

@@ -10,6 +10,8 @@
 struct FuzzOptions {
     const char* suffix = "mov";     // suffix of the damaged file
     bool asReference = false;       // the bytes are the sample of an Advance Repair pass
+    bool fixedSample = false;       // the bytes are the damaged file of an Advance Repair
+                                    // pass with a fixed H.264/AAC sample (the stream scanner)
 };
 
 // Prepares a private workspace (TMPDIR, a fake muxer). Call once per process.
@@ -20,5 +22,5 @@ int FuzzThroughDriver(const uint8_t* data, size_t size, const FuzzOptions& optio
 
 // The routes by name, for the regression runner: "mov", "mov-reference",
 // "avi", "avi-reference", "wmv", "flv", "mts", "mkv", "mkv-reference", "mpg",
-// "mpg-reference". False for an unknown name.
+// "mpg-reference", "mov-scan". False for an unknown name.
 bool FuzzOptionsForRoute(const QString& route, FuzzOptions& options);
