@@ -1,5 +1,7 @@
 #include "shell/platform_gui.h"
 
+#include "shell/platform_core.h"
+
 #include <QFileInfo>
 #include <QSharedMemory>
 #include <QStandardPaths>
@@ -95,4 +97,18 @@ QString FindPreviewPlayer(const QString& appFolder)
             return found;
     }
     return QString();
+}
+
+QStringList PreviewArguments(int kind, const QString& target, bool doubleClick)
+{
+    if (kind == 2)
+        return {target};
+    if (doubleClick)
+        return {QStringLiteral("-vfm"), QStringLiteral("1"), target};
+    return {QStringLiteral("-nofs"), QStringLiteral("1"), target};
+}
+
+bool ShowEntryToUser(const QString& folder, const QString& name)
+{
+    return SetHiddenInFolder(folder, name, false);
 }

@@ -2,6 +2,7 @@
 // Platform layer, part for the window program: screen facts read before the
 // toolkit starts, the single-instance guard and the preview player.
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class QSharedMemory;
@@ -26,3 +27,12 @@ std::unique_ptr<QSharedMemory> AcquireInstanceGuard(const QString& key);
 // The preview player: mplayer in the application folder, else mplayer or
 // mpv on PATH. Empty when none is there.
 QString FindPreviewPlayer(const QString& appFolder);
+
+// Arguments for the preview player of the given kind: 2 plays the file as it
+// is; 3 (mplayer, or mpv standing in for it) gets "-nofs", "1" before the file
+// for a press of Preview and "-vfm", "1" before the text for a double click.
+QStringList PreviewArguments(int kind, const QString& target, bool doubleClick);
+
+// Makes folder/name visible to the desktop's file managers again: removes
+// its line from folder/.hidden, and that file when it becomes empty.
+bool ShowEntryToUser(const QString& folder, const QString& name);

@@ -280,15 +280,3 @@ void VideoRepairWindow::OnSelectAllClicked(bool checked)
         any = m_resultList->topLevelItem(i)->checkState(ResName) == Qt::Checked;
     saveBtn->setEnabled(any);
 }
-
-// Preview and Advance Repair are not part of this build yet: a press only
-// records that page 2 is in use.
-void VideoRepairWindow::OnClickPreviewBtn(unsigned int)
-{
-    g_advancePending = g_onRepairPage = g_onHomePage = g_onListPage = false;
-    g_onSavePage = true;
-}
-
-void VideoRepairWindow::OnDoubleClicked(QTreeWidgetItem*, int)
-{
-}

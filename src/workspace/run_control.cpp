@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
+#include <QProcess>
 
 namespace {
 
@@ -252,6 +253,8 @@ void VideoRepairWindow::OnRepairFinish()
         w->hide();
     BackBtn->show();
     BackBtn->setEnabled(true);
+    if (g_previewProcess)
+        g_previewProcess->close();
     g_repairDone = true;
     g_repairRunning = false;
     stringLabl->setText(tr("Repair Process Completed"));

@@ -11,7 +11,11 @@
 #include "workspace/file_dialogs.h"
 #include "workspace/info_dlg.h"
 #include "workspace/my_tree_widget.h"
+#include "workspace/advanced_repair_dlg.h"
+#include "workspace/reference_file_dlg.h"
+#include "workspace/reference_repaired_dlg.h"
 #include "workspace/repair_finish_dlg.h"
+#include "workspace/save_dlg.h"
 #include "workspace/stop_dlg.h"
 #include "workspace/workspace_globals.h"
 
@@ -79,8 +83,14 @@ VideoRepairWindow::~VideoRepairWindow()
 {
     g_stopRequested = true;
     m_repairThread.wait();
+    m_saveThread.wait();
     qDeleteAll(m_rowActions);
     delete m_confirmDlg;
+    delete m_doneDlg;
+    if (g_referenceDlg && g_referenceDlg->parent() == this) {
+        delete g_referenceDlg;
+        g_referenceDlg = nullptr;
+    }
 }
 
 int VideoRepairWindow::Scaled(int designPixels) const
@@ -170,6 +180,12 @@ void VideoRepairWindow::InitControls()
     m_stopDlg = new StopDlg(this);
     m_infoDlg = new InfoDlgClass(this);
     m_confirmDlg = new ConfirmDlgClass();
+    m_saveDlg = new SaveDlgClass(this);
+    m_doneDlg = new ReferenceRepairedDlg();
+    delete g_referenceDlg;
+    g_referenceDlg = new ReferenceFileDlg(this, QString());
+    m_saveDlg->SetFileDialogs(m_fileDialogs.get());
+    g_referenceDlg->SetFileDialogs(m_fileDialogs.get());
 
     for (QWidget* w : {static_cast<QWidget*>(MainString_labl), static_cast<QWidget*>(chnageLoc_Labl),
                        static_cast<QWidget*>(ChnageLoc_Btn), static_cast<QWidget*>(maximaBtn),
@@ -202,6 +218,15 @@ void VideoRepairWindow::InitControls()
     connect(m_fileList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnItemClicked);
     connect(m_stopDlg->yesButton(), &QPushButton::clicked, this, &VideoRepairWindow::OnStopProcess);
     connect(m_stopDlg->noButton(), &QPushButton::clicked, this, &VideoRepairWindow::OnRunProcess);
+    connect(saveBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnClickedSaveButton);
+    connect(m_saveDlg, &SaveDlgClass::CustomLocation, this, &VideoRepairWindow::OnCustomLocation);
+    connect(m_saveDlg, &SaveDlgClass::SavedMsg, this, &VideoRepairWindow::OnSavedMsg);
+    connect(g_referenceDlg->RefRepairBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnRepairRefrenceFile);
+    connect(g_referenceDlg->refe_CheckBox, &QCheckBox::clicked, this, &VideoRepairWindow::OnRefe_CheckBoxClicked);
+    connect(&m_saveThread, &ThreadFileSaving::ProgressValue, this, &VideoRepairWindow::OnProgressValue,
+            Qt::QueuedConnection);
+    connect(&m_saveThread, &ThreadFileSaving::ProgressFinish, this, &VideoRepairWindow::OnProgressFinish,
+            Qt::QueuedConnection);
 
     // The thread's signals cross threads: queued, so rows change on this
     // thread in the order the thread sent them.
@@ -224,8 +249,11 @@ void VideoRepairWindow::InitControls()
 
 void VideoRepairWindow::SetFileDialogs(std::unique_ptr<FileDialogs> dialogs)
 {
-    if (dialogs)
-        m_fileDialogs = std::move(dialogs);
+    if (!dialogs)
+        return;
+    m_fileDialogs = std::move(dialogs);
+    m_saveDlg->SetFileDialogs(m_fileDialogs.get());
+    g_referenceDlg->SetFileDialogs(m_fileDialogs.get());
 }
 
 // ---- Fade-in ----

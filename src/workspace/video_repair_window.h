@@ -6,6 +6,7 @@
 // the rows of page 2.
 #include "core/thread_video_repair.h"
 #include "workspace/row_action.h"
+#include "workspace/thread_file_saving.h"
 
 #include "ui_VideoRepairWin.h"
 
@@ -15,6 +16,7 @@
 #include <QWidget>
 #include <memory>
 
+class AdvancedRepairDlg;
 class ConfirmDlgClass;
 class CustomButton;
 class FileDialogs;
@@ -22,6 +24,8 @@ class InfoDlgClass;
 class MyTreeWidget;
 class QTimer;
 class QTreeWidgetItem;
+class ReferenceRepairedDlg;
+class SaveDlgClass;
 class StopDlg;
 class repairFinishDialog;
 
@@ -40,6 +44,8 @@ public:
 
     // Text of a size column: bytes / 2^20, truncated to two decimals.
     static QString FormatSize(qint64 bytes);
+    // The file a press of Preview plays for a result at repairedPath.
+    static QString PreviewPath(const QString& repairedPath);
 
     // Column indexes of the file list (page 1).
     enum FileColumn {
@@ -58,6 +64,9 @@ public:
     MyTreeWidget* resultList() const { return m_resultList; }
     const QList<RowAction*>& rowActions() const { return m_rowActions; }
     ThreadVideoRepair& repairThread() { return m_repairThread; }
+    ThreadFileSaving& saveThread() { return m_saveThread; }
+    SaveDlgClass* saveDlg() const { return m_saveDlg; }
+    ReferenceRepairedDlg* doneDlg() const { return m_doneDlg; }
     QStringList repairList() const { return m_repairList; }
 
 Q_SIGNALS:
@@ -98,6 +107,20 @@ public Q_SLOTS:
     void OnSelectAllClicked(bool checked);
     void OnClickPreviewBtn(unsigned int id);
     void OnDoubleClicked(QTreeWidgetItem* item, int column);
+    void PlayVideo(QString path);
+
+    // Advance Repair.
+    void OnRepairRefrenceFile();
+    void OnRefe_CheckBoxClicked();
+
+    // Saving.
+    void OnClickedSaveButton();
+    void OnCustomLocation(QString folder);
+    void OnSavedMsg();
+    void OnUnhide();
+    void OnProgressValue(unsigned int value);
+    void OnProgressFinish();
+    bool TwoRepairedValidFilesCreated(QString strRepairedPath);
 
     // Window.
     void OnBackBtnClicked();
@@ -131,6 +154,9 @@ private:
     void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
+    void RestyleRowsForPass();
+    void ShowDone(const QString& text);
+    void StartAdvanceRepair(const QString& sourcePath);
     CustomButton* RowButton(QTreeWidgetItem* row) const;
     int Scaled(int designPixels) const;
 
@@ -151,11 +177,15 @@ private:
     int m_nextFileId = 2;
 
     ThreadVideoRepair m_repairThread;
+    ThreadFileSaving m_saveThread;
 
     ConfirmDlgClass* m_confirmDlg = nullptr;
     InfoDlgClass* m_infoDlg = nullptr;
     repairFinishDialog* m_finishDlg = nullptr;
     StopDlg* m_stopDlg = nullptr;
+    SaveDlgClass* m_saveDlg = nullptr;
+    AdvancedRepairDlg* m_advancedDlg = nullptr;
+    ReferenceRepairedDlg* m_doneDlg = nullptr;
 
     QStringList m_repairList;
     QList<RowAction*> m_rowActions;

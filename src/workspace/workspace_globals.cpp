@@ -16,3 +16,14 @@ bool g_confirmClosed = false;
 bool g_applyToAll = false;
 
 QStringList g_workFolders;
+
+QString g_advanceFile;
+QString g_advanceTarget;
+QString g_referenceBrowsed;
+QString g_referenceChosen;
+bool g_referenceRun = false;
+QStringList g_sameFormatFiles;
+ReferenceFileDlg* g_referenceDlg = nullptr;
+
+QProcess* g_previewProcess = nullptr;
+bool g_keepRepaired = false;

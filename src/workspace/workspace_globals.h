@@ -4,6 +4,9 @@
 // the exit question.
 #include <QStringList>
 
+class QProcess;
+class ReferenceFileDlg;
+
 extern bool g_onHomePage;       // page 1 without files
 extern bool g_onListPage;       // page 1 with files
 extern bool g_onRepairPage;     // page 2 during a run, and after a Back answered Yes
@@ -20,3 +23,16 @@ extern bool g_confirmClosed;    // ConfirmDlgClass: closed by its title control
 extern bool g_applyToAll;       // "Apply to all files of same format."
 
 extern QStringList g_workFolders;   // work files of this run; their folders are emptied on abort
+
+// Advance Repair.
+extern QString g_advanceFile;       // column 0 of the row whose "Advance Repair" was pressed
+extern QString g_advanceTarget;     // source path of that row
+extern QString g_referenceBrowsed;  // last path the browse dialog returned
+extern QString g_referenceChosen;   // the same, once the dialog took it
+extern bool g_referenceRun;         // a reference pass was started
+extern QStringList g_sameFormatFiles;   // awaiting sources that share the sample's suffix
+extern ReferenceFileDlg* g_referenceDlg;
+
+// Preview and saving.
+extern QProcess* g_previewProcess;  // the one player process; made at the first preview
+extern bool g_keepRepaired;         // the results stay beside their sources: exit keeps Repaired

@@ -1,0 +1,96 @@
+#include "workspace/advanced_repair_dlg.h"
+
+#include "shell/platform_core.h"
+#include "shell/scale.h"
+#include "shell/startup.h"
+#include "workspace/reference_file_dlg.h"
+#include "workspace/workspace_globals.h"
+
+#include <QDesktopServices>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+
+// Group of the per-language keys of the settings store, by LanguageType.
+QString LanguageKey()
+{
+    static const char* const codes[] = {"EN", "DE", "FR", "IT", "ES", "JA", "CN", "KO", "DU", "BR", "HI"};
+    const int n = int(sizeof codes / sizeof codes[0]);
+    return QLatin1String(g_languageType >= 0 && g_languageType < n ? codes[g_languageType] : "EN");
+}
+
+} // namespace
+
+AdvancedRepairDlg::AdvancedRepairDlg(QWidget* parent, const QString& sourcePath)
+    : FramelessDialog(parent),
+      String_label(new QLabel(this)),
+      NextBtn(new QPushButton(tr("Next"), this)),
+      cancle(new QPushButton(tr("Cancel"), this)),
+      LearnMoreLink(new QPushButton(tr("Learn More"), this))
+{
+    g_advanceTarget = sourcePath;
+    setObjectName(QStringLiteral("AdvancedRepairDlg"));
+    String_label->setObjectName(QStringLiteral("String_label"));
+    NextBtn->setObjectName(QStringLiteral("NextBtn"));
+    cancle->setObjectName(QStringLiteral("cancle"));
+    LearnMoreLink->setObjectName(QStringLiteral("LearnMoreLink"));
+
+    String_label->setTextFormat(Qt::RichText);
+    String_label->setWordWrap(true);
+    String_label->setText(QStringLiteral("<p><b>%1</b></p><p>%2%3</p><p>%4</p>")
+                              .arg(tr("Advance Repair"), tr("Use this option to repair severely damaged videos. "),
+                                   tr("Click &quot;Next&quot; to add a 'sample video' of the same format, shot "
+                                      "using the same device."),
+                                   tr("The sample and the damaged video remain unchanged during repair process.")));
+    LearnMoreLink->setFlat(true);
+    LearnMoreLink->setStyleSheet(QStringLiteral(
+        "QPushButton { background: transparent; color: #2b579a; text-decoration: underline; min-width: 0; }"));
+    for (QPushButton* b : {NextBtn, cancle, LearnMoreLink})
+        b->setCursor(Qt::PointingHandCursor);
+
+    connect(NextBtn, &QPushButton::clicked, this, &AdvancedRepairDlg::OnclickedNextDialog);
+    connect(cancle, &QPushButton::clicked, this, &AdvancedRepairDlg::OnCancle);
+    connect(LearnMoreLink, &QPushButton::clicked, this, &AdvancedRepairDlg::onlearnmorelinkclicked);
+
+    auto* layout = new QVBoxLayout(this);
+    const int m = int(20 * g_uiScale);
+    layout->setContentsMargins(m, m, m, m);
+    layout->addWidget(String_label, 1);
+    auto* row = new QHBoxLayout;
+    row->addWidget(LearnMoreLink);
+    row->addStretch();
+    row->addWidget(NextBtn);
+    row->addWidget(cancle);
+    layout->addLayout(row);
+    setFixedSize(int(440 * g_uiScale), int(210 * g_uiScale));
+}
+
+void AdvancedRepairDlg::OnclickedNextDialog()
+{
+    // Hiding ends this dialog's exec; the sample dialog runs on its own.
+    hide();
+    if (!g_referenceDlg)
+        return;
+    g_referenceDlg->ResetForNewSample();
+    g_referenceDlg->CentreOn(this);
+    g_referenceDlg->exec();
+}
+
+void AdvancedRepairDlg::OnCancle()
+{
+    close();
+    g_advancePending = false;
+}
+
+void AdvancedRepairDlg::onlearnmorelinkclicked()
+{
+    QSettings store(g_settingsPath, QSettings::IniFormat);
+    const QString link = store.value(LanguageKey() + QStringLiteral("/Learn_more")).toString();
+    if (!link.isEmpty())
+        QDesktopServices::openUrl(QUrl(link));
+}

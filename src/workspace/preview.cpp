@@ -1,0 +1,51 @@
+// VideoRepairWindow: preview of a result in the external player. The player
+// is one process for the whole program; a second preview while it runs is
+// refused by QProcess and the first player goes on.
+#include "workspace/video_repair_window.h"
+
+#include "shell/platform_gui.h"
+#include "shell/startup.h"
+#include "workspace/workspace_globals.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTreeWidgetItem>
+
+namespace {
+
+QProcess* PreviewProcess()
+{
+    if (!g_previewProcess)
+        g_previewProcess = new QProcess;
+    return g_previewProcess;
+}
+
+} // namespace
+
+QString VideoRepairWindow::PreviewPath(const QString& repairedPath)
+{
+    const QFileInfo info(repairedPath);
+    if (info.suffix().toUpper() != QLatin1String("DAT"))
+        return repairedPath;
+    // A repaired DAT file is written as a QuickTime file of the first part
+    // of its name: a.b.dat plays a.mov.
+    const QStringList parts = info.fileName().split(QLatin1Char('.'), Qt::SkipEmptyParts);
+    return info.absolutePath() + QLatin1Char('/') + parts.value(0) + QStringLiteral(".mov");
+}
+
+void VideoRepairWindow::PlayVideo(QString path)
+{
+    qDebug() << "preview:" << path;
+    PreviewProcess()->start(g_playerPath, PreviewArguments(g_playerKind, path, false), QIODevice::ReadWrite);
+}
+
+void VideoRepairWindow::OnDoubleClicked(QTreeWidgetItem* item, int column)
+{
+    if (!item)
+        return;
+    const QString text = item->text(column);
+    if (text.isEmpty())
+        return;
+    PreviewProcess()->start(g_playerPath, PreviewArguments(g_playerKind, text, true), QIODevice::ReadWrite);
+}

@@ -1,0 +1,8 @@
+#include "workspace/reference_repaired_dlg.h"
+
+ReferenceRepairedDlg::ReferenceRepairedDlg(QWidget* parent)
+    : InfoDlgClass(parent)
+{
+    setObjectName(QStringLiteral("ReferenceRepairedDlg"));
+    setText(tr("Video file repaired successfully!"));
+}
