@@ -14,11 +14,15 @@
 #include <QThread>
 #include <QWaitCondition>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
 class LogCipher;
 struct ChainPaths;
+class IndexScanner;
+enum class NalStartSet;
+struct NalScanRules;
 
 class ThreadVideoRepair : public QThread {
     Q_OBJECT
@@ -87,20 +91,25 @@ public:
     // Without a sample: remux when the file's own chunk table is usable.
     void RemuxFromOwnIndex(const QString& inputPath);
     // With a sample: learn from it, then run the chain down to the muxer.
-    void LearnFromSample(const QString& inputPath, const QString& referencePath);
-    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText);
+    // hevc: the same walks for an HEVC sample (hvcC, every chunk's chain, mmpu).
+    void LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc = false);
+    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText,
+                         bool hevc = false);
     void CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
     void SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
     void WriteVideoUniqueFile(FileWriter& video, const ChainPaths& p);
     void ReadReferenceAudio(FileWriter& video, const ChainPaths& p);
-    void WalkSampleSound(ByteReader& r, FileWriter& audioText);
-    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos);
-    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText);
+    void WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc = false);
+    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc = false);
+    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText, bool hevc = false);
     void WriteAudioUniqueFile(FileWriter& video, const ChainPaths& p);
     void WriteVideoUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
     void WriteAudioUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
     void WriteVideoUniqueFileIndex(const ChainPaths& p);
     void ScanStreams(FileWriter& video, const ChainPaths& p);
+    // The scan of ScanStreams under the given header rules; false when the
+    // muxer has nothing to work on (the pass has then failed or was stopped).
+    bool ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules, bool& audioMode);
     void MuxVideoAndAudio(const ChainPaths& p);
     void MuxVideoOnly(const ChainPaths& p);
     void RemuxDamagedFile(const QString& inputPath);
@@ -108,6 +117,44 @@ public:
     void H264PassFailed();
     void RemoveChainFiles(const ChainPaths& p);
     FileWriter m_audioOut;                  // audio.aac while the chain runs
+
+    // ---- PCM and index scanners (recovery/h264/pcm_recovery.cpp, index_scanners.cpp) ----
+    // What a pass without a sample does with a file whose own chunk table is usable.
+    enum class OwnIndexAction { Remux, RemuxLpcm, RemuxSowt, ScanTwos };
+    void DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action);
+    void SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, NalStartSet set);
+    // The track walk of the sowt and twos passes: the four kinds of track, the
+    // chunk counts, the sound's channels and rate, the timecode sample size;
+    // with videoText, the frame starts of the video track.
+    void WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText);
+    void ReadReferenceLpcmAudio(FileWriter& video, const ChainPaths& p);
+    void WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText);
+    void ScanStreamsLpcm(FileWriter& video, const ChainPaths& p);
+    void MuxVideoAndPcm(const ChainPaths& p);
+    void RemuxDamagedFileLpcm(const QString& inputPath);
+    void RemuxDamagedFileSowt(const QString& inputPath);
+    void ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath);
+    void ScanIndexTwos(const QString& inputPath);
+    void RunIndexScan(const QString& inputPath, const std::function<void(IndexScanner&)>& scan);
+    bool m_pcmChain = false;                // the lpcm pass runs the chain of Audio.pcm
+
+    // ---- HEVC recovery (recovery/hevc/) ----
+    // Without a sample: remux when the file's own chunk table opens on HEVC units.
+    void RemuxHevcFromOwnIndex(const QString& inputPath);
+    // The first VPS, SPS and PPS of an hvcC box (code at pos), in that order;
+    // false when the box doesn't hold all three.
+    bool CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
+    // A chunk table of the sample (code at pos): every chunk's chain of units.
+    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
+    void WriteHevcUniqueFile(FileWriter& video, const ChainPaths& p);
+    void ReadHevcReferenceAudio(FileWriter& video, const ChainPaths& p);
+    void WriteHevcAudioUniqueFile(FileWriter& video, const ChainPaths& p);
+    void ScanHevcStreams(FileWriter& video, const ChainPaths& p);
+    void MuxHevcVideoAndAudio(const ChainPaths& p);
+    void MuxHevcVideoOnly(const ChainPaths& p);
+    void RemuxDamagedHevcFile(const QString& inputPath);
+    // Shared by the two audio stages: the sample's sound walk, then next.
+    void ReadSampleAudio(FileWriter& video, const ChainPaths& p, bool hevc);
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp

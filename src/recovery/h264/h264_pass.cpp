@@ -5,6 +5,7 @@
 // files, sample audio, stream scan and muxer takes over.
 #include "recovery/h264/bit_tools.h"
 #include "recovery/h264/h264_recovery.h"
+#include "recovery/h264/index_scanners.h"
 #include "recovery/h264/nal_sets.h"
 
 #include "core/code_search.h"
@@ -21,14 +22,15 @@ constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
 
 } // namespace
 
-bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, uint64_t* mdatSize)
+bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, uint64_t* mdatSize,
+                 bool passMmpu)
 {
     static constexpr uint32_t passed[] = {C("ftyp"), C("free"), C("meta"), C("wide"),
                                           C("uuid"), C("frea"), C("skip"), C("beam")};
     const auto passedEnd = std::end(passed) - (passBeam ? 0 : 1);
     while (!g_stopRequested && pos < r.size()) {
         const uint32_t code = r.be32(pos);
-        if (std::find(std::begin(passed), passedEnd, code) != passedEnd) {
+        if (std::find(std::begin(passed), passedEnd, code) != passedEnd || (passMmpu && code == C("mmpu"))) {
             const uint32_t size = r.be32(pos - 4);
             if (size == 0)
                 return false;
@@ -66,6 +68,11 @@ void ThreadVideoRepair::RepairH264Aac(const QString& inputPath, const QString& r
 // length field, and hold at least two chunks, for the muxer to use the file
 // as it stands. Every dead end is one negative verdict.
 void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
+{
+    DecideFromOwnIndex(inputPath, OwnIndexAction::Remux);
+}
+
+void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action)
 {
     m_inAudioTrak = false;
     m_inVideoTrak = false;
@@ -123,7 +130,21 @@ void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
                         break;
                     }
                     g_hasSoundTrak = true;
-                    RemuxDamagedFile(inputPath);
+                    file.reset();
+                    switch (action) {
+                    case OwnIndexAction::Remux: RemuxDamagedFile(inputPath); break;
+                    case OwnIndexAction::RemuxLpcm: RemuxDamagedFileLpcm(inputPath); break;
+                    case OwnIndexAction::RemuxSowt: RemuxDamagedFileSowt(inputPath); break;
+                    case OwnIndexAction::ScanTwos: {
+                        // The muxer can't be trusted with twos sound: the file is
+                        // indexed from its media data and rebuilt around its own movie.
+                        std::unique_ptr<ByteReader> own = OpenReadOnly(inputPath);
+                        if (own)
+                            WalkSampleIndexTracks(*own, nullptr);
+                        ScanIndexTwos(inputPath);
+                        break;
+                    }
+                    }
                     return;
                 }
             }
@@ -136,11 +157,13 @@ void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
 
 // With a sample: walk its movie for the rate inputs, the parameter sets and
 // the first bytes of its frames, then run the chain.
-void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString& referencePath)
+void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc)
 {
     // The output is listed by the rebuild step, which sees g_remuxed.
     QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    const ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
+    ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
+    if (hevc)
+        paths.video = m_workDir + QStringLiteral("/video.hevc");
     FileWriter video, indexing, videoText;
     video.open(paths.video);
     indexing.open(paths.indexing);
@@ -149,26 +172,29 @@ void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString&
     std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
     if (ref) {
         m_fileSize = g_inputSize = ref->size();
-        WalkSampleMovie(*ref, video, indexing, videoText);
+        WalkSampleMovie(*ref, video, indexing, videoText, hevc);
     }
     ref.reset();
     indexing.close();
     videoText.close();
-    WriteVideoUniqueFile(video, paths);
+    if (hevc)
+        WriteHevcUniqueFile(video, paths);
+    else
+        WriteVideoUniqueFile(video, paths);
     video.close();
 }
 
 void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing,
-                                        FileWriter& videoText)
+                                        FileWriter& videoText, bool hevc)
 {
     const uint64_t size = r.size();
     m_pos = 4;
-    if (!WalkToMovie(r, m_pos, true))
+    if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
         return;   // no movie: nothing is learnt, the chain goes on empty
     m_moovPos = m_pos;
     m_moovSize = r.be32(m_pos - 4);
     m_inVideoTrak = false;
-    CodeSearch vmhd({C("vmhd")}), avcCSearch({C("avcC")});
+    CodeSearch vmhd({C("vmhd")}), avcCSearch({C(hevc ? "hvcC" : "avcC")});
 
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
@@ -191,17 +217,27 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
             if (code == C("stsz")) {
                 g_videoSampleCount = r.be32(m_pos + 12);
             } else if (code == C("stsd")) {
-                const int64_t avcC = avcCSearch.next(r, m_pos);
-                if (avcC >= 0) {
+                int64_t avcC = avcCSearch.next(r, m_pos);
+                if (avcC >= 0 && !hevc) {
                     m_pos = uint64_t(avcC);
                     CopyParameterSets(r, m_pos, video, indexing);
                 }
+                // An hvcC without all three sets gives way to the next one.
+                while (hevc && avcC >= 0 && !g_stopRequested) {
+                    m_pos = uint64_t(avcC);
+                    if (CopyHevcParameterSets(r, m_pos, video, indexing))
+                        break;
+                    avcC = avcCSearch.next(r, m_pos + 4);
+                }
             } else if (code == C("stco") || code == C("co64")) {
-                SampleFrameStarts(r, m_pos, code == C("co64"), videoText);
+                if (hevc)
+                    HevcFrameStarts(r, m_pos, code == C("co64"), videoText);
+                else
+                    SampleFrameStarts(r, m_pos, code == C("co64"), videoText);
                 // What stands behind the table is normally no known code, so
                 // this ends the walk: the first video table is the last read.
                 m_inVideoTrak = false;
-                if (!WalkToMovie(r, m_pos, true))
+                if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
                     return;
                 continue;
             }
@@ -212,7 +248,7 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
             } else if (code == C("mdat")) {
-                if (!WalkToMovie(r, m_pos, true))
+                if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
                     return;
                 continue;
             }
@@ -248,6 +284,12 @@ void ThreadVideoRepair::CopyParameterSets(ByteReader& r, uint64_t pos, FileWrite
 // first chunk's chain of units, and of the first unit of every other chunk.
 void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
 {
+    SampleFrameStartsWith(r, pos, wide, videoText, NalStartSet::ReferenceNalBytes);
+}
+
+void ThreadVideoRepair::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText,
+                                              NalStartSet set)
+{
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
     g_chunkCount = r.be32(pos + 8);
@@ -258,7 +300,7 @@ void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide
     auto record = [&](uint64_t at) { videoText.write(r.view(at + 4, 3), 3); };
     for (uint64_t i = 0; i < count && !g_stopRequested; ++i, pos += width) {
         uint64_t c = wide ? r.be64(pos) : r.be32(pos);
-        if (c == 0 || c >= size || !IsNalStart(r, c, NalStartSet::ReferenceNalBytes))
+        if (c == 0 || c >= size || !IsNalStart(r, c, set))
             continue;
         record(c);
         if (i != 0)
@@ -271,7 +313,7 @@ void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide
                 break;
             const uint64_t next = c + 4 + length;
             record(c);
-            if (!IsNalStart(r, next, NalStartSet::ReferenceNalBytes))
+            if (!IsNalStart(r, next, set))
                 break;
             c = next;
         }
@@ -279,20 +321,117 @@ void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide
     m_pos = pos;
 }
 
-void ThreadVideoRepair::RepairH264Lpcm(const QString&, const QString&)
+// The lpcm pass: the chain of the AAC pass, with PCM sound cut out between
+// the video runs instead of AAC frames told by patterns.
+void ThreadVideoRepair::RepairH264Lpcm(const QString& inputPath, const QString& referencePath)
 {
-    RoutineMissing("RepairH264Lpcm");
-    Q_EMIT WriteStatus(false, false, m_fileName, false);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    m_pcmChain = true;
+    if (!g_referenceMode)
+        DecideFromOwnIndex(inputPath, OwnIndexAction::RemuxLpcm);
+    else
+        LearnFromSample(inputPath, referencePath);
+    m_pcmChain = false;
+    g_muxerBusy = false;
 }
 
-void ThreadVideoRepair::RepairH264Sowt(const QString&, const QString&)
+// The sowt pass: the sample gives the frame starts of its video track, and
+// the index scanner turns the damaged file into lines for the rebuild.
+void ThreadVideoRepair::RepairH264Sowt(const QString& inputPath, const QString& referencePath)
 {
-    RoutineMissing("RepairH264Sowt");
-    Q_EMIT WriteStatus(false, false, m_fileName, false);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    g_nullTrackSampleSize = g_videoChunkEntries = g_audioChunkEntries = 0;
+    if (!g_referenceMode) {
+        DecideFromOwnIndex(inputPath, OwnIndexAction::RemuxSowt);
+    } else {
+        QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+        const ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
+        FileWriter videoText;
+        videoText.open(paths.videoText);
+        std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
+        if (ref)
+            WalkSampleIndexTracks(*ref, &videoText);
+        ref.reset();
+        videoText.close();
+        WriteVideoUniqueFileIndex(paths);
+    }
+    g_muxerBusy = false;
 }
 
-void ThreadVideoRepair::RepairH264Twos(const QString&, const QString&)
+// The twos pass: no patterns are learnt; the scanner steers by the access
+// unit delimiters of the file itself.
+void ThreadVideoRepair::RepairH264Twos(const QString& inputPath, const QString& referencePath)
 {
-    RoutineMissing("RepairH264Twos");
-    Q_EMIT WriteStatus(false, false, m_fileName, false);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    g_nullTrackSampleSize = g_videoChunkEntries = g_audioChunkEntries = 0;
+    if (!g_referenceMode) {
+        DecideFromOwnIndex(inputPath, OwnIndexAction::ScanTwos);
+    } else {
+        std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
+        if (ref)
+            WalkSampleIndexTracks(*ref, nullptr);
+        ref.reset();
+        ScanIndexTwos(inputPath);
+    }
+    g_muxerBusy = false;
+}
+
+void ThreadVideoRepair::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
+{
+    const uint64_t size = r.size();
+    m_pos = 4;
+    // Top level as in the other passes; a thumbnail atom is passed as well.
+    while (!WalkToMovie(r, m_pos, true)) {
+        const uint32_t thumSize = r.be32(m_pos - 4);
+        if (g_stopRequested || r.be32(m_pos) != C("thum") || thumSize < 8)
+            return;
+        m_pos += thumSize;
+    }
+    m_moovPos = m_pos;
+    m_moovSize = r.be32(m_pos - 4);
+    m_inVideoTrak = m_inAudioTrak = m_inNullTrak = m_inGenericTrak = false;
+    CodeSearch kinds({C("vmhd"), C("smhd"), C("nmhd"), C("gmhd")});
+
+    while (m_pos < size && !g_stopRequested) {
+        const uint32_t code = r.be32(m_pos);
+        if (code == C("mdat"))
+            break;
+        if (code == C("trak")) {
+            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_trakPos = m_pos;
+            const int64_t hit = kinds.next(r, m_pos);
+            if (hit >= 0) {
+                const uint32_t kind = r.be32(uint64_t(hit));
+                m_inVideoTrak = kind == C("vmhd");
+                m_inAudioTrak = kind == C("smhd");
+                m_inNullTrak = kind == C("nmhd");
+                m_inGenericTrak = kind == C("gmhd");
+            }
+        }
+        const bool table = code == C("stco") || code == C("co64");
+        if (m_inVideoTrak && table) {
+            g_videoChunkEntries = r.be32(m_pos + 8);
+            if (videoText) {
+                SampleFrameStartsWith(r, m_pos, code == C("co64"), *videoText, NalStartSet::IndexScanBytes);
+                m_inVideoTrak = false;
+                continue;   // m_pos stands behind the table
+            }
+            m_inVideoTrak = false;
+        } else if (m_inAudioTrak) {
+            if (code == C("stsd")) {
+                g_audioChannels = r.be32(m_pos + 34);
+                g_audioSampleRate = r.be32(m_pos + 42);
+            } else if (table) {
+                g_audioChunkEntries = r.be32(m_pos + 8);
+                m_inAudioTrak = false;
+            }
+        } else if (m_inNullTrak && code == C("stsz")) {
+            g_nullTrackSampleSize = r.be32(m_pos + 8);
+            m_inNullTrak = false;
+        }
+        ++m_pos;
+    }
 }

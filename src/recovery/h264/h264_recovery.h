@@ -33,6 +33,7 @@ struct ChainPaths {
     QString audioText;      // audio.txt
     QString audio;          // audio.aac
     QString audioUnique;    // AudioUNIQUEfile.txt
+    QString pcm;            // Audio.pcm
     static ChainPaths in(const QString& workDir, const QString& input);
 };
 
@@ -71,23 +72,34 @@ private:
 // true with pos on moov's code; false at a zero size, an unknown code, an
 // mdat larger than the file, or the end. passBeam: "beam" is passed like
 // "free". mdatSeen/mdatSize, when given, tell of an mdat passed on the way.
+// passMmpu: "mmpu", which HEVC cameras write, is passed too.
 bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen = nullptr,
-                 uint64_t* mdatSize = nullptr);
+                 uint64_t* mdatSize = nullptr, bool passMmpu = false);
 // Atoms that may stand between stretches of media data; ftyp counts only
 // between video units.
 bool IsInterleavedAtom(uint32_t code, bool withFtyp);
+
+// ---- PCM sound of the lpcm chain ----
+extern uint32_t g_pcmBits;       // bits per channel of the sample's sound (0: not given)
+extern uint32_t g_pcmChannels;   // channels of the sample's sound
+// The raw format, rate and channel texts given to the muxer. A bit depth the
+// muxer has no name for keeps the previous format text.
+QString PcmFormatText(uint32_t bits, const QString& previous);
+QString PcmRateText(int64_t rate);
+QString PcmChannelText(uint32_t channels);
 
 // ---- Muxer command lines (each starts with MuxerPrefix()) ----
 QString MuxVideoAndAudioCommand(const QString& video, const QString& audio, const QString& out,
                                 const QString& rate = QString());
 QString MuxVideoOnlyCommand(const QString& video, const QString& out, const QString& rate = QString());
 QString RemuxDamagedCommand(const QString& input, const QString& name, bool withAudio);
+QString RemuxDamagedSowtCommand(const QString& input, const QString& out);
 QString MuxVideoAndPcmCommand(const QString& video, const QString& format, const QString& sampleRate,
                               const QString& channels, const QString& audio, const QString& out);
 
 // Frames per second from the sample's movie header: sample count over whole
 // seconds. Without a usable answer (no count, no time scale, under a second,
-// a rate of 0) the muxer's default of 30 is taken.
-int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale);
+// a rate of 0) fallback is taken: the muxer's default of 30 for H.264.
+int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale, int fallback = 30);
 // Rates 25..32 keep the first muxer run; all others get a second run.
 inline bool NeedsSecondRun(int rate) { return uint32_t(rate - 25) > 7; }

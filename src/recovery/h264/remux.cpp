@@ -1,5 +1,6 @@
 // Handing the recovered elementary streams (or a damaged file whose own index
 // is usable) to the external muxer, and the command lines it gets.
+#include "recovery/h264/bit_tools.h"
 #include "recovery/h264/h264_recovery.h"
 
 #include "core/muxer.h"
@@ -47,6 +48,7 @@ ChainPaths ChainPaths::in(const QString& workDir, const QString& input)
     p.audioText = workDir + QStringLiteral("/audio.txt");
     p.audio = workDir + QStringLiteral("/audio.aac");
     p.audioUnique = workDir + QStringLiteral("/AudioUNIQUEfile.txt");
+    p.pcm = workDir + QStringLiteral("/Audio.pcm");
     return p;
 }
 
@@ -84,15 +86,15 @@ QString MuxVideoAndPcmCommand(const QString& video, const QString& format, const
          + QStringLiteral(" -c:v copy -c:a aac -preset ultrafast ") + Quoted(out);
 }
 
-int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale)
+int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale, int fallback)
 {
     if (sampleCount == 0 || timescale == 0)
-        return 30;
+        return fallback;
     const uint32_t seconds = duration / timescale;
     if (seconds == 0)
-        return 30;   // a sample under one second has no whole-second rate
+        return fallback;   // a sample under one second has no whole-second rate
     const uint32_t rate = sampleCount / seconds;
-    return rate == 0 || rate > 1000 ? 30 : int(rate);
+    return rate == 0 || rate > 1000 ? fallback : int(rate);
 }
 
 void ThreadVideoRepair::H264PassFailed()
@@ -105,7 +107,7 @@ void ThreadVideoRepair::H264PassFailed()
 void ThreadVideoRepair::RemoveChainFiles(const ChainPaths& p)
 {
     for (const QString& f : {p.video, p.audio, p.videoText, p.audioText, p.indexing, p.videoUnique,
-                             p.audioUnique})
+                             p.audioUnique, p.pcm})
         QFile::remove(f);
 }
 
@@ -161,6 +163,59 @@ void ThreadVideoRepair::RemuxDamagedFile(const QString& inputPath)
     QFile::remove(out);
     RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
     g_hasSoundTrak = false;
+    g_muxerBusy = false;
+    if (!OutputReady(out) && !g_stopRequested)
+        H264PassFailed();
+}
+
+QString RemuxDamagedSowtCommand(const QString& input, const QString& out)
+{
+    return RemuxDamagedCommand(input, out, true);
+}
+
+void ThreadVideoRepair::RemuxDamagedFileLpcm(const QString& inputPath)
+{
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    const QString out = m_workDir + QLatin1Char('/') + m_fileName;
+    QFile::remove(out);
+    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
+    g_hasSoundTrak = false;
+    g_muxerBusy = false;
+    if (!OutputReady(out) && !g_stopRequested)
+        H264PassFailed();
+}
+
+void ThreadVideoRepair::RemuxDamagedFileSowt(const QString& inputPath)
+{
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    g_outputName = m_fileName;
+    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    QFile::remove(out);
+    RunMuxer(RemuxDamagedSowtCommand(inputPath, g_outputName), m_workDir);
+    QFile::remove(m_workDir + QStringLiteral("/videotext.txt"));
+    g_hasSoundTrak = false;
+    g_muxerBusy = false;
+    if (!OutputReady(out) && !g_stopRequested)
+        H264PassFailed();
+}
+
+void ThreadVideoRepair::MuxVideoAndPcm(const ChainPaths& p)
+{
+    // The last format the muxer was told; a bit depth it has no name for
+    // leaves it as it was.
+    static QString format = QStringLiteral("s24le");
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    g_outputName = m_fileName;
+    format = PcmFormatText(g_pcmBits, format);
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    QFile::remove(out);
+    RunMuxer(MuxVideoAndPcmCommand(p.video, format, PcmRateText(g_audioSampleRate), PcmChannelText(g_pcmChannels),
+                                   p.pcm, g_outputName),
+             m_workDir);
+    RemoveChainFiles(p);
     g_muxerBusy = false;
     if (!OutputReady(out) && !g_stopRequested)
         H264PassFailed();

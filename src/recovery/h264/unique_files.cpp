@@ -95,22 +95,19 @@ void ThreadVideoRepair::WriteAudioUniqueFile(FileWriter& video, const ChainPaths
 void ThreadVideoRepair::WriteVideoUniqueFileLpcm(FileWriter& video, const ChainPaths& p)
 {
     ReduceToUnique(p.videoText, p.videoUnique);
-    video.close();
-    RoutineMissing("ReadReferenceLpcmAudio");
-    RemoveChainFiles(p);
+    ReadReferenceLpcmAudio(video, p);
 }
 
 void ThreadVideoRepair::WriteAudioUniqueFileLpcm(FileWriter& video, const ChainPaths& p)
 {
     ReduceToUnique(p.audioText, p.audioUnique);
-    video.close();
-    RoutineMissing("ScanStreamsLpcm");
-    RemoveChainFiles(p);
+    ScanStreamsLpcm(video, p);
 }
 
 void ThreadVideoRepair::WriteVideoUniqueFileIndex(const ChainPaths& p)
 {
     ReduceToUnique(p.videoText, p.videoUnique);
-    RoutineMissing("ScanIndexSowt");
+    ScanIndexSowt(p.input, p.videoUnique);
+    // The index lines are all the rebuild needs.
     RemoveChainFiles(p);
 }

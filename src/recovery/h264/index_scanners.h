@@ -1,0 +1,76 @@
+#pragma once
+// Frame index scanners for H.264 files with uncompressed sound (sowt, twos).
+// Nothing is extracted: the scan walks the damaged file and reports where
+// pictures, sound and zero padding lie, one line per run, for the QuickTime
+// rebuild. Sound is whatever stands between two stretches of video.
+#include "recovery/h264/h264_recovery.h"
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+class ByteReader;
+
+// Values the index passes note in the sample's (or the file's own) tracks.
+extern uint32_t g_videoChunkEntries;    // entries of the video chunk table
+extern uint32_t g_audioChunkEntries;    // entries of the sound chunk table
+extern uint32_t g_nullTrackSampleSize;  // constant sample size of an nmhd track (0: none seen)
+
+struct IndexLine {
+    enum Kind { Video, Audio, Zero };
+    Kind kind;
+    uint64_t pos;
+    uint64_t size;
+    QString text() const;   // "AVC(Vide) at = 10 Size = 20" and the like
+};
+
+class IndexScanner {
+public:
+    using Sink = std::function<void(const IndexLine&)>;
+    IndexScanner(ByteReader& in, Sink sink);
+    void setProgress(std::function<void(unsigned)> progress) { m_progress = std::move(progress); }
+
+    // Sound is told from video by the sample's frame-start patterns. With
+    // audFirst the sample's frames open with an access unit delimiter, and the
+    // first frame is searched for by that marker.
+    void runSowt(const PatternSet& patterns, bool audFirst);
+    // No patterns: every picture opens with an access unit delimiter.
+    // gapSkip is the size of a timecode sample between media data.
+    void runTwos(uint32_t gapSkip);
+
+    // Audio runs shorter than this are left out of the index.
+    static constexpr uint64_t kMinAudioRun = 101;
+    // The first frame of a sowt file is looked for in this much of it.
+    static constexpr uint64_t kFirstFrameLimit = 0xA00000;
+
+    uint64_t videoLines() const { return m_videoLines; }
+    uint64_t audioLines() const { return m_audioLines; }
+    uint64_t zeroLines() const { return m_zeroLines; }
+
+private:
+    using UnitTest = bool (IndexScanner::*)(uint64_t) const;
+    using PositionTest = UnitTest;
+    bool sowtUnit(uint64_t pos) const;
+    bool twosUnit(uint64_t pos) const;
+    bool audAt(uint64_t pos) const;          // a delimiter with a picture unit behind it
+    bool audMarkerAt(uint64_t pos) const;    // the delimiter's five bytes alone
+    bool sowtFrameAt(uint64_t pos) const;    // pattern, length, and a unit where the length ends
+    bool sowtSoundEnds(uint64_t pos) const;
+    bool twosSoundEnds(uint64_t pos) const;
+    // First position in [from, to) whose first byte is zero and where test holds; to when none.
+    uint64_t findNext(uint64_t from, uint64_t to, PositionTest test) const;
+    uint64_t findNonZero(uint64_t from) const;
+    uint64_t walkVideo(uint64_t pos, UnitTest unit);
+    uint64_t zeroRun(uint64_t pos);
+    void audio(uint64_t start, uint64_t end);
+    void emitLine(IndexLine::Kind kind, uint64_t pos, uint64_t size);
+
+    ByteReader& m_in;
+    Sink m_sink;
+    std::function<void(unsigned)> m_progress;
+    const PatternSet* m_patterns = nullptr;
+    uint64_t m_size;
+    bool m_videoSeen = false;
+    unsigned m_lastPercent = ~0u;
+    uint64_t m_videoLines = 0, m_audioLines = 0, m_zeroLines = 0;
+};
