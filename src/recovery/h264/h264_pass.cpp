@@ -179,6 +179,8 @@ void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString&
     videoText.close();
     if (hevc)
         WriteHevcUniqueFile(video, paths);
+    else if (m_pcmChain)
+        WriteVideoUniqueFileLpcm(video, paths);
     else
         WriteVideoUniqueFile(video, paths);
     video.close();

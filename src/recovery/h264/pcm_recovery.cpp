@@ -144,7 +144,7 @@ public:
             if (!firstRun)
                 m_video.write(m_paramBlock);
             firstRun = false;
-            pos = videoRun(pos);
+            pos = frameAt(pos) ? videoRun(pos) : pos;
             pos = audioRun(pos);
         }
     }
@@ -202,18 +202,25 @@ private:
         return m_size;
     }
 
-    // Units while the chain holds; the unit whose successor fails is the
-    // last of the run and still goes out with its own length.
+    // A run opens on a frame (a learnt pattern) and goes on while the chain
+    // of lengths holds: the sample teaches the first units of its chunks, not
+    // every slice header, so later units are taken by their structure alone.
+    // The unit whose successor fails is the last of the run and still goes
+    // out with its own length.
     uint64_t videoRun(uint64_t pos)
     {
-        while (pos < m_size && unitAt(pos) && !g_stopRequested) {
+        bool first = true;
+        while (pos < m_size && !g_stopRequested) {
             const uint32_t length = m_in.be32(pos);
+            if (length == 0 || pos + 4 + length > m_size)
+                break;
+            if (!first && !IsNalStart(m_in, pos, NalStartSet::IndexScanBytes))
+                break;
+            first = false;
             m_video.write(kStartCode, 4);
             m_video.copyFrom(m_in, pos + 4, length);
             ++m_units;
             pos += 4 + uint64_t(length);
-            if (!IsNalStart(m_in, pos, NalStartSet::IndexScanBytes))
-                break;
         }
         return pos;
     }
