@@ -6,6 +6,7 @@
 #include "recovery/h264/bit_tools.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/stream_scanner.h"
+#include "recovery/hevc/hevc_tables.h"
 
 #include "core/code_search.h"
 #include "core/muxer.h"
@@ -25,35 +26,48 @@ const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
 
 void ThreadVideoRepair::ReadReferenceAudio(FileWriter& video, const ChainPaths& p)
 {
+    ReadSampleAudio(video, p, false);
+}
+
+void ThreadVideoRepair::ReadSampleAudio(FileWriter& video, const ChainPaths& p, bool hevc)
+{
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_audioOut.open(p.audio);
     FileWriter audioText;
     audioText.open(p.audioText);
     if (!g_hasSoundTrak) {
         audioText.close();
-        ScanStreams(video, p);
+        if (hevc)
+            ScanHevcStreams(video, p);
+        else
+            ScanStreams(video, p);
         return;
     }
     std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
     if (ref) {
         m_fileSize = g_inputSize = ref->size();
-        WalkSampleSound(*ref, audioText);
+        WalkSampleSound(*ref, audioText, hevc);
     }
     ref.reset();
     audioText.close();
-    WriteAudioUniqueFile(video, p);
+    if (hevc)
+        WriteHevcAudioUniqueFile(video, p);
+    else
+        WriteAudioUniqueFile(video, p);
 }
 
 // The sample's sound track: channels, rate, mean frame size, and the first
-// three bytes of every chunk.
-void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText)
+// three bytes of every chunk. An HEVC sample may hold a timed metadata
+// track (gmhd), which is neither.
+void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc)
 {
     const uint64_t size = r.size();
     m_pos = 4;
-    if (!WalkToMovie(r, m_pos, false))
+    if (!WalkToMovie(r, m_pos, false, nullptr, nullptr, hevc))
         return;
     m_inVideoTrak = m_inAudioTrak = false;
-    CodeSearch mediaHeader({C("vmhd"), C("smhd")});
+    CodeSearch mediaHeader = hevc ? CodeSearch({C("vmhd"), C("smhd"), C("gmhd")})
+                                  : CodeSearch({C("vmhd"), C("smhd")});
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
         if (code == C("trak")) {
@@ -62,8 +76,9 @@ void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText)
             const int64_t hit = mediaHeader.next(r, m_pos);
             if (hit >= 0) {
                 m_pos = uint64_t(hit);
-                m_inVideoTrak = r.be32(m_pos) == C("vmhd");
-                m_inAudioTrak = !m_inVideoTrak;
+                const uint32_t kind = r.be32(m_pos);
+                m_inVideoTrak = kind == C("vmhd");
+                m_inAudioTrak = kind == C("smhd");
             }
         }
         if (m_inVideoTrak && code == C("stsc"))
@@ -74,9 +89,9 @@ void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText)
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
             } else if (code == C("stsz")) {
-                ReadAudioFrameSizes(r, m_pos);
+                ReadAudioFrameSizes(r, m_pos, hevc);
             } else if (code == C("stco") || code == C("co64")) {
-                SampleAudioStarts(r, m_pos, code == C("co64"), audioText);
+                SampleAudioStarts(r, m_pos, code == C("co64"), audioText, hevc);
                 m_inAudioTrak = false;
                 return;
             } else if (code == C("mdat")) {
@@ -89,7 +104,8 @@ void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText)
 
 // stsz of the sound track (code at pos): the count, and the mean size. A
 // table with one size for all samples has no entries; its size is the mean.
-void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
+// In an HEVC sample a single sound sample gives no mean.
+void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
 {
     const uint32_t constant = r.be32(pos + 8);
     g_audioSampleCount = r.be32(pos + 12);
@@ -99,6 +115,8 @@ void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
         g_averageAudioFrame = constant;
         return;
     }
+    if (hevc && g_audioSampleCount < 2)
+        return;
     const uint64_t first = pos + 16;
     const uint64_t room = first < r.size() ? (r.size() - first) / 4 : 0;
     const uint64_t count = std::min<uint64_t>(g_audioSampleCount, room);
@@ -109,9 +127,11 @@ void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
 }
 
 // The chunk table of the sound track (code at pos): the first three bytes of
-// each chunk, then the fixed record. Offsets outside the file are passed
-// over: their zero fill would teach the scanner a pattern of zeros.
-void ThreadVideoRepair::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText)
+// each chunk, then the fixed record (for HEVC samples, the table of frame
+// starts such cameras write). Offsets outside the file are passed over:
+// their zero fill would teach the scanner a pattern of zeros.
+void ThreadVideoRepair::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText,
+                                          bool hevc)
 {
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
@@ -124,7 +144,10 @@ void ThreadVideoRepair::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide
         if (c < size && size - c >= 3)
             audioText.write(r.view(c, 3), 3);
     }
-    audioText.write(kFixedRecord, 3);
+    if (hevc)
+        audioText.write(HevcAacStartTable, sizeof HevcAacStartTable);
+    else
+        audioText.write(kFixedRecord, 3);
     m_pos = pos;
 }
 
@@ -148,9 +171,9 @@ StreamScanner::State StreamScanner::audioState()
         }
         if (isUnit(m_pos)) {
             const uint32_t c = m_in.be32(m_pos);
-            if (c != 0) {
+            if (c != 0 && !standAloneShortUnit(c)) {
                 const uint64_t next = m_pos + 4 + c;
-                if (isUnit(next)) {
+                if (isSuccessor(next)) {
                     writeAudioFrame(m_pos);
                     ++m_audioRunCount;
                     return State::Video;

@@ -13,6 +13,10 @@ enum class NalStartSet {
     VideoOnlyFirstBytes,
     VideoOnlyBytes,
     IndexScanBytes,
+    // HEVC: b4 is the first byte of the two-byte NAL unit header.
+    HevcReferenceBytes,   // chunks of a sample; successors in a chain
+    HevcOwnIndexBytes,    // first chunk of a damaged file's own table
+    HevcStreamBytes,      // a unit opened by the stream scanner
 };
 
 // True when the four bytes at position are a plausible length (first byte 0)

@@ -29,15 +29,20 @@ bool IsInterleavedAtom(uint32_t code, bool withFtyp)
 }
 
 StreamScanner::StreamScanner(ByteReader& in, FileWriter& video, FileWriter* audio,
-                             const PatternSet& audioPatterns, QByteArray paramBlock)
+                             const PatternSet& audioPatterns, QByteArray paramBlock, NalScanRules rules)
     : m_in(in), m_video(video), m_audio(audio), m_patterns(audioPatterns),
-      m_paramBlock(std::move(paramBlock)), m_size(in.size())
+      m_paramBlock(std::move(paramBlock)), m_rules(rules), m_size(in.size())
 {
 }
 
 bool StreamScanner::isUnit(uint64_t pos) const
 {
-    return IsNalStart(m_in, pos, audioMode() ? NalStartSet::StreamBytes : NalStartSet::VideoOnlyBytes);
+    return IsNalStart(m_in, pos, audioMode() ? m_rules.audioUnit : m_rules.videoOnlyUnit);
+}
+
+bool StreamScanner::isSuccessor(uint64_t pos) const
+{
+    return m_rules.ownSuccessorSet ? IsNalStart(m_in, pos, m_rules.successor) : isUnit(pos);
 }
 
 void StreamScanner::run()
@@ -84,7 +89,8 @@ void StreamScanner::leadingWalk()
 
 StreamScanner::State StreamScanner::firstFrame()
 {
-    const NalStartSet set = audioMode() ? NalStartSet::StreamFirstBytes : NalStartSet::VideoOnlyFirstBytes;
+    const NalStartSet set = audioMode() ? m_rules.audioFirst : m_rules.videoOnlyFirst;
+    const NalStartSet successorSet = m_rules.ownSuccessorSet ? m_rules.successor : set;
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
@@ -94,7 +100,8 @@ StreamScanner::State StreamScanner::firstFrame()
         }
         if (IsNalStart(m_in, m_pos, set)) {
             const uint32_t length = m_in.be32(m_pos);
-            if (length != 0 && IsNalStart(m_in, m_pos + 4 + length, set)) {
+            if (length != 0 && !standAloneShortUnit(length)
+                && IsNalStart(m_in, m_pos + 4 + length, successorSet)) {
                 atomCheck();
                 return State::Video;
             }
@@ -162,8 +169,13 @@ StreamScanner::State StreamScanner::videoState()
             ++m_pos;
             continue;
         }
+        if (standAloneShortUnit(length)) {
+            writeUnit(m_pos, length);
+            m_pos += 6;
+            continue;
+        }
         const uint64_t next = m_pos + 4 + length;
-        if (isUnit(next) || next == m_size) {
+        if (isSuccessor(next) || next == m_size) {
             // A unit that ends exactly at the end of the file is whole.
             writeUnit(m_pendingStart, length);
             m_pos = next;
@@ -204,7 +216,11 @@ StreamScanner::State StreamScanner::resync()
                 break;
             }
             const uint64_t next = m_pos + 4 + c;
-            if (isUnit(next)) {
+            if (standAloneShortUnit(c)) {
+                ++m_pos;
+                continue;
+            }
+            if (isSuccessor(next)) {
                 ++m_frameGapCount;
                 writeUnit(m_pendingStart, m_pendingLength);
                 return State::Video;
@@ -250,10 +266,15 @@ void StreamScanner::videoOnly()
             ++m_pos;
             continue;
         }
+        if (standAloneShortUnit(length)) {
+            writeUnit(m_pos, length);
+            m_pos += 6;
+            continue;
+        }
         m_pendingStart = m_pos;
         m_pendingLength = length;
         const uint64_t next = m_pos + 4 + length;
-        if (isUnit(next) || next == m_size) {
+        if (isSuccessor(next) || next == m_size) {
             writeUnit(m_pendingStart, length);
             m_pos = next;
             continue;
@@ -273,7 +294,7 @@ void StreamScanner::videoOnly()
             }
             if (isUnit(m_pos)) {
                 const uint32_t c = m_in.be32(m_pos);
-                if (c != 0 && isUnit(m_pos + 4 + c)) {
+                if (c != 0 && !standAloneShortUnit(c) && isSuccessor(m_pos + 4 + c)) {
                     writeUnit(m_pendingStart, m_pendingLength);
                     break;
                 }
@@ -294,6 +315,18 @@ void StreamScanner::videoOnly()
 
 void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
 {
+    bool audioMode = false;
+    if (!ScanChainStreams(video, p, NalScanRules::h264(), audioMode))
+        return;
+    if (audioMode)
+        MuxVideoAndAudio(p);
+    else
+        MuxVideoOnly(p);
+}
+
+bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules,
+                                         bool& audioMode)
+{
     QByteArray paramBlock;
     {
         QFile indexing(p.indexing);
@@ -303,7 +336,7 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
     g_remuxed = true;
     Q_EMIT SetProgressBarRange(100);
 
-    bool audioMode = g_hasSoundTrak;
+    audioMode = g_hasSoundTrak;
     if (audioMode && !AdtsRateSupported(g_audioSampleRate)) {
         // AAC at a rate that an ADTS header can't name can't be handed to the
         // muxer: the file still gets its video.
@@ -318,7 +351,7 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
     std::unique_ptr<ByteReader> in = OpenReadOnly(p.input);
     if (in) {
         m_fileSize = in->size();
-        StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock);
+        StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, rules);
         scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
         QElapsedTimer clock;
         clock.start();
@@ -344,10 +377,7 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
         RemoveChainFiles(p);
         if (!g_stopRequested)
             H264PassFailed();
-        return;
+        return false;
     }
-    if (audioMode)
-        MuxVideoAndAudio(p);
-    else
-        MuxVideoOnly(p);
+    return true;
 }

@@ -14,12 +14,32 @@
 class ByteReader;
 class FileWriter;
 
+// Which header bytes the scanner takes where: the unit at the scan position
+// (first frame, then chain), per mode, and the successor that a unit's length
+// points at. The H.264 rules test the successor with the unit's set.
+struct NalScanRules {
+    NalStartSet audioFirst, audioUnit, videoOnlyFirst, videoOnlyUnit;
+    bool ownSuccessorSet;      // successors are tested with `successor`
+    NalStartSet successor;
+    bool shortUnitsStandAlone; // a unit of length 2 is written without chaining
+    static NalScanRules h264()
+    {
+        return {NalStartSet::StreamFirstBytes, NalStartSet::StreamBytes, NalStartSet::VideoOnlyFirstBytes,
+                NalStartSet::VideoOnlyBytes, false, NalStartSet::StreamBytes, false};
+    }
+    static NalScanRules hevc()
+    {
+        return {NalStartSet::HevcStreamBytes, NalStartSet::HevcStreamBytes, NalStartSet::HevcStreamBytes,
+                NalStartSet::HevcStreamBytes, true, NalStartSet::HevcReferenceBytes, true};
+    }
+};
+
 class StreamScanner {
 public:
     // audio is null in video-only mode. progress receives whole percentages
     // of the input, each one once.
     StreamScanner(ByteReader& in, FileWriter& video, FileWriter* audio, const PatternSet& audioPatterns,
-                  QByteArray paramBlock);
+                  QByteArray paramBlock, NalScanRules rules = NalScanRules::h264());
     void setProgress(std::function<void(unsigned)> progress) { m_progress = std::move(progress); }
 
     void run();
@@ -37,6 +57,11 @@ private:
 
     bool audioMode() const { return m_audio != nullptr; }
     bool isUnit(uint64_t pos) const;       // NAL start under the main set of this mode
+    bool isSuccessor(uint64_t pos) const;  // the unit a length points at
+    // A bare two-byte header (HEVC end of sequence and the like) has too
+    // little behind it to test a successor: it is written as it stands and
+    // the scan goes on behind it.
+    bool standAloneShortUnit(uint32_t length) const { return m_rules.shortUnitsStandAlone && length == 2; }
     void leadingWalk();
     State firstFrame();
     void atomCheck();
@@ -53,6 +78,7 @@ private:
     FileWriter* m_audio;
     const PatternSet& m_patterns;
     QByteArray m_paramBlock;
+    NalScanRules m_rules;
     std::function<void(unsigned)> m_progress;
     uint64_t m_size;
 

@@ -1,10 +1,275 @@
-// Placeholder until this routine is built: the file gets a negative verdict.
+// The HEVC repair pass and its chain. It runs the H.264 chain's stages with
+// what HEVC changes: parameter sets from hvcC (VPS, SPS, PPS), the two-byte
+// NAL unit header in every byte test, the chain of units of every chunk of
+// the sample, wider tables of frame starts, and muxer runs at a default of
+// 25 frames per second.
+#include "recovery/h264/h264_recovery.h"
+#include "recovery/h264/nal_sets.h"
+#include "recovery/h264/stream_scanner.h"
+#include "recovery/hevc/hevc_tables.h"
+
+#include "core/code_search.h"
+#include "core/muxer.h"
 #include "core/thread_video_repair.h"
 
-static void FailPass(ThreadVideoRepair* t, const char* name)
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
+
+const char kStartCode[4] = {0, 0, 0, 1};
+
+// HEVC cameras record at 25 frames per second far more often than at 30.
+constexpr int kHevcDefaultRate = 25;
+
+// The damaged file's own chunk table (first entry at first) is usable when
+// its first chunk opens on an HEVC unit that a decoder can start from. Each
+// entry but the last is looked at; the first that isn't a unit ends the test,
+// as a refusal only when it is the first entry.
+bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t count)
 {
-    t->RoutineMissing(name);
-    Q_EMIT t->WriteStatus(false, false, t->m_fileName, false);
+    const unsigned width = wide ? 8 : 4;
+    const uint64_t room = first < r.size() ? (r.size() - first) / width : 0;
+    const uint64_t entries = std::min<uint64_t>(count, room);
+    for (uint64_t i = 0; i + 1 < entries && !g_stopRequested; ++i) {
+        const uint64_t at = first + i * width;
+        const uint64_t c = wide ? r.be64(at) : r.be32(at);
+        uint8_t b[6];
+        std::copy_n(r.view(c, 6), 6, b);
+        if (b[0] != 0)
+            return false;
+        if (!IsNalStartBytes(b, NalStartSet::HevcOwnIndexBytes))
+            return i != 0;
+    }
+    return !g_stopRequested;
 }
-void ThreadVideoRepair::RepairHevcAac(const QString&, const QString&) { FailPass(this, "RepairHevcAac"); }
-void ThreadVideoRepair::RepairHevcLpcm(const QString&, const QString&) { FailPass(this, "RepairHevcLpcm"); }
+
+void MuxHevcOnce(ThreadVideoRepair& t, const ChainPaths& p,
+                 const std::function<QString(const QString& out, const QString& rate)>& command)
+{
+    g_muxerBusy = true;
+    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale, kHevcDefaultRate);
+    g_remuxed = g_remuxRan = true;
+    g_outputName = t.m_fileName;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    const QString out = t.m_workDir + QLatin1Char('/') + g_outputName;
+    QFile::remove(out);   // the muxer would ask before overwriting, and nobody answers
+    // One run: the rate is known before it, so no run at a fixed rate first.
+    RunMuxer(command(g_outputName, QString::number(g_frameRate)), t.m_workDir);
+    t.RemoveChainFiles(p);
+    g_muxerBusy = false;
+    const QFileInfo info(out);
+    if (!(info.isFile() && info.size() > 0) && !g_stopRequested)
+        t.H264PassFailed();
+}
+
+} // namespace
+
+void ThreadVideoRepair::RepairHevcAac(const QString& inputPath, const QString& referencePath)
+{
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    if (!g_referenceMode)
+        RemuxHevcFromOwnIndex(inputPath);
+    else
+        LearnFromSample(inputPath, referencePath, true);
+    g_muxerBusy = false;
+}
+
+void ThreadVideoRepair::RepairHevcLpcm(const QString&, const QString&)
+{
+    RoutineMissing("RepairHevcLpcm");
+    Q_EMIT WriteStatus(false, false, m_fileName, false);
+}
+
+void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
+{
+    m_inAudioTrak = false;
+    m_inVideoTrak = false;
+    std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
+    if (!file) {
+        H264PassFailed();
+        return;
+    }
+    ByteReader& r = *file;
+    const uint64_t size = r.size();
+    g_inputSize = size;
+    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+
+    m_pos = 4;
+    if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, true)) {
+        H264PassFailed();
+        return;
+    }
+    m_moovPos = m_pos;
+    m_moovSize = r.be32(m_pos - 4);
+    // The muxer is asked to copy sound only when the movie has a sound track.
+    const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {C("smhd")}) >= 0;
+
+    CodeSearch vmhd({C("vmhd")});
+    while (m_pos < size && !g_stopRequested) {
+        const uint32_t code = r.be32(m_pos);
+        if (code == C("trak")) {
+            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_trakPos = m_pos;
+            const int64_t hit = vmhd.next(r, m_pos);
+            if (hit < 0)
+                break;
+            m_pos = uint64_t(hit);
+            m_inVideoTrak = true;
+            m_inAudioTrak = false;
+        }
+        if (m_inVideoTrak && (code == C("stco") || code == C("co64"))) {
+            g_chunkCount = r.be32(m_pos + 8);
+            if (g_chunkCount < 2) {
+                m_inVideoTrak = false;
+            } else {
+                if (!OwnChunkTableUsable(r, m_pos + 12, code == C("co64"), g_chunkCount))
+                    break;
+                g_hasSoundTrak = sound;
+                file.reset();
+                RemuxDamagedHevcFile(inputPath);
+                return;
+            }
+        }
+        ++m_pos;
+    }
+    if (!g_stopRequested)
+        H264PassFailed();
+}
+
+void ThreadVideoRepair::RemuxDamagedHevcFile(const QString& inputPath)
+{
+    RemuxDamagedFile(inputPath);
+}
+
+// The arrays of the box are read by their own counts and lengths, within the
+// box and the file, so that any order of the arrays gives the sets in the
+// order a decoder needs: VPS, SPS, PPS. Of an array with several units the
+// first is taken.
+bool ThreadVideoRepair::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video,
+                                              FileWriter& indexing)
+{
+    if (pos < 4)
+        return false;
+    const uint64_t boxStart = pos - 4;
+    const uint32_t boxSize = r.be32(boxStart);
+    const uint64_t boxEnd = std::min<uint64_t>(boxSize >= 8 ? boxStart + boxSize : r.size(), r.size());
+    // Code, 22 bytes of configuration, count of arrays.
+    const unsigned arrays = r.u8(pos + 26);
+    uint64_t at = pos + 27;
+    uint64_t setPos[3] = {};
+    uint16_t setLength[3] = {};
+    for (unsigned a = 0; a < arrays && at + 3 <= boxEnd; ++a) {
+        const unsigned type = r.u8(at) & 0x3F;
+        const unsigned units = r.be16(at + 1);
+        at += 3;
+        for (unsigned u = 0; u < units; ++u) {
+            if (at + 2 > boxEnd)
+                return false;
+            const uint16_t length = r.be16(at);
+            at += 2;
+            if (at + length > boxEnd)
+                return false;   // a unit cut off by the end of the box
+            const unsigned k = type - 32;   // 32 VPS, 33 SPS, 34 PPS
+            if (k < 3 && setLength[k] == 0) {
+                setPos[k] = at;
+                setLength[k] = length;
+            }
+            at += length;
+        }
+    }
+    if (setLength[0] == 0 || setLength[1] == 0 || setLength[2] == 0)
+        return false;
+    for (int k = 0; k < 3; ++k) {
+        for (FileWriter* w : {&video, &indexing}) {
+            w->write(kStartCode, 4);
+            w->copyFrom(r, setPos[k], setLength[k]);
+        }
+    }
+    return true;
+}
+
+// Every chunk of the table is followed through its chain of units; the three
+// bytes behind each unit's length (header and first payload byte) are noted,
+// the first unit of a chunk twice. The slice start table follows.
+void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
+{
+    const uint64_t size = r.size();
+    const unsigned width = wide ? 8 : 4;
+    g_chunkCount = r.be32(pos + 8);
+    pos += 12;
+    const uint64_t room = pos < size ? (size - pos) / width : 0;
+    const uint64_t count = std::min<uint64_t>(g_chunkCount, room);
+    auto record = [&](uint64_t at) { videoText.write(r.view(at + 4, 3), 3); };
+    // A unit takes at least five bytes, so a file can't hold more steps than
+    // this; chunks that point into each other can't make the walk quadratic.
+    uint64_t steps = size / 5 + count;
+    for (uint64_t i = 0; count >= 2 && i < count && !g_stopRequested; ++i) {
+        uint64_t c = wide ? r.be64(pos + i * width) : r.be32(pos + i * width);
+        if (c == 0 || c >= size)
+            continue;
+        if (IsNalStart(r, c, NalStartSet::HevcReferenceBytes))
+            record(c);
+        while (c < size && steps > 0) {
+            --steps;
+            const uint32_t length = r.be32(c);
+            if (length == 0)
+                break;
+            const uint64_t next = c + 4 + length;
+            record(c);
+            if (!IsNalStart(r, next, NalStartSet::HevcReferenceBytes))
+                break;
+            c = next;
+        }
+    }
+    videoText.write(HevcSliceStartTable, sizeof HevcSliceStartTable);
+    m_inVideoTrak = false;
+    m_pos = pos + count * width;
+}
+
+void ThreadVideoRepair::WriteHevcUniqueFile(FileWriter& video, const ChainPaths& p)
+{
+    ReduceToUnique(p.videoText, p.videoUnique);
+    ReadHevcReferenceAudio(video, p);
+}
+
+void ThreadVideoRepair::ReadHevcReferenceAudio(FileWriter& video, const ChainPaths& p)
+{
+    ReadSampleAudio(video, p, true);
+}
+
+void ThreadVideoRepair::WriteHevcAudioUniqueFile(FileWriter& video, const ChainPaths& p)
+{
+    ReduceToUnique(p.audioText, p.audioUnique);
+    ScanHevcStreams(video, p);
+}
+
+void ThreadVideoRepair::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
+{
+    bool audioMode = false;
+    if (!ScanChainStreams(video, p, NalScanRules::hevc(), audioMode))
+        return;
+    if (audioMode)
+        MuxHevcVideoAndAudio(p);
+    else
+        MuxHevcVideoOnly(p);
+}
+
+void ThreadVideoRepair::MuxHevcVideoAndAudio(const ChainPaths& p)
+{
+    MuxHevcOnce(*this, p, [&p](const QString& out, const QString& rate) {
+        return MuxVideoAndAudioCommand(p.video, p.audio, out, rate);
+    });
+}
+
+void ThreadVideoRepair::MuxHevcVideoOnly(const ChainPaths& p)
+{
+    MuxHevcOnce(*this, p,
+                [&p](const QString& out, const QString& rate) { return MuxVideoOnlyCommand(p.video, out, rate); });
+}

@@ -1,0 +1,152 @@
+// End to end through the batch runner: HEVC (hvc1) + AAC files whose movie
+// was lost, repaired from a separate sample made with the same settings;
+// healthy HEVC files remuxed on the first pass; bad pairings end in a
+// verdict. The input is never changed.
+#include "support/test_videos.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QtTest>
+
+using namespace testvideo;
+
+namespace {
+
+// Eight seconds of 320x240 HEVC at 25 frames per second, a key frame every
+// 25 frames, AAC 48 kHz stereo. The sample differs only in its picture.
+QString HevcClip(const QString& suffix, bool sample, bool audio = true)
+{
+    QStringList a = lavfiVideo(8, QStringLiteral("320x240"), 25);
+    if (audio)
+        a << lavfiAudio(8, 48000);
+    a << QStringLiteral("-vf") << QStringLiteral("hue=h=%1").arg(sample ? 90 : 0) << QStringLiteral("-c:v")
+      << QStringLiteral("libx265") << QStringLiteral("-preset") << QStringLiteral("ultrafast")
+      << QStringLiteral("-x265-params") << QStringLiteral("log-level=error:keyint=25")
+      << QStringLiteral("-tag:v") << QStringLiteral("hvc1") << QStringLiteral("-pix_fmt")
+      << QStringLiteral("yuv420p");
+    if (audio)
+        a << QStringLiteral("-c:a") << QStringLiteral("aac") << QStringLiteral("-ac") << QStringLiteral("2")
+          << QStringLiteral("-b:a") << QStringLiteral("128k");
+    return make(QStringLiteral("hevc_%1%2.%3")
+                    .arg(sample ? QStringLiteral("sample") : QStringLiteral("clip"),
+                         audio ? QString() : QStringLiteral("_mute"), suffix),
+                a);
+}
+
+// Frames of the first stream of a kind ("a:0") that decode, or -1.
+int DecodedFrames(const QString& path, const QString& stream)
+{
+    QByteArray out;
+    if (run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-count_frames"),
+                                        QStringLiteral("-select_streams"), stream, QStringLiteral("-show_entries"),
+                                        QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"),
+                                        QStringLiteral("csv=p=0"), path},
+            &out) != 0)
+        return -1;
+    bool ok = false;
+    const int n = out.trimmed().split('\n').value(0).split(',').value(0).toInt(&ok);
+    return ok ? n : -1;
+}
+
+} // namespace
+
+class TestHevcE2e : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+    // First pass on the damaged copy, then the pass with the sample. Returns
+    // the output's path ("" when none was made).
+    QString repair(const QByteArray& damaged, const QString& name, const QString& sample, bool* firstPassRepaired)
+    {
+        const QString in = m_dir + QLatin1Char('/') + name;
+        writeAll(in, damaged);
+        const QString before = sha256(in);
+        const BatchResult first = runBatch({QStringLiteral("--quiet"), in});
+        *firstPassRepaired = !first.verdicts().isEmpty() && first.verdicts().last().value("repaired").toBool();
+        const BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
+        [&] { QCOMPARE(sha256(in), before); }();
+        [&] { QVERIFY2(!second.verdicts().isEmpty(), "no verdict"); }();
+        const QList<QJsonObject> v = second.verdicts();
+        if (v.isEmpty() || !v.last().value("repaired").toBool())
+            return QString();
+        const QJsonArray outputs = second.end().value("outputs").toArray();
+        return outputs.isEmpty() ? QString() : outputs.first().toString();
+    }
+
+private Q_SLOTS:
+    void init() { m_dir = freshDir(QStringLiteral("hevce2e")); }
+    void cleanup() { QDir(m_dir).removeRecursively(); }
+
+    void healthyFilesAreRemuxedWithoutSample_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::newRow("mp4") << QStringLiteral("mp4");
+        QTest::newRow("mov") << QStringLiteral("mov");
+    }
+    void healthyFilesAreRemuxedWithoutSample()
+    {
+        QFETCH(QString, suffix);
+        const QString clip = HevcClip(suffix, false);
+        QVERIFY(!clip.isEmpty());
+        const QString in = m_dir + QStringLiteral("/healthy.") + suffix;
+        QVERIFY(QFile::copy(clip, in));
+        const BatchResult r = runBatch({QStringLiteral("--quiet"), in});
+        QCOMPARE(r.verdicts().size(), 1);
+        QVERIFY(r.verdicts().first().value("repaired").toBool());
+        const QString out = m_dir + QStringLiteral("/Repaired/healthy.") + suffix;
+        QCOMPARE(DecodedFrames(out, QStringLiteral("v:0")), DecodedFrames(clip, QStringLiteral("v:0")));
+        QCOMPARE(DecodedFrames(out, QStringLiteral("a:0")), DecodedFrames(clip, QStringLiteral("a:0")));
+    }
+
+    void lostMovieRepairedFromSample_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<bool>("audio");
+        QTest::newRow("mp4, movie cut off") << QStringLiteral("mp4") << true;
+        QTest::newRow("mov, movie cut off") << QStringLiteral("mov") << true;
+        QTest::newRow("mov, no sound") << QStringLiteral("mov") << false;
+    }
+    void lostMovieRepairedFromSample()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(bool, audio);
+        const QString clip = HevcClip(suffix, false, audio);
+        const QString sample = HevcClip(suffix, true, audio);
+        QVERIFY(!clip.isEmpty() && !sample.isEmpty());
+        QByteArray bytes = readAll(clip);
+        cutMoov(bytes);
+        const int expected = DecodedFrames(clip, QStringLiteral("v:0"));
+
+        bool firstPass = true;
+        const QString out = repair(bytes, QStringLiteral("clip.") + suffix, sample, &firstPass);
+        QVERIFY2(!firstPass, "a file without its movie waits for a sample");
+        QVERIFY2(!out.isEmpty(), "the pass with the sample made no file");
+        const int frames = DecodedFrames(out, QStringLiteral("v:0"));
+        qInfo("%s: %d of %d video frames", QTest::currentDataTag(), frames, expected);
+        QVERIFY2(frames >= 0.9 * expected, qPrintable(QStringLiteral("%1 of %2").arg(frames).arg(expected)));
+        if (audio) {
+            const int audioFrames = DecodedFrames(out, QStringLiteral("a:0"));
+            const double seconds = audioFrames * 1024.0 / 48000.0;
+            qInfo("%s: %.2f s of sound (%d frames)", QTest::currentDataTag(), seconds, audioFrames);
+            QVERIFY(seconds >= 4.0);
+        }
+    }
+
+    // An HEVC sample for a damaged H.264 file: the passes follow the sample,
+    // find nothing they can use, and end in a verdict.
+    void hevcSampleForH264FileEndsInVerdict()
+    {
+        const QString clip = h264Aac(QStringLiteral("mp4"));
+        const QString sample = HevcClip(QStringLiteral("mp4"), true);
+        QVERIFY(!clip.isEmpty() && !sample.isEmpty());
+        QByteArray bytes = readAll(clip);
+        cutMoov(bytes);
+        bool firstPass = true;
+        repair(bytes, QStringLiteral("h264.mp4"), sample, &firstPass);
+        QVERIFY(!firstPass);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHevcE2e)
+#include "test_hevc_e2e.moc"
