@@ -197,7 +197,9 @@ bool ThreadVideoRepair::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileW
 
 // Every chunk of the table is followed through its chain of units; the three
 // bytes behind each unit's length (header and first payload byte) are noted,
-// the first unit of a chunk twice. The slice start table follows.
+// the first unit of a chunk twice. A chain that runs into the next chunk of
+// the table stops there, as that entry walks on from it: the walk over
+// contiguous chunks stays linear. The slice start table follows.
 void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
 {
     const uint64_t size = r.size();
@@ -210,8 +212,10 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
     // A unit takes at least five bytes, so a file can't hold more steps than
     // this; chunks that point into each other can't make the walk quadratic.
     uint64_t steps = size / 5 + count;
+    auto entry = [&](uint64_t i) { return wide ? r.be64(pos + i * width) : r.be32(pos + i * width); };
     for (uint64_t i = 0; count >= 2 && i < count && !g_stopRequested; ++i) {
-        uint64_t c = wide ? r.be64(pos + i * width) : r.be32(pos + i * width);
+        uint64_t c = entry(i);
+        const uint64_t nextChunk = i + 1 < count ? entry(i + 1) : 0;
         if (c == 0 || c >= size)
             continue;
         if (IsNalStart(r, c, NalStartSet::HevcReferenceBytes))
@@ -223,7 +227,7 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
                 break;
             const uint64_t next = c + 4 + length;
             record(c);
-            if (!IsNalStart(r, next, NalStartSet::HevcReferenceBytes))
+            if (next == nextChunk || !IsNalStart(r, next, NalStartSet::HevcReferenceBytes))
                 break;
             c = next;
         }
