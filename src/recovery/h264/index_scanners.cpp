@@ -242,11 +242,14 @@ uint64_t IndexScanner::zeroRun(uint64_t pos)
             emitLine(IndexLine::Zero, zeroStart, m_size - zeroStart);
             return m_size;
         }
+        // The run's last zero bytes may belong to what follows it. Markers
+        // are the more specific test, so they are looked for first.
+        const uint64_t first = std::max(pos, z >= 3 ? z - 3 : 0);
         bool passedClur = false;
-        for (uint64_t s = std::max(pos, z >= 3 ? z - 3 : 0); s <= z; ++s) {
+        for (uint64_t s = first; s <= z && !passedClur; ++s) {
             uint8_t b[8];
             std::memcpy(b, m_in.view(s, 8), 8);
-            if (sowtUnit(s) || IsGapMarker(b, false)) {
+            if (IsGapMarker(b, false)) {
                 if (s > zeroStart)
                     emitLine(IndexLine::Zero, zeroStart, s - zeroStart);
                 return s;
@@ -254,7 +257,13 @@ uint64_t IndexScanner::zeroRun(uint64_t pos)
             if (IsClur(b)) {
                 pos = s + 8;
                 passedClur = true;
-                break;
+            }
+        }
+        for (uint64_t s = first; s <= z && !passedClur; ++s) {
+            if (sowtUnit(s)) {
+                if (s > zeroStart)
+                    emitLine(IndexLine::Zero, zeroStart, s - zeroStart);
+                return s;
             }
         }
         if (!passedClur) {
