@@ -133,6 +133,55 @@ private Q_SLOTS:
         }
     }
 
+    // A healthy file whose first video chunk opens with a CRA unit (type 21)
+    // is refused without a sample: its own index isn't trusted.
+    void ownIndexOpeningWithTypeTwentyOneIsRefused()
+    {
+        const QString clip = HevcClip(QStringLiteral("mp4"), false);
+        QVERIFY(!clip.isEmpty());
+        QByteArray bytes = readAll(clip);
+        const qint64 mdat = findTopLevelAtom(bytes, "mdat");
+        QVERIFY(mdat > 0);
+        QCOMPARE(bytes.at(int(mdat + 8)), '\0');
+        bytes[int(mdat + 8 + 4)] = char(0x2A);   // first unit of the first chunk
+        const QString in = m_dir + QStringLiteral("/cra.mp4");
+        writeAll(in, bytes);
+        const BatchResult r = runBatch({QStringLiteral("--quiet"), in});
+        QVERIFY(!r.verdicts().isEmpty());
+        for (const QJsonObject& v : r.verdicts())
+            QVERIFY(!v.value("repaired").toBool());
+    }
+
+    // Samples whose hvcC lies: unit counts past the box, a box cut short.
+    // The pass goes on with what it learnt and ends in a verdict.
+    void brokenHvcCInSampleEndsInVerdict_data()
+    {
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("VPS count 65535") << 28 << QByteArray::fromHex("ffff");
+        QTest::newRow("box size 30") << -4 << QByteArray::fromHex("0000001e");
+        QTest::newRow("no arrays") << 26 << QByteArray::fromHex("00");
+    }
+    void brokenHvcCInSampleEndsInVerdict()
+    {
+        QFETCH(int, offset);
+        QFETCH(QByteArray, bytes);
+        const QString clip = HevcClip(QStringLiteral("mov"), false);
+        const QString good = HevcClip(QStringLiteral("mov"), true);
+        QVERIFY(!clip.isEmpty() && !good.isEmpty());
+        QByteArray sampleBytes = readAll(good);
+        const int hvcC = sampleBytes.indexOf("hvcC");
+        QVERIFY(hvcC > 0);
+        sampleBytes.replace(hvcC + offset, bytes.size(), bytes);
+        const QString sample = m_dir + QStringLiteral("/broken_sample.mov");
+        writeAll(sample, sampleBytes);
+        QByteArray damaged = readAll(clip);
+        cutMoov(damaged);
+        bool firstPass = true;
+        repair(damaged, QStringLiteral("clip.mov"), sample, &firstPass);
+        QVERIFY(!firstPass);
+    }
+
     // An HEVC sample for a damaged H.264 file: the passes follow the sample,
     // find nothing they can use, and end in a verdict.
     void hevcSampleForH264FileEndsInVerdict()
