@@ -75,6 +75,8 @@ class TestPcmE2e : public QObject {
     Q_OBJECT
     QString m_dir;
 
+    // A pass that fails says so at once, and the driver gives its verdict
+    // behind it: the last verdict is the file's.
     QString output(const BatchResult& r)
     {
         const QList<QJsonObject> v = r.verdicts();
@@ -177,7 +179,7 @@ private Q_SLOTS:
         const QString oddPath = m_dir + QStringLiteral("/odd_sample.mov");
         QVERIFY(writeAll(oddPath, odd));
         const BatchResult r = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), oddPath, in});
-        QCOMPARE(r.verdicts().size(), 1);
+        QVERIFY(!r.verdicts().isEmpty());
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
         const QString out = output(r);
         if (!out.isEmpty())
@@ -192,7 +194,7 @@ private Q_SLOTS:
         const QString noisyPath = m_dir + QStringLiteral("/noisy_sample.mov");
         QVERIFY(writeAll(noisyPath, noisy));
         const BatchResult n = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), noisyPath, in});
-        QCOMPARE(n.verdicts().size(), 1);
+        QVERIFY(!n.verdicts().isEmpty());
         QCOMPARE(n.end().value("result").toString(), QStringLiteral("finished"));
     }
 
@@ -217,7 +219,7 @@ private Q_SLOTS:
         const QString in = m_dir + QStringLiteral("/noise.mov");
         QVERIFY(writeAll(in, noise));
         const BatchResult r = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in}, 300000);
-        QCOMPARE(r.verdicts().size(), 1);
+        QVERIFY(!r.verdicts().isEmpty());
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
     }
 };
