@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Times the repair of a 1 GB HEVC (hvc1) + AAC file whose movie was cut off,
+# from a sample, against reading it and against a stream copy of the healthy
+# original by ffmpeg.
+#   bench/hevc.sh [BUILD_DIR]     (default build; needs reelwright-batch built)
+# The inputs (720p, 10 Mbit/s, libx265 ultrafast, key frame every 25 frames,
+# AAC 48 kHz stereo) are made once into bench/cache/: a 40 s clip is encoded
+# and looped by stream copy up to 1 GB.
+# Target: the stream scan at 150 MB/s or more.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+batch=$build/bin/reelwright-batch
+[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+
+cache=bench/cache
+mkdir -p "$cache"
+encode() {   # out, seconds, hue
+  ffmpeg -y -v error -nostdin \
+    -f lavfi -i "testsrc2=size=1280x720:rate=25" -f lavfi -i "sine=frequency=440:sample_rate=48000" \
+    -t "$2" -vf "hue=h=$3" -c:v libx265 -preset ultrafast -x265-params "log-level=error:keyint=25" \
+    -b:v 10M -tag:v hvc1 -pix_fmt yuv420p -c:a aac -ac 2 -b:a 128k "$1"
+}
+original=$cache/hevc_1g.mov
+sample=$cache/hevc_sample.mov
+if [ ! -s "$original" ]; then
+  echo "making $original (once)..."
+  encode "$cache/.hevc_40s.mov" 40 0
+  ffmpeg -y -v error -nostdin -stream_loop 30 -i "$cache/.hevc_40s.mov" -c copy -fs 1000000000 "$cache/.hevc_1g.mov"
+  mv "$cache/.hevc_1g.mov" "$original"
+  rm -f "$cache/.hevc_40s.mov"
+fi
+if [ ! -s "$sample" ]; then
+  encode "$cache/.hevc_sample.mov" 20 90
+  mv "$cache/.hevc_sample.mov" "$sample"
+fi
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+. bench/lib.sh
+# The damaged file: everything ahead of the movie.
+head -c "$(moov_offset "$original")" "$original" > "$work/clip.mov"
+size=$(stat -c %s "$work/clip.mov")
+
+echo "input: $size bytes"
+cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
+report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
+timed cat sh -c "cat '$work/clip.mov' > /dev/null"
+report "cat > /dev/null" "$cat_wall" "$cat_kib"
+timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+report "ffmpeg -c copy" "$copy_wall" "$copy_kib"
+rm -f "$work/copy.mov"
+timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
+report "repair" "$repair_wall" "$repair_kib"
+scan=$(grep -o 'Stream scan: .*' "$work/repair.err" || true)
+echo "$scan"
+out=$work/Repaired/clip.mov
+[ -s "$out" ] || { echo "no output" >&2; exit 1; }
+echo "output: $(stat -c %s "$out") bytes"
+rate=$(sed -n 's/.*(\([0-9]*\) MB\/s).*/\1/p' <<<"$scan")
+[ -n "$rate" ] && awk -v r="$rate" 'BEGIN { printf "scan rate %d MB/s (target >= 150)\n", r }'
