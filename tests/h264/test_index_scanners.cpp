@@ -143,7 +143,7 @@ private Q_SLOTS:
     void sowtZeroRunWithClur()
     {
         const QByteArray head = kIdr + kP;
-        const QByteArray zeros = QByteArray(40, '\0') + QByteArray::fromHex("00800000636c7572") + QByteArray(20, '\0');
+        const QByteArray zeros = QByteArray(200, '\0') + QByteArray::fromHex("00800000636c7572") + QByteArray(60, '\0');
         const QByteArray bytes = head + zeros + kIdr + kP;
         const Scan s = RunSowt(bytes);
         QCOMPARE(s.of(IndexLine::Video).size(), 4);
@@ -158,12 +158,26 @@ private Q_SLOTS:
     void sowtZeroRunEndsAtMarker()
     {
         const QByteArray head = kIdr + kP;
-        const QByteArray bytes = head + QByteArray(30, '\0') + QByteArray::fromHex("001C0100") + QByteArray(200, '\x55')
+        const QByteArray bytes = head + QByteArray(300, '\0') + QByteArray::fromHex("001C0100") + QByteArray(200, '\x55')
                                + kIdr + kP;
         const Scan s = RunSowt(bytes);
         const QList<IndexLine> zero = s.of(IndexLine::Zero);
         QCOMPARE(zero.size(), 1);
-        QCOMPARE(zero[0].size, 30u);
+        QCOMPARE(zero[0].size, 300u);
+    }
+
+    // A few zero samples at the head of the sound are sound, not padding:
+    // the sound line keeps them, so no sample is shifted.
+    void sowtShortZeroStretchStaysSound()
+    {
+        const QByteArray head = kIdr + kP;
+        const QByteArray sound = QByteArray(20, '\0') + QByteArray(400, '\x55');
+        const Scan s = RunSowt(head + sound + kIdr + kP);
+        QCOMPARE(s.of(IndexLine::Zero).size(), 0);
+        const QList<IndexLine> audio = s.of(IndexLine::Audio);
+        QCOMPARE(audio.size(), 1);
+        QCOMPARE(audio[0].pos, uint64_t(head.size()));
+        QCOMPARE(audio[0].size, uint64_t(sound.size()));
     }
 
     // twos: pictures open with a delimiter; timecode markers are stepped

@@ -312,7 +312,10 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
         }
         if (sowtFrameAt(pos)) {
             pos = walkVideo(pos, &IndexScanner::sowtUnit);
-            if (pos + 4 <= m_size && m_in.be32(pos) == 0)
+            // Sound may open with a few zero samples: only a longer stretch
+            // is padding. Taking a short one out would shift every sample
+            // of the run behind it.
+            if (pos + 4 <= m_size && m_in.be32(pos) == 0 && findNonZero(pos) - pos >= kMinZeroRun)
                 pos = zeroRun(pos);
             continue;
         }

@@ -40,6 +40,8 @@ public:
 
     // Audio runs shorter than this are left out of the index.
     static constexpr uint64_t kMinAudioRun = 101;
+    // Zero bytes behind a picture count as padding from this length on.
+    static constexpr uint64_t kMinZeroRun = 128;
     // The first frame of a sowt file is looked for in this much of it.
     static constexpr uint64_t kFirstFrameLimit = 0xA00000;
 
