@@ -208,6 +208,8 @@ void VideoRepairWindow::InitControls()
     connect(stopBtn, &QPushButton::clicked, this, &VideoRepairWindow::OnStop);
     connect(MenuBtn_1, &QPushButton::clicked, this, &VideoRepairWindow::OnMenuProduct);
     connect(MenuBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OnSecondMenuProduct);
+    connect(UpdateBtn_1, &QPushButton::clicked, this, &VideoRepairWindow::onUpdateWizard);
+    connect(UpdateBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::onUpdateWizard);
     connect(closeBtn, &QPushButton::clicked, this, &VideoRepairWindow::CloseProcess);
     connect(closeBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::CloseProcess);
     connect(MiniMaBtn, &QPushButton::clicked, this, &VideoRepairWindow::MinimiseWin);

@@ -128,6 +128,7 @@ public Q_SLOTS:
     void MinimiseWin();
     void OnMenuProduct();
     void OnSecondMenuProduct();
+    void onUpdateWizard();   // Update buttons: checks for a newer version (src/update)
 
 private Q_SLOTS:
     void OnTimerSlot();

@@ -1,0 +1,483 @@
+// Update check and download against a real HTTP server on 127.0.0.1 that the
+// test starts (python3's http.server), plus the version compare on its own.
+#include "shell/platform_core.h"
+#include "shell/scale.h"
+#include "support/test_videos.h"
+#include "update/check_update.h"
+#include "update/download_app.h"
+#include "update/update_fetch.h"
+#include "workspace/video_repair_window.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QPointer>
+#include <QProgressBar>
+#include <QHostAddress>
+#include <QProcess>
+#include <QPushButton>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTextEdit>
+#include <QTimer>
+#include <QtTest>
+
+using testvideo::freshDir;
+
+namespace {
+
+// Serves one folder on 127.0.0.1 at a port of the system's choice, printed on
+// the first line. With the file .curl-only in the folder, only requests by
+// curl are served: the toolkit's fetch then fails and the second way must
+// carry the check. The server ends itself after two minutes at the latest.
+const char kServerScript[] = R"PY(
+import functools, http.server, os, sys, threading
+root = sys.argv[1]
+class Handler(http.server.SimpleHTTPRequestHandler):
+    def do_GET(self):
+        agent = self.headers.get('User-Agent', '')
+        if os.path.exists(os.path.join(root, '.curl-only')) and not agent.startswith('curl/'):
+            self.send_error(503)
+            return
+        super().do_GET()
+    def log_message(self, *args):
+        pass
+server = http.server.ThreadingHTTPServer(('127.0.0.1', 0), functools.partial(Handler, directory=root))
+threading.Timer(120, lambda: os._exit(0)).start()
+print(server.server_address[1], flush=True)
+server.serve_forever()
+)PY";
+
+int g_quitCalls = 0;
+void RecordQuit()
+{
+    ++g_quitCalls;
+}
+bool NetworkUp()
+{
+    return true;
+}
+bool NetworkDown()
+{
+    return false;
+}
+
+QStringList DialogTexts(QWidget* w)
+{
+    QStringList texts;
+    for (QLabel* l : w->findChildren<QLabel*>())
+        if (!l->text().isEmpty())
+            texts << l->text();
+    for (QTextEdit* e : w->findChildren<QTextEdit*>())
+        texts << e->toPlainText();
+    return texts;
+}
+
+void WriteFile(const QString& path, const QByteArray& data)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(f.write(data), qint64(data.size()));
+}
+
+const QString kNoUpdate = QStringLiteral("No update available.");
+const QString kPartial = QStringLiteral("Update failed \n\n Update failed due to partial download.");
+
+QString Offer(const QString& kind, const QString& version)
+{
+    return QStringLiteral("A new %1 %2 is available. Click Update to proceed further.\n").arg(kind, version);
+}
+
+} // namespace
+
+class TestUpdate : public QObject {
+    Q_OBJECT
+
+    QString m_root;
+    QString m_www;
+    QString m_marker;
+    QProcess m_server;
+    QString m_link;
+    QWidget* m_parent = nullptr;
+
+    // Modal dialogs are answered by a timer: the next button name in the
+    // queue ("*" for the first button) is clicked on the modal widget that is
+    // up; its texts are kept. A dialog nobody expected is recorded and
+    // rejected after two seconds, so that no test can hang on one.
+    QTimer m_answerer;
+    QStringList m_answers;
+    QList<QStringList> m_dialogTexts;
+    QPointer<QWidget> m_lastModal;
+    int m_ticksSeen = 0;
+
+    void setStore(const QString& link, const QString& version, const QVariant& averageSize = QVariant())
+    {
+        QFile::remove(g_settingsPath);
+        QSettings settings(g_settingsPath, QSettings::IniFormat);
+        if (!link.isNull())
+            settings.setValue(QStringLiteral("EN/UpdateNewLink"), link);
+        if (!version.isNull())
+            settings.setValue(QStringLiteral("Version"), version);
+        if (averageSize.isValid())
+            settings.setValue(QStringLiteral("AverageUpdateSize"), averageSize);
+        settings.sync();
+    }
+    void serveInstaller(int size)
+    {
+        QByteArray script = "#!/bin/sh\necho started > '" + m_marker.toUtf8() + "'\n";
+        script += '#' + QByteArray(qMax(0, size - script.size() - 2), 'x') + '\n';
+        WriteFile(m_www + QStringLiteral("/Reelwright.run"), script);
+    }
+    void runCheck(bool byUser, const QStringList& answers)
+    {
+        g_updateByUser = byUser;
+        m_answers = answers;
+        QCheckUpdate check(m_parent);
+        QVERIFY2(m_answers.isEmpty(), qPrintable(m_answers.join(QLatin1Char(','))));
+    }
+    // Waits for the download dialog of the window to go away.
+    void waitForDownload()
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(m_parent->findChildren<QDownloadApp*>().isEmpty(), 20000);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_root = freshDir(QStringLiteral("update"));
+        QDir().mkpath(m_root + QStringLiteral("/tmp"));
+        m_www = m_root + QStringLiteral("/www");
+        QDir().mkpath(m_www);
+        m_marker = m_root + QStringLiteral("/installer-ran");
+        qputenv("TMPDIR", (m_root + QStringLiteral("/tmp")).toUtf8());
+        qputenv("XDG_CONFIG_HOME", (m_root + QStringLiteral("/config")).toUtf8());
+        QDir().mkpath(m_root + QStringLiteral("/config"));
+        g_settingsPath = m_root + QStringLiteral("/config/Reelwright.ini");
+        g_dpiScale = g_uiScale = 1.0f;
+        g_networkAvailable = &NetworkUp;
+        g_quitForInstaller = &RecordQuit;
+        g_updateTimeouts.descriptorIdleMs = 1500;
+        g_updateTimeouts.descriptorTotalMs = 2500;
+        g_updateTimeouts.installerIdleMs = 1500;
+        g_updateTimeouts.installerTotalMs = 2500;
+
+        const QString script = m_root + QStringLiteral("/server.py");
+        WriteFile(script, kServerScript);
+        m_server.start(QStringLiteral("python3"), {script, m_www});
+        QVERIFY(m_server.waitForStarted(10000));
+        QVERIFY(m_server.waitForReadyRead(10000));
+        const int port = m_server.readLine().trimmed().toInt();
+        QVERIFY(port > 0);
+        m_link = QStringLiteral("http://127.0.0.1:%1/").arg(port);
+
+        connect(&m_answerer, &QTimer::timeout, this, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            // Answered on the second tick that sees it: the first may come
+            // while exec() is still showing it, before its loop runs.
+            const bool settled = modal && modal == m_lastModal;
+            m_ticksSeen = settled ? m_ticksSeen + 1 : 0;
+            m_lastModal = modal;
+            if (!settled)
+                return;
+            const bool expected = !m_answers.isEmpty() &&
+                                  (m_answers.first() == QLatin1String("*") ||
+                                   modal->findChild<QPushButton*>(m_answers.first()));
+            if (!expected) {
+                if (m_ticksSeen > 100) {
+                    m_dialogTexts.append(QStringList{QStringLiteral("unexpected")} + DialogTexts(modal));
+                    if (auto* dialog = qobject_cast<QDialog*>(modal))
+                        dialog->reject();
+                    else
+                        modal->close();
+                }
+                return;
+            }
+            QPushButton* button = nullptr;
+            if (m_answers.first() == QLatin1String("*")) {
+                for (QPushButton* b : modal->findChildren<QPushButton*>())
+                    if (b->isVisible()) {
+                        button = b;
+                        break;
+                    }
+            } else {
+                button = modal->findChild<QPushButton*>(m_answers.first());
+            }
+            if (!button || !button->isVisible())
+                return;
+            m_answers.removeFirst();
+            m_dialogTexts.append(DialogTexts(modal));
+            m_lastModal = nullptr;
+            button->click();
+        });
+        m_answerer.start(20);
+    }
+    void cleanupTestCase()
+    {
+        m_server.kill();
+        m_server.waitForFinished(5000);
+        QDir(m_root).removeRecursively();
+    }
+    void init()
+    {
+        m_answers.clear();
+        m_dialogTexts.clear();
+        g_quitCalls = 0;
+        g_networkAvailable = &NetworkUp;
+        QDir(m_www).removeRecursively();
+        QDir().mkpath(m_www);
+        QDir(UpdateFolder()).removeRecursively();
+        QDir(UpdateFallbackFolder()).removeRecursively();
+        QFile::remove(m_marker);
+        m_parent = new QWidget;
+        m_parent->resize(600, 400);
+        m_parent->show();
+    }
+    void cleanup()
+    {
+        delete m_parent;
+        m_parent = nullptr;
+    }
+
+    // The compare takes each component on its own, at fixed places behind a
+    // first component of one or two digits.
+    void compare_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("installed");
+        QTest::addColumn<bool>("major");
+        QTest::addColumn<bool>("minor");
+        QTest::newRow("C above, B below") << "6.0.5.0" << "6.1.0.0" << false << true;
+        QTest::newRow("two-digit A installed") << "9.9.9.9" << "10.1.0.0" << false << true;
+        QTest::newRow("two-digit A both") << "11.0.0.0" << "10.1.0.0" << true << false;
+        QTest::newRow("A above only") << "7.0.0.0" << "6.9.9.9" << true << false;
+        QTest::newRow("equal") << "6.1.0.0" << "6.1.0.0" << false << false;
+        QTest::newRow("older") << "6.0.0.0" << "6.1.0.0" << false << false;
+        QTest::newRow("D above") << "6.1.0.1" << "6.1.0.0" << false << true;
+        QTest::newRow("surrounding blanks") << "  6.1.0.1 \r\n" << "6.1.0.0" << false << true;
+        QTest::newRow("ninth character cut") << "6.1.0.09" << "6.1.0.0" << false << false;
+        QTest::newRow("garbage") << "zz.y.x.w" << "6.1.0.0" << false << false;
+        QTest::newRow("empty line") << "" << "6.1.0.0" << false << false;
+        QTest::newRow("three-digit A") << "100.0.0.0" << "6.1.0.0" << false << false;
+        QTest::newRow("garbage installed") << "0.0.0.1" << "abcdefgh" << false << true;
+    }
+    void compare()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, installed);
+        QFETCH(bool, major);
+        QFETCH(bool, minor);
+        const VersionRaise r = CompareVersion(line, installed);
+        QCOMPARE(r.major, major);
+        QCOMPARE(r.minor, minor);
+    }
+    void versionText()
+    {
+        QCOMPARE(CutVersion(QStringLiteral(" 6.1.0.1999\n")), QStringLiteral("6.1.0.19"));
+        QCOMPARE(FirstComponentLength(QStringLiteral("10.1.0.0")), 2);
+        QCOMPARE(FirstComponentLength(QStringLiteral("6.1.0.0")), 1);
+        QCOMPARE(FirstComponentLength(QStringLiteral("100.1.0.0")), 0);
+        QCOMPARE(FirstComponentLength(QString()), 0);
+        QCOMPARE(UpdateLanguageCode(0), QStringLiteral("EN"));
+        QCOMPARE(UpdateLanguageCode(5), QStringLiteral("JA"));
+        QCOMPARE(UpdateLanguageCode(6), QStringLiteral("CN"));
+        QCOMPARE(UpdateLanguageCode(10), QStringLiteral("HI"));
+        QCOMPARE(UpdateLanguageCode(11), QStringLiteral("EN"));
+    }
+
+    // A descriptor with something newer ends in the offer, which names it.
+    void offer_data()
+    {
+        QTest::addColumn<QByteArray>("descriptor");
+        QTest::addColumn<QString>("installed");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("6.0.5.0 against 6.1.0.0") << QByteArray("6.0.5.0\n6.0.5.0\n") << "6.1.0.0"
+                                                 << Offer("minor update", "6.0.5.0");
+        QTest::newRow("9.9.9.9 against 10.1.0.0") << QByteArray("9.9.9.9\n9.9.9.9\n") << "10.1.0.0"
+                                                  << Offer("minor update", "9.9.9.9");
+        QTest::newRow("major on line 2") << QByteArray("6.1.0.0\n7.0.0.0\n") << "6.1.0.0"
+                                         << Offer("major release", "7.0.0.0");
+        QTest::newRow("minor wins over major") << QByteArray("6.1.0.2\r\n7.0.0.0\r\nextra\n") << "6.1.0.0"
+                                               << Offer("minor update", "6.1.0.2");
+        QTest::newRow("nine characters cut to eight") << QByteArray("6.1.0.1999\n") << "6.1.0.0"
+                                                      << Offer("minor update", "6.1.0.19");
+        QTest::newRow("major on line 1 alone") << QByteArray("7.1.0.0\n") << "6.1.0.0"
+                                               << Offer("major release", "7.1.0.0");
+    }
+    void offer()
+    {
+        QFETCH(QByteArray, descriptor);
+        QFETCH(QString, installed);
+        QFETCH(QString, message);
+        WriteFile(m_www + QStringLiteral("/Reelwright.txt"), descriptor);
+        setStore(m_link, installed);
+        runCheck(true, {QStringLiteral("CancelBtn")});
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{message}});
+        QVERIFY(!g_updateByUser);
+        QVERIFY(m_parent->findChildren<QDownloadApp*>().isEmpty());
+    }
+
+    // Every way to "nothing newer" says so once after the button.
+    void noUpdate_data()
+    {
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<QByteArray>("descriptor");   // null: none on the server
+        QTest::addColumn<QString>("installed");
+        const QString link = m_link;
+        QTest::newRow("equal versions") << link << QByteArray("6.1.0.0\n6.1.0.0\n") << "6.1.0.0";
+        QTest::newRow("older versions") << link << QByteArray("6.0.0.0\n6.0.0.0\n") << "6.1.0.0";
+        QTest::newRow("empty link") << "" << QByteArray("7.0.0.0\n") << "6.1.0.0";
+        QTest::newRow("link without a scheme") << "update folder/" << QByteArray("7.0.0.0\n") << "6.1.0.0";
+        QTest::newRow("descriptor of 3 bytes") << link << QByteArray("7.0") << "6.1.0.0";
+        QTest::newRow("empty descriptor") << link << QByteArray("") << "6.1.0.0";
+        QTest::newRow("no descriptor on the server") << link << QByteArray() << "6.1.0.0";
+        static const char garbage[] = "\xff\xfe<html>\0\x01\n%%%%.%.%.%\nmore\n";
+        QTest::newRow("garbage lines") << link << QByteArray(garbage, sizeof garbage - 1) << "6.1.0.0";
+        QTest::newRow("one long garbage line") << link << QByteArray(100000, 'z') << "6.1.0.0";
+        QTest::newRow("no installed version") << link << QByteArray("7.0.0.0\n7.0.0.0\n") << "";
+        QTest::newRow("installed version of 9 characters") << link << QByteArray("6.1.0.0\n") << "6.1.0.0.9";
+    }
+    void noUpdate()
+    {
+        QFETCH(QString, link);
+        QFETCH(QByteArray, descriptor);
+        QFETCH(QString, installed);
+        if (!descriptor.isNull())
+            WriteFile(m_www + QStringLiteral("/Reelwright.txt"), descriptor);
+        setStore(link, installed.isEmpty() ? QString() : installed);
+        runCheck(true, {QStringLiteral("OkBtn")});
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kNoUpdate}});
+        QVERIFY(!g_updateByUser);
+        QVERIFY(!g_newMajor && !g_newMinor);
+    }
+
+    // Without the button the check is silent; without a network it is silent
+    // even after the button.
+    void silence()
+    {
+        WriteFile(m_www + QStringLiteral("/Reelwright.txt"), "6.1.0.0\n6.1.0.0\n");
+        setStore(m_link, QStringLiteral("6.1.0.0"));
+        runCheck(false, {});
+        QVERIFY(m_dialogTexts.isEmpty());
+
+        WriteFile(m_www + QStringLiteral("/Reelwright.txt"), "7.0.0.0\n7.0.0.0\n");
+        g_networkAvailable = &NetworkDown;
+        QFile::remove(g_descriptorPath);
+        runCheck(true, {});
+        QVERIFY(m_dialogTexts.isEmpty());
+        QVERIFY(!QFile::exists(g_descriptorPath));
+        QVERIFY(!QFile::exists(UpdateFallbackFolder() + QStringLiteral("/Reelwright.txt")));
+    }
+
+    // The toolkit's fetch is refused; curl fetches the descriptor into the
+    // fallback folder, and the offer follows.
+    void secondWay()
+    {
+        WriteFile(m_www + QStringLiteral("/Reelwright.txt"), "6.1.0.1\n");
+        WriteFile(m_www + QStringLiteral("/.curl-only"), "");
+        setStore(m_link, QStringLiteral("6.1.0.0"));
+        runCheck(true, {QStringLiteral("CancelBtn")});
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{Offer("minor update", "6.1.0.1")}});
+        QVERIFY(!QFile::exists(g_descriptorPath));
+        QVERIFY(QFile::exists(UpdateFallbackFolder() + QStringLiteral("/Reelwright.txt")));
+    }
+
+    // A server that takes the connection and never answers: both ways give up
+    // within their bounds, the message comes, and the window still works.
+    void silentServer()
+    {
+        QTcpServer mute;
+        QVERIFY(mute.listen(QHostAddress::LocalHost));
+        setStore(QStringLiteral("http://127.0.0.1:%1/").arg(mute.serverPort()), QStringLiteral("6.1.0.0"));
+        QElapsedTimer clock;
+        clock.start();
+        runCheck(true, {QStringLiteral("OkBtn")});
+        QVERIFY2(clock.elapsed() < 15000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kNoUpdate}});
+        QVERIFY(m_parent->isVisible() && m_parent->isEnabled());
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
+    // An installer under AverageUpdateSize is taken as cut off: message, no
+    // installer, no quit. A size of 0 or none means 10 MiB.
+    void downloadTooSmall_data()
+    {
+        QTest::addColumn<QVariant>("averageSize");
+        QTest::addColumn<quint64>("expected");
+        QTest::newRow("below the setting") << QVariant(5000) << quint64(5000);
+        QTest::newRow("setting of 0") << QVariant(0) << quint64(10485760);
+        QTest::newRow("no setting") << QVariant() << quint64(10485760);
+    }
+    void downloadTooSmall()
+    {
+        QFETCH(QVariant, averageSize);
+        QFETCH(quint64, expected);
+        serveInstaller(4000);
+        setStore(m_link, QStringLiteral("6.1.0.0"), averageSize);
+        m_answers = QStringList{QStringLiteral("*")};
+        auto* download = new QDownloadApp(m_parent);
+        QCOMPARE(download->expectedSize(), expected);
+        download->show();
+        waitForDownload();
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kPartial}});
+        QCOMPARE(g_quitCalls, 0);
+        QVERIFY(!QFile::exists(m_marker));
+        QVERIFY(!QFile::exists(UpdateFolder() + QStringLiteral("/Reelwright.run")));
+    }
+
+    // Nothing on the server for either way: the same message.
+    void downloadMissing()
+    {
+        setStore(m_link, QStringLiteral("6.1.0.0"), 10);
+        m_answers = QStringList{QStringLiteral("*")};
+        (new QDownloadApp(m_parent))->show();
+        waitForDownload();
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kPartial}});
+        QCOMPARE(g_quitCalls, 0);
+    }
+
+    // The whole road from the window's Update button: offer, Update, the
+    // download with its progress, the installer started and the quit.
+    void updateFromWindow()
+    {
+        serveInstaller(300000);
+        WriteFile(m_www + QStringLiteral("/Reelwright.txt"), "6.2.0.0\n6.2.0.0\n");
+        setStore(m_link, QStringLiteral("6.1.0.0"), 300000);
+        delete m_parent;
+        auto* window = new VideoRepairWindow;
+        m_parent = window;
+        window->show();
+        m_answers = QStringList{QStringLiteral("UpdateBtn")};
+        window->UpdateBtn_1->setEnabled(true);
+        window->UpdateBtn_1->click();
+        QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{Offer("minor update", "6.2.0.0")}});
+        waitForDownload();
+        QTRY_COMPARE_WITH_TIMEOUT(g_quitCalls, 1, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_marker), 10000);
+        QCOMPARE(QFileInfo(UpdateFolder() + QStringLiteral("/Reelwright.run")).size(), qint64(300000));
+        QCOMPARE(m_dialogTexts.size(), 1);
+    }
+
+    // The poll of the folder drives the bar and the label while a download
+    // that is only half there runs.
+    void progressPoll()
+    {
+        setStore(QString(), QStringLiteral("6.1.0.0"), 2 * 1048576);
+        QDir().mkpath(UpdateFolder() + QStringLiteral("/sub"));
+        auto* download = new QDownloadApp(m_parent);
+        m_answers = QStringList{QStringLiteral("*")};
+        WriteFile(UpdateFolder() + QStringLiteral("/sub/part"), QByteArray(1048576, 'a'));
+        download->OnDownloadStart();
+        download->OnTimerLoadSlot();
+        auto* bar = download->findChild<QProgressBar*>(QStringLiteral("progressBar"));
+        QVERIFY(bar);
+        QCOMPARE(bar->maximum(), 2 * 1048576);
+        QCOMPARE(bar->value(), 1048576);
+        auto* time = download->findChild<QLabel*>(QStringLiteral("timeLabel"));
+        QVERIFY(time->text().startsWith(QStringLiteral("Time Elapsed: 0 sec (1.00 MB copied) ")));
+        waitForDownload();
+    }
+};
+
+QTEST_MAIN(TestUpdate)
+#include "test_update.moc"
