@@ -128,7 +128,8 @@ public:
     // with videoText, the frame starts of the video track.
     void WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText);
     void ReadReferenceLpcmAudio(FileWriter& video, const ChainPaths& p);
-    void WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText);
+    // everyStart: each chunk's first three bytes are noted, silent or not.
+    void WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart = false);
     void ScanStreamsLpcm(FileWriter& video, const ChainPaths& p);
     void MuxVideoAndPcm(const ChainPaths& p);
     void RemuxDamagedFileLpcm(const QString& inputPath);
@@ -145,7 +146,8 @@ public:
     // false when the box doesn't hold all three.
     bool CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
     // A chunk table of the sample (code at pos): every chunk's chain of units.
-    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
+    // With lpcm the chain's own set is used and no slice table is added.
+    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm = false);
     void WriteHevcUniqueFile(FileWriter& video, const ChainPaths& p);
     void ReadHevcReferenceAudio(FileWriter& video, const ChainPaths& p);
     void WriteHevcAudioUniqueFile(FileWriter& video, const ChainPaths& p);
@@ -155,6 +157,11 @@ public:
     void RemuxDamagedHevcFile(const QString& inputPath);
     // Shared by the two audio stages: the sample's sound walk, then next.
     void ReadSampleAudio(FileWriter& video, const ChainPaths& p, bool hevc);
+    void WriteHevcUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
+    void ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p);
+    void WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
+    void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
+    bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp

@@ -177,7 +177,9 @@ void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString&
     ref.reset();
     indexing.close();
     videoText.close();
-    if (hevc)
+    if (hevc && m_pcmChain)
+        WriteHevcUniqueFileForPcm(video, paths);
+    else if (hevc)
         WriteHevcUniqueFile(video, paths);
     else if (m_pcmChain)
         WriteVideoUniqueFileLpcm(video, paths);
@@ -233,7 +235,7 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
                 }
             } else if (code == C("stco") || code == C("co64")) {
                 if (hevc)
-                    HevcFrameStarts(r, m_pos, code == C("co64"), videoText);
+                    HevcFrameStarts(r, m_pos, code == C("co64"), videoText, m_pcmChain);
                 else
                     SampleFrameStarts(r, m_pos, code == C("co64"), videoText);
                 // What stands behind the table is normally no known code, so

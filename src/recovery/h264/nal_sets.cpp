@@ -44,6 +44,7 @@ constexpr uint8_t kHevcOwnIndex[] = {0x01, 0x02, 0x06, 0x21, 0x25, 0x26, 0x27, 0
                                      0x40, 0x41, 0x42, 0x44, 0x46, 0x4E, 0x61, 0x65, 0x68};
 // Parameter sets (40 42 44) don't open a unit in the scan: the stream gets
 // the sample's own at its head.
+constexpr uint8_t kHevcLpcm[] = {0x02, 0x10, 0x12, 0x26, 0x28, 0x2A, 0x46, 0x4E};
 constexpr uint8_t kHevcStream[] = {0x01, 0x02, 0x06, 0x21, 0x25, 0x26, 0x27, 0x28,
                                    0x2A, 0x41, 0x46, 0x4E, 0x61, 0x65, 0x67, 0x68};
 
@@ -51,7 +52,7 @@ constexpr ByteSet kSets[] = {
     makeSet(kReference, false),    makeSet(kStreamFirst, false), makeSet(kStream, false),
     makeSet(kVideoOnlyFirst, true), makeSet(kVideoOnly, true),   makeSet(kIndexScan, false),
     makeSet(kHevcReference, false, true), makeSet(kHevcOwnIndex, false, true),
-    makeSet(kHevcStream, false, true),
+    makeSet(kHevcStream, false, true), makeSet(kHevcLpcm, false, true),
 };
 
 } // namespace

@@ -17,6 +17,7 @@ enum class NalStartSet {
     HevcReferenceBytes,   // chunks of a sample; successors in a chain
     HevcOwnIndexBytes,    // first chunk of a damaged file's own table
     HevcStreamBytes,      // a unit opened by the stream scanner
+    HevcLpcmBytes,        // units of the chain with lpcm sound
 };
 
 // True when the four bytes at position are a plausible length (first byte 0)

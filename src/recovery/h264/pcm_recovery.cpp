@@ -60,16 +60,19 @@ void ThreadVideoRepair::ReadReferenceLpcmAudio(FileWriter& video, const ChainPat
     audioText.open(p.audioText);
     std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
     if (ref)
-        WalkSampleLpcmSound(*ref, audioText);
+        WalkSampleLpcmSound(*ref, audioText, m_hevcPcmChain);
     ref.reset();
     audioText.close();
-    WriteAudioUniqueFileLpcm(video, p);
+    if (m_hevcPcmChain)
+        WriteHevcAudioUniqueFileForPcm(video, p);
+    else
+        WriteAudioUniqueFileLpcm(video, p);
 }
 
 // The sample's sound track: rate (mdhd), bits and channels (a version 2 sound
 // description), and the first bytes of its chunks. A triple with a zero byte
 // is silence, not a start worth noting.
-void ThreadVideoRepair::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText)
+void ThreadVideoRepair::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart)
 {
     const uint64_t size = r.size();
     m_pos = 4;
@@ -110,7 +113,7 @@ void ThreadVideoRepair::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText
                     if (c >= size || size - c < 3)
                         continue;
                     const uint8_t* t = r.view(c, 3);
-                    if (t[0] && t[1] && t[2])
+                    if (everyStart || (t[0] && t[1] && t[2]))
                         audioText.write(t, 3);
                 }
                 m_inAudioTrak = false;
@@ -128,10 +131,11 @@ namespace {
 // which another unit starts.
 class PcmScanner {
 public:
+    // chainSet: the header test of a unit behind a frame.
     PcmScanner(ByteReader& in, FileWriter& video, FileWriter& audio, const PatternSet& patterns,
-               const QByteArray& paramBlock)
+               const QByteArray& paramBlock, NalStartSet chainSet)
         : m_in(in), m_video(video), m_audio(audio), m_patterns(patterns), m_paramBlock(paramBlock),
-          m_size(in.size())
+          m_chainSet(chainSet), m_size(in.size())
     {
     }
 
@@ -185,7 +189,7 @@ private:
         if (!unitAt(pos))
             return false;
         const uint64_t next = pos + 4 + m_in.be32(pos);
-        return next == m_size || IsNalStart(m_in, next, NalStartSet::IndexScanBytes);
+        return next == m_size || IsNalStart(m_in, next, m_chainSet);
     }
 
     uint64_t firstFrame(uint64_t pos)
@@ -214,7 +218,7 @@ private:
             const uint32_t length = m_in.be32(pos);
             if (length == 0 || pos + 4 + length > m_size)
                 break;
-            if (!first && !IsNalStart(m_in, pos, NalStartSet::IndexScanBytes))
+            if (!first && !IsNalStart(m_in, pos, m_chainSet))
                 break;
             first = false;
             m_video.write(kStartCode, 4);
@@ -267,6 +271,7 @@ private:
     FileWriter& m_audio;
     const PatternSet& m_patterns;
     const QByteArray& m_paramBlock;
+    NalStartSet m_chainSet;
     uint64_t m_size;
     uint64_t m_units = 0;
     uint64_t m_audioBytes = 0;
@@ -293,7 +298,8 @@ void ThreadVideoRepair::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
     std::unique_ptr<ByteReader> in = OpenReadOnly(p.input);
     if (in && !patterns.empty()) {
         m_fileSize = in->size();
-        PcmScanner scanner(*in, video, pcm, patterns, paramBlock);
+        PcmScanner scanner(*in, video, pcm, patterns, paramBlock,
+                           m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::IndexScanBytes);
         scanner.run();
         units = scanner.units();
         qDebug().noquote() << QStringLiteral("PCM scan: %1 video units, %2 bytes of sound")

@@ -31,7 +31,7 @@ constexpr int kHevcDefaultRate = 25;
 // its first chunk opens on an HEVC unit that a decoder can start from. Each
 // entry but the last is looked at; the first that isn't a unit ends the test,
 // as a refusal only when it is the first entry.
-bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t count)
+bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t count, NalStartSet set)
 {
     const unsigned width = wide ? 8 : 4;
     const uint64_t room = first < r.size() ? (r.size() - first) / width : 0;
@@ -43,7 +43,7 @@ bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t coun
         std::copy_n(r.view(c, 6), 6, b);
         if (b[0] != 0)
             return false;
-        if (!IsNalStartBytes(b, NalStartSet::HevcOwnIndexBytes))
+        if (!IsNalStartBytes(b, set))
             return i != 0;
     }
     return !g_stopRequested;
@@ -81,10 +81,19 @@ void ThreadVideoRepair::RepairHevcAac(const QString& inputPath, const QString& r
     g_muxerBusy = false;
 }
 
-void ThreadVideoRepair::RepairHevcLpcm(const QString&, const QString&)
+// The lpcm pass: the chain of the H.264 lpcm pass on HEVC units. Its header
+// set has no type 0 or 1 units and no parameter sets.
+void ThreadVideoRepair::RepairHevcLpcm(const QString& inputPath, const QString& referencePath)
 {
-    RoutineMissing("RepairHevcLpcm");
-    Q_EMIT WriteStatus(false, false, m_fileName, false);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_fileName = QFileInfo(inputPath).fileName();
+    m_pcmChain = m_hevcPcmChain = true;
+    if (!g_referenceMode)
+        RemuxHevcFromOwnIndex(inputPath);
+    else
+        LearnFromSample(inputPath, referencePath, true);
+    m_pcmChain = m_hevcPcmChain = false;
+    g_muxerBusy = false;
 }
 
 void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
@@ -129,9 +138,11 @@ void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
             if (g_chunkCount < 2) {
                 m_inVideoTrak = false;
             } else {
-                if (!OwnChunkTableUsable(r, m_pos + 12, code == C("co64"), g_chunkCount))
+                const NalStartSet set = m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
+                if (!OwnChunkTableUsable(r, m_pos + 12, code == C("co64"), g_chunkCount, set))
                     break;
-                g_hasSoundTrak = sound;
+                // The lpcm command always copies sound.
+                g_hasSoundTrak = sound || m_hevcPcmChain;
                 file.reset();
                 RemuxDamagedHevcFile(inputPath);
                 return;
@@ -200,8 +211,13 @@ bool ThreadVideoRepair::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileW
 // the first unit of a chunk twice. A chain that runs into the next chunk of
 // the table stops there, as that entry walks on from it: the walk over
 // contiguous chunks stays linear. The slice start table follows.
-void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
+void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm)
 {
+    // With lpcm the two bytes behind the header's first must both be set.
+    auto unitAt = [&](uint64_t at) {
+        return lpcm ? IsNalStart(r, at, NalStartSet::HevcLpcmBytes) && r.u8(at + 5) != 0 && r.u8(at + 6) != 0
+                    : IsNalStart(r, at, NalStartSet::HevcReferenceBytes);
+    };
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
     g_chunkCount = r.be32(pos + 8);
@@ -218,7 +234,7 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
         const uint64_t nextChunk = i + 1 < count ? entry(i + 1) : 0;
         if (c == 0 || c >= size)
             continue;
-        if (IsNalStart(r, c, NalStartSet::HevcReferenceBytes))
+        if (unitAt(c))
             record(c);
         while (c < size && steps > 0) {
             --steps;
@@ -227,12 +243,13 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
                 break;
             const uint64_t next = c + 4 + length;
             record(c);
-            if (next == nextChunk || !IsNalStart(r, next, NalStartSet::HevcReferenceBytes))
+            if (next == nextChunk || !unitAt(next))
                 break;
             c = next;
         }
     }
-    videoText.write(HevcSliceStartTable, sizeof HevcSliceStartTable);
+    if (!lpcm)
+        videoText.write(HevcSliceStartTable, sizeof HevcSliceStartTable);
     m_inVideoTrak = false;
     m_pos = pos + count * width;
 }
@@ -276,4 +293,29 @@ void ThreadVideoRepair::MuxHevcVideoOnly(const ChainPaths& p)
 {
     MuxHevcOnce(*this, p,
                 [&p](const QString& out, const QString& rate) { return MuxVideoOnlyCommand(p.video, out, rate); });
+}
+
+void ThreadVideoRepair::WriteHevcUniqueFileForPcm(FileWriter& video, const ChainPaths& p)
+{
+    ReduceToUnique(p.videoText, p.videoUnique);
+    ReadHevcReferencePcm(video, p);
+}
+
+// The sample's PCM facts; with the HEVC flag up every chunk start is noted.
+void ThreadVideoRepair::ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p)
+{
+    ReadReferenceLpcmAudio(video, p);
+}
+
+void ThreadVideoRepair::WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p)
+{
+    ReduceToUnique(p.audioText, p.audioUnique);
+    ScanHevcStreamsPcm(video, p);
+}
+
+// The elementary streams video.hevc and Audio.pcm are cut out by the lpcm
+// scan on HEVC units, and the muxer turns the sound into AAC.
+void ThreadVideoRepair::ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p)
+{
+    ScanStreamsLpcm(video, p);
 }
