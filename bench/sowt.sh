@@ -47,16 +47,27 @@ size=$(stat -c %s "$work/clip.mov")
 echo "input: $size bytes"
 cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
 report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
-timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
-report "ffmpeg -c copy" "$copy_wall" "$copy_kib"
-rm -f "$work/copy.mov"
-timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
-report "repair" "$repair_wall" "$repair_kib"
+# Each is run twice after a sync, and the faster run counts: the machine's
+# page cache makes single runs of gigabyte writes vary widely.
+best() { awk -v a="$1" -v b="$2" 'BEGIN { print (a < b ? a : b) }'; }
+copy_best=999999; repair_best=999999
+for round in 1 2; do
+  sync
+  timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+  copy_best=$(best "$copy_best" "$copy_wall")
+  rm -f "$work/copy.mov"
+  rm -rf "$work/Repaired"
+  sync
+  timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
+  repair_best=$(best "$repair_best" "$repair_wall")
+done
+report "ffmpeg -c copy" "$copy_best" "$copy_kib"
+report "repair" "$repair_best" "$repair_kib"
 scan=$(grep -ao 'Index scan: .*' "$work/repair.err" || true)
 echo "$scan"
 out=$work/Repaired/clip.mov
 [ -s "$out" ] || { echo "no output" >&2; exit 1; }
 echo "output: $(stat -c %s "$out") bytes, $(ffprobe -v error -select_streams a:0 -show_entries stream=codec_tag_string -of csv=p=0 "$out") sound"
-awk -v r="$repair_wall" -v c="$copy_wall" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 4)\n", r / c }'
+awk -v r="$repair_best" -v c="$copy_best" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 4)\n", r / c }'
 rate=$(echo "$scan" | grep -o '([0-9]* MB/s)' | tr -dc 0-9)
 [ -n "$rate" ] && echo "index scan: $rate MB/s (target >= 150)"
