@@ -135,20 +135,42 @@ bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QS
 bool FetchByCurl(const QString& url, const QString& target, int totalMs)
 {
     QProcess curl;
-    curl.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    curl.setProcessChannelMode(QProcess::MergedChannels);
+    // Waited for in a local loop rather than by waitForFinished, so that the
+    // window still paints while curl runs on the main thread.
+    QEventLoop loop;
+    QTimer limit;
+    limit.setSingleShot(true);
+    bool timedOut = false;
+    QObject::connect(&curl, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &loop, &QEventLoop::quit);
+    QObject::connect(&curl, &QProcess::errorOccurred, &loop, [&](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            loop.quit();
+    });
+    QObject::connect(&limit, &QTimer::timeout, &loop, [&] {
+        timedOut = true;
+        loop.quit();
+    });
     curl.start(QStringLiteral("curl"), {QStringLiteral("-fsSL"), QStringLiteral("-o"), target, url});
-    if (!curl.waitForStarted(5000)) {
+    limit.start(totalMs);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    limit.stop();
+
+    if (curl.error() == QProcess::FailedToStart) {
         qDebug() << "Update: curl could not be started:" << curl.errorString();
         return false;
     }
-    if (!curl.waitForFinished(totalMs)) {
+    if (timedOut) {
         qDebug() << "Update: curl gave no result within" << totalMs << "ms";
         curl.kill();
         curl.waitForFinished(2000);
         QFile::remove(target);
         return false;
     }
-    return curl.exitStatus() == QProcess::NormalExit && curl.exitCode() == 0;
+    const bool ok = curl.exitStatus() == QProcess::NormalExit && curl.exitCode() == 0;
+    if (!ok)
+        qDebug() << "Update: curl failed:" << QString::fromLocal8Bit(curl.readAll()).trimmed();
+    return ok;
 }
 
 QString CutVersion(const QString& text)

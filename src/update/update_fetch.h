@@ -18,8 +18,8 @@ extern QString g_installerPath;      // <temp>/updatetmp/Reelwright.run
 // the longest silence of a transfer by the toolkit; "total" the longest run of
 // the curl process. Tests shorten them.
 struct UpdateTimeouts {
-    int descriptorIdleMs = 15000;
-    int descriptorTotalMs = 30000;
+    int descriptorIdleMs = 10000;
+    int descriptorTotalMs = 20000;
     int installerIdleMs = 30000;
     int installerTotalMs = 30 * 60 * 1000;
 };

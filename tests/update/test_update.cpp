@@ -389,9 +389,15 @@ private Q_SLOTS:
         QTcpServer mute;
         QVERIFY(mute.listen(QHostAddress::LocalHost));
         setStore(QStringLiteral("http://127.0.0.1:%1/").arg(mute.serverPort()), QStringLiteral("6.1.0.0"));
+        // The main thread keeps serving events while both ways wait.
+        int ticks = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, this, [&ticks] { ++ticks; });
+        ticker.start(100);
         QElapsedTimer clock;
         clock.start();
         runCheck(true, {QStringLiteral("OkBtn")});
+        QVERIFY2(ticks * 100 > clock.elapsed() / 2, qPrintable(QString::number(ticks)));
         QVERIFY2(clock.elapsed() < 15000, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kNoUpdate}});
         QVERIFY(m_parent->isVisible() && m_parent->isEnabled());
@@ -434,6 +440,21 @@ private Q_SLOTS:
         waitForDownload();
         QCOMPARE(m_dialogTexts, QList<QStringList>{QStringList{kPartial}});
         QCOMPARE(g_quitCalls, 0);
+    }
+
+    // The toolkit's fetch refused: curl brings the installer into the
+    // fallback folder, and that file is started.
+    void downloadSecondWay()
+    {
+        serveInstaller(6000);
+        WriteFile(m_www + QStringLiteral("/.curl-only"), "");
+        setStore(m_link, QStringLiteral("6.1.0.0"), 6000);
+        (new QDownloadApp(m_parent))->show();
+        waitForDownload();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_marker), 10000);
+        QCOMPARE(g_quitCalls, 1);
+        QVERIFY(m_dialogTexts.isEmpty());
+        QCOMPARE(QFileInfo(UpdateFallbackFolder() + QStringLiteral("/Reelwright.run")).size(), qint64(6000));
     }
 
     // The whole road from the window's Update button: offer, Update, the
