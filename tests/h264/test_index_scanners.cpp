@@ -166,6 +166,25 @@ private Q_SLOTS:
         QCOMPARE(zero[0].size, 300u);
     }
 
+    // A second mdat header between the media data ends the sound run and
+    // is not filed with it, in both scans.
+    void secondMdatEndsSound()
+    {
+        const QByteArray mdat = QByteArray::fromHex("00100000") + QByteArray("mdat");
+        const QByteArray head = kIdr + kP;
+        const Scan s = RunSowt(head + QByteArray(300, '\x55') + mdat + kIdr + kP);
+        QCOMPARE(s.of(IndexLine::Video).size(), 4);
+        QCOMPARE(s.of(IndexLine::Audio).size(), 1);
+        QCOMPARE(s.of(IndexLine::Audio)[0].size, 300u);
+        QCOMPARE(s.of(IndexLine::Video)[2].pos, uint64_t(head.size() + 300 + mdat.size()));
+
+        const QByteArray pic = kAud + kIdr;
+        const Scan t = RunTwos(pic + QByteArray(300, '\x55') + mdat + pic);
+        QCOMPARE(t.of(IndexLine::Video).size(), 2);
+        QCOMPARE(t.of(IndexLine::Audio).size(), 1);
+        QCOMPARE(t.of(IndexLine::Audio)[0].size, 300u);
+    }
+
     // A few zero samples at the head of the sound are sound, not padding:
     // the sound line keeps them, so no sample is shifted.
     void sowtShortZeroStretchStaysSound()

@@ -206,12 +206,20 @@ uint64_t IndexScanner::findNext(uint64_t from, uint64_t to, PositionTest test) c
     return end;
 }
 
+// An atom header between media data: a further mdat (by its small size
+// word), or a free or moov atom.
+bool IndexScanner::atomHeaderAt(uint64_t pos) const
+{
+    const uint32_t size = m_in.be32(pos);
+    const uint32_t code = m_in.be32(pos + 4);
+    if (code == C("mdat"))
+        return size == 1 || size >= 8;
+    return (code == C("free") || code == C("moov")) && size >= 8;
+}
+
 bool IndexScanner::sowtSoundEnds(uint64_t pos) const
 {
-    const uint32_t code = m_in.be32(pos + 4);
-    if ((code == C("free") || code == C("moov")) && m_in.be32(pos) >= 8)
-        return true;
-    return sowtFrameAt(pos);
+    return atomHeaderAt(pos) || sowtFrameAt(pos);
 }
 
 bool IndexScanner::twosSoundEnds(uint64_t pos) const
@@ -220,9 +228,7 @@ bool IndexScanner::twosSoundEnds(uint64_t pos) const
     std::memcpy(b, m_in.view(pos, 8), 8);
     if (IsGapMarker(b, true))
         return true;
-    if (ByteReader::loadBe32(b + 4) == C("moov") && ByteReader::loadBe32(b) >= 8)
-        return true;
-    return audAt(pos);
+    return atomHeaderAt(pos) || audAt(pos);
 }
 
 bool IndexScanner::audMarkerAt(uint64_t pos) const
@@ -310,6 +316,10 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
             pos += size;
             continue;
         }
+        if (code == C("mdat") && (size == 1 || size >= 8)) {
+            pos += size == 1 ? 16 : 8;   // the scan goes on inside it
+            continue;
+        }
         if (sowtFrameAt(pos)) {
             pos = walkVideo(pos, &IndexScanner::sowtUnit);
             // Sound may open with a few zero samples: only a longer stretch
@@ -328,7 +338,7 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
 void IndexScanner::runTwos(uint32_t gapSkip)
 {
     gapSkip = std::max<uint32_t>(gapSkip, 1);
-    uint64_t pos = findNext(4, m_size, &IndexScanner::audAt);
+    uint64_t pos = findNext(0, m_size, &IndexScanner::audAt);
     while (pos < m_size && !g_stopRequested) {
         uint8_t b[8];
         std::memcpy(b, m_in.view(pos, 8), 8);

@@ -57,6 +57,7 @@ private:
     bool audAt(uint64_t pos) const;          // a delimiter with a picture unit behind it
     bool audMarkerAt(uint64_t pos) const;    // the delimiter's five bytes alone
     bool sowtFrameAt(uint64_t pos) const;    // pattern, length, and a unit where the length ends
+    bool atomHeaderAt(uint64_t pos) const;
     bool sowtSoundEnds(uint64_t pos) const;
     bool twosSoundEnds(uint64_t pos) const;
     // First position in [from, to) whose first byte is zero and where test holds; to when none.
