@@ -228,7 +228,7 @@ private Q_SLOTS:
 
         QByteArray noise(1 << 20, '\0');
         for (int i = 0; i < noise.size(); ++i)
-            noise[i] = char((i * 7919 + (i >> 5)) & 0xFF);
+            noise[i] = char((uint32_t(i) * 7919u + uint32_t(i >> 5)) & 0xFF);
         RunSowt(noise);
         RunTwos(noise);
         QCOMPARE(RunTwos(QByteArray()).lines.size(), 0);
