@@ -82,8 +82,9 @@ void VideoRepairWindow::OnWriteStatus(bool repaired, bool reserved, QString file
         QTreeWidgetItem* row = m_resultList->topLevelItem(i);
         if (row->text(ResName) != fileName)
             continue;
-        if (row->text(ResStage) == QLatin1String("1")) {
-            // First-pass verdict.
+        if (row->text(ResStage) == QLatin1String("1") && row->text(ResVerdict).isEmpty()) {
+            // First-pass verdict. A row that awaits Advance Repair keeps its
+            // stage "1" but has verdict "0"; its verdict comes below.
             row->setText(ResDefaultCodec, defaultCodec ? QStringLiteral("1") : QStringLiteral("0"));
             if (repaired || reserved) {
                 SetRowStatus(row, tr("Completed"), "gray");
@@ -102,12 +103,14 @@ void VideoRepairWindow::OnWriteStatus(bool repaired, bool reserved, QString file
         }
         if (row->text(ResVerdict) == QLatin1String("0") && (repaired || reserved)) {
             // Reference-pass verdict; a negative one leaves the row waiting.
+            // The button stays hidden until the end of the pass has tested
+            // the output.
             SetRowStatus(row, tr("Completed"), nullptr);
             row->setTextAlignment(ResStatus, Qt::Alignment(128));
             row->setText(ResVerdict, QStringLiteral("1"));
             row->setText(ResDefaultCodec, defaultCodec ? QStringLiteral("1") : QStringLiteral("0"));
             if (CustomButton* b = RowButton(row)) {
-                b->setText(QString());
+                b->setText(tr("Preview"));
                 b->hide();
             }
         }
@@ -123,7 +126,22 @@ void VideoRepairWindow::OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileNam
         if (g_stopRequested)
             return;
         QTreeWidgetItem* row = m_resultList->topLevelItem(i);
-        if (row->text(ResName) != FileName || row->text(ResStage) != QLatin1String("1"))
+        if (row->text(ResName) != FileName)
+            continue;
+        if (row->text(ResVerdict) == QLatin1String("0")) {
+            // Reference pass: only a positive verdict changes the row.
+            if (hasVideo_Strh) {
+                SetRowStatus(row, tr("Completed"), nullptr);
+                row->setTextAlignment(ResStatus, Qt::Alignment(128));
+                row->setText(ResVerdict, QStringLiteral("1"));
+                if (CustomButton* b = RowButton(row)) {
+                    b->setText(tr("Preview"));
+                    b->hide();
+                }
+            }
+            continue;
+        }
+        if (row->text(ResStage) != QLatin1String("1") || !row->text(ResVerdict).isEmpty())
             continue;
         if (hasVideo_Strh) {
             SetRowStatus(row, tr("Completed"), "gray");
