@@ -6,8 +6,18 @@
 #include "core/repair_globals.h"
 #include "shell/platform_core.h"
 #include "shell/scale.h"
+#include "workspace/advanced_repair_dlg.h"
 #include "workspace/file_dialogs.h"
+#include "workspace/reference_file_dlg.h"
+#include "workspace/reference_repaired_dlg.h"
+#include "workspace/save_dlg.h"
 #include "workspace/video_repair_window.h"
+#include "workspace/workspace_globals.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTextEdit>
 
 #include <QApplication>
 #include <QDir>
@@ -61,7 +71,7 @@ int main(int argc, char** argv)
     window.show();
 
     int failures = 0;
-    auto settle = [](int ms) {
+    static auto settle = [](int ms) {
         QEventLoop loop;
         QTimer::singleShot(ms, &loop, &QEventLoop::quit);
         loop.exec();
@@ -87,6 +97,32 @@ int main(int argc, char** argv)
                 closer.stop();
                 QTimer::singleShot(400, [&] {
                     failures += !Save(&window, out + QStringLiteral("/page2-results.png"));
+                    // The dialogs of page 2, shown without their loops.
+                    AdvancedRepairDlg advanced(&window, args.value(1));
+                    advanced.show();
+                    settle(200);
+                    failures += !Save(&advanced, out + QStringLiteral("/dialog-advance-repair.png"));
+                    advanced.hide();
+                    g_referenceDlg->ResetForNewSample();
+                    g_referenceDlg->RefPath_Edit->setText(QStringLiteral("/home/user/Videos/sample_from_camera.mov"));
+                    g_referenceDlg->RefRepairBtn->setEnabled(true);
+                    g_referenceDlg->refe_CheckBox->setEnabled(true);
+                    g_referenceDlg->show();
+                    settle(200);
+                    failures += !Save(g_referenceDlg, out + QStringLiteral("/dialog-sample.png"));
+                    g_referenceDlg->hide();
+                    window.saveDlg()->Reset();
+                    window.saveDlg()->customLoc->click();
+                    window.saveDlg()->RefPath_Edit->setText(QStringLiteral("/home/user/Saved videos"));
+                    window.saveDlg()->show();
+                    settle(200);
+                    failures += !Save(window.saveDlg(), out + QStringLiteral("/dialog-save.png"));
+                    window.saveDlg()->hide();
+                    window.doneDlg()->setText(QObject::tr("Repaired files saved successfully."));
+                    window.doneDlg()->show();
+                    settle(200);
+                    failures += !Save(window.doneDlg(), out + QStringLiteral("/dialog-done.png"));
+                    window.doneDlg()->hide();
                     app.quit();
                 });
             }
