@@ -37,6 +37,11 @@ QString VideoRepairWindow::PreviewPath(const QString& repairedPath)
 void VideoRepairWindow::PlayVideo(QString path)
 {
     qDebug() << "preview:" << path;
+    if (g_playerPath.isEmpty()) {
+        // Nothing to start: neither mplayer nor mpv is installed.
+        ShowDone(tr("No video player was found to preview the file. Install mpv or mplayer and try again."));
+        return;
+    }
     PreviewProcess()->start(g_playerPath, PreviewArguments(g_playerKind, path, false), QIODevice::ReadWrite);
 }
 

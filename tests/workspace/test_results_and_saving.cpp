@@ -392,6 +392,14 @@ private Q_SLOTS:
         m_window->OnDoubleClicked(item, 4);   // empty column: nothing starts
         QTest::qWait(200);
         QCOMPARE(playerCalls().size(), 2);
+
+        const QString player = g_playerPath;
+        g_playerPath.clear();   // no player installed
+        m_answers << QStringLiteral("OkBtn");
+        m_window->PlayVideo(item->text(1));
+        g_playerPath = player;
+        QVERIFY(m_modalTexts.last().join(QString()).contains(QLatin1String("No video player was found")));
+        QCOMPARE(playerCalls().size(), 2);
     }
 
     // Custom folder: the checked results are copied, a file already there
