@@ -39,31 +39,42 @@ encode() {
   ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x360:rate=25" \
     -f lavfi -i "sine=frequency=440:sample_rate=48000" -t 20 -vf "hue=h=$hue" "$@" "$out"
 }
-# grow CLIP OUT: loops the clip by stream copy up to the size.
+# grow CLIP OUT [FORMAT ARGS]: loops the clip by stream copy up to the size.
 grow() {
-  local loops=$(( bytes / $(stat -c %s "$1") + 1 ))
-  ffmpeg -y -v error -nostdin -stream_loop "$loops" -i "$1" -map 0 -c copy -fs "$bytes" "$2"
+  local clip=$1 out=$2; shift 2
+  local loops=$(( bytes / $(stat -c %s "$clip") + 1 ))
+  if [ "${clip##*.}" = flv ]; then
+    # The FLV reader can't seek back to loop: join copies of the clip instead.
+    local list=$clip.list
+    for _ in $(seq 0 "$loops"); do echo "file '$(realpath "$clip")'"; done > "$list"
+    ffmpeg -y -v error -nostdin -f concat -safe 0 -i "$list" -map 0 -c copy -fs "$bytes" "$@" "$out"
+    rm -f "$list"
+  else
+    ffmpeg -y -v error -nostdin -stream_loop "$loops" -i "$clip" -map 0 -c copy -fs "$bytes" "$@" "$out"
+  fi
 }
 make_route() {   # route: sets original, damaged, sample, ext
-  local r=$1 args=()
+  local r=$1 args=() fmt=()
   sample=""
   case $r in
     h264) ext=mov; args=(-c:v libx264 -preset veryfast -profile:v high -g 30 -b:v 10M -pix_fmt yuv420p -c:a aac -b:a 128k) ;;
     hevc) ext=mov; args=(-c:v libx265 -preset ultrafast -tag:v hvc1 -b:v 8M -pix_fmt yuv420p -c:a aac -b:a 128k -x265-params log-level=error) ;;
-    mjpeg) ext=mov; args=(-c:v mjpeg -q:v 3 -c:a pcm_s16be) ;;
+    # 8-bit sound: with 16-bit PCM the movie names a second codec kind and
+    # the file takes the sample-driven route instead.
+    mjpeg) ext=mov; args=(-c:v mjpeg -q:v 3 -c:a pcm_u8) ;;
     avi) ext=avi; args=(-c:v mpeg4 -vtag XVID -b:v 10M -c:a libmp3lame -b:a 128k) ;;
     wmv) ext=wmv; args=(-c:v wmv2 -b:v 10M -c:a wmav2 -b:a 128k) ;;
     flv) ext=flv; args=(-c:v flv1 -b:v 10M -c:a libmp3lame -b:a 128k -ar 44100) ;;
-    mts) ext=mts; args=(-c:v libx264 -preset veryfast -b:v 10M -pix_fmt yuv420p -c:a aac -f mpegts -mpegts_m2ts_mode 1) ;;
+    mts) ext=mts; fmt=(-f mpegts -mpegts_m2ts_mode 1); args=(-c:v libx264 -preset veryfast -b:v 10M -pix_fmt yuv420p -c:a aac "${fmt[@]}") ;;
     mkv) ext=mkv; args=(-c:v libx264 -preset veryfast -b:v 10M -pix_fmt yuv420p -c:a aac) ;;
-    mpeg) ext=mpg; args=(-c:v mpeg2video -b:v 10M -c:a mp2 -f vob) ;;
+    mpeg) ext=mpg; fmt=(-f vob); args=(-c:v mpeg2video -b:v 10M -c:a mp2 "${fmt[@]}") ;;
     *) echo "unknown route $r" >&2; return 1 ;;
   esac
   original=$cache/$r.$ext
   if [ ! -s "$original" ]; then
     echo "making $original (once)..." >&2
     encode "$cache/.$r.clip.$ext" 0 "${args[@]}"
-    grow "$cache/.$r.clip.$ext" "$cache/.$r.tmp.$ext"
+    grow "$cache/.$r.clip.$ext" "$cache/.$r.tmp.$ext" "${fmt[@]}"
     mv "$cache/.$r.tmp.$ext" "$original"
     rm -f "$cache/.$r.clip.$ext"
   fi
