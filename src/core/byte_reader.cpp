@@ -9,34 +9,52 @@
 #include <unistd.h>
 
 ByteReader::ByteReader(uint64_t size, size_t window)
-    : m_size(size), m_window(std::max(window, 2 * kAlign)), m_buf(m_window)
+    : m_size(size), m_window(std::max(window, 2 * kAlign))
 {
+    // The windows' buffers are made on first use.
 }
 
 const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
 {
     if (n > maxView()) {
         // Callers should stay within maxView(); a larger request grows the
-        // window rather than hand out a short buffer.
+        // windows rather than hand out a short buffer.
         m_window = n + 2 * kAlign;
-        m_buf.assign(m_window, 0);
-    }
-    // Refill so that the window starts at pos rounded down to the alignment.
-    const uint64_t start = pos - pos % kAlign;
-    m_winStart = start;
-    m_winLen = m_window;
-    size_t got = 0;
-    if (start < m_size) {
-        const size_t want = size_t(std::min<uint64_t>(m_window, m_size - start));
-        while (got < want) {
-            const size_t r = fetch(start + got, m_buf.data() + got, want - got);
-            if (r == 0)
-                break;
-            got += r;
+        for (Window& w : m_windows) {
+            w.buf.clear();
+            w.len = 0;
         }
     }
-    std::memset(m_buf.data() + got, 0, m_window - got);
-    return m_buf.data() + (pos - start);
+    const int other = 1 - m_recent;
+    Window& o = m_windows[other];
+    if (pos >= o.start && n <= o.len && pos - o.start <= o.len - n) {
+        m_recent = other;
+        return o.buf.data() + (pos - o.start);
+    }
+    // Wholly past the end: zeros, and both windows stay where they are.
+    if (pos >= m_size) {
+        if (m_zeros.size() < n)
+            m_zeros.assign(std::max(n, size_t(kAlign)), 0);
+        return m_zeros.data();
+    }
+    // Refill the window used less recently, starting at pos rounded down.
+    Window& w = o;
+    if (w.buf.size() != m_window)
+        w.buf.assign(m_window, 0);
+    const uint64_t start = pos - pos % kAlign;
+    w.start = start;
+    w.len = m_window;
+    const size_t want = size_t(std::min<uint64_t>(m_window, m_size - start));
+    size_t got = 0;
+    while (got < want) {
+        const size_t r = fetch(start + got, w.buf.data() + got, want - got);
+        if (r == 0)
+            break;
+        got += r;
+    }
+    std::memset(w.buf.data() + got, 0, m_window - got);
+    m_recent = other;
+    return w.buf.data() + (pos - start);
 }
 
 size_t ByteReader::read(uint64_t pos, void* dst, size_t n)

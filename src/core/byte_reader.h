@@ -1,10 +1,13 @@
 #pragma once
 // One positioned reader for every scanner and parser of the engine.
 //
-// Bytes are served from a large window that is refilled on demand, so a read
-// inside the window costs a memory access. Bytes past the end of the data read
-// as zero, which matches no four-character code or start code: damaged sizes
-// that point past the end simply find nothing. Each call that copies returns
+// Bytes are served from two large windows refilled on demand, so a read inside
+// either costs a memory access. Two, because scanners look far ahead (to where
+// a length says the next unit starts) and come back: the look ahead fills the
+// other window instead of throwing away the one being walked. Bytes past the
+// end of the data read as zero, which matches no four-character code or start
+// code: damaged sizes that point past the end simply find nothing, and a view
+// wholly past the end moves neither window. Each call that copies returns
 // how many real (not zero-filled) bytes it served.
 #include <QByteArray>
 #include <QString>
@@ -31,8 +34,9 @@ public:
     // n must not exceed maxView(); past the end the bytes are zero.
     const uint8_t* view(uint64_t pos, size_t n)
     {
-        if (pos >= m_winStart && n <= m_winLen && pos - m_winStart <= m_winLen - n)
-            return m_buf.data() + (pos - m_winStart);
+        const Window& w = m_windows[m_recent];
+        if (pos >= w.start && n <= w.len && pos - w.start <= w.len - n)
+            return w.buf.data() + (pos - w.start);
         return slowView(pos, n);
     }
     size_t maxView() const { return m_window - kAlign; }
@@ -71,11 +75,17 @@ protected:
 private:
     const uint8_t* slowView(uint64_t pos, size_t n);
 
+    struct Window {
+        std::vector<uint8_t> buf;
+        uint64_t start = 0;
+        size_t len = 0;        // bytes of buf that are valid (real or zero fill)
+    };
+
     uint64_t m_size;
     size_t m_window;
-    std::vector<uint8_t> m_buf;
-    uint64_t m_winStart = 0;
-    size_t m_winLen = 0;       // bytes of m_buf that are valid (real or zero fill)
+    Window m_windows[2];
+    int m_recent = 0;          // the window that served the last view
+    std::vector<uint8_t> m_zeros;   // served for views wholly past the end
     bool m_ioError = false;
 };
 

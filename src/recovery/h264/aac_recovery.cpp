@@ -169,6 +169,13 @@ StreamScanner::State StreamScanner::audioState()
             m_audioStart = m_pos++;
             continue;
         }
+        // A unit's length, a small atom's size and a filler run all begin
+        // with 0x00 or 0xFF: any other byte can only be more of the frame.
+        const uint8_t first = m_in.u8(m_pos);
+        if (first != 0x00 && first != 0xFF) {
+            ++m_pos;
+            continue;
+        }
         if (isUnit(m_pos)) {
             const uint32_t c = m_in.be32(m_pos);
             if (c != 0 && !standAloneShortUnit(c)) {
