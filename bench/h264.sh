@@ -21,40 +21,23 @@ encode() {   # out, seconds, hue
     -t "$2" -vf "hue=h=$3" -c:v libx264 -preset veryfast -profile:v high -g 30 \
     -b:v 10M -maxrate 10M -bufsize 5M -pix_fmt yuv420p -c:a aac -ac 2 -b:a 128k "$1"
 }
+. bench/lib.sh
 original=$cache/h264_500m.mov
 sample=$cache/h264_sample.mov
-if [ ! -s "$original" ]; then
-  echo "making $original (once)..."
-  encode "$cache/.h264_40s.mov" 40 0
-  ffmpeg -y -v error -nostdin -stream_loop 9 -i "$cache/.h264_40s.mov" -c copy -fs 500000000 "$cache/.h264_500m.mov"
-  mv "$cache/.h264_500m.mov" "$original"
-  rm -f "$cache/.h264_40s.mov"
-fi
-if [ ! -s "$sample" ]; then
-  encode "$cache/.h264_sample.mov" 40 90
-  mv "$cache/.h264_sample.mov" "$sample"
-fi
+make_camera_files encode "$original" "$sample" 500000000 40
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-# The damaged file: everything ahead of the movie, as a recording cut off
-# before the movie was written.
-. bench/lib.sh
-head -c "$(moov_offset "$original")" "$original" > "$work/clip.mov"
+cut_movie "$original" "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
 
 echo "input: $size bytes"
 cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
-report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
 timed cat sh -c "cat '$work/clip.mov' > /dev/null"
 report "cat > /dev/null" "$cat_wall" "$cat_kib"
-timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
-report "ffmpeg -c copy" "$copy_wall" "$copy_kib"
-rm -f "$work/copy.mov"
-timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
-report "repair" "$repair_wall" "$repair_kib"
+copy_and_repair "$original" "$sample" "$work/clip.mov" "$batch"
 grep -o 'Stream scan: .*' "$work/repair.err" || true
 out=$work/Repaired/clip.mov
 [ -s "$out" ] || { echo "no output" >&2; exit 1; }
 echo "output: $(stat -c %s "$out") bytes"
-awk -v r="$repair_wall" -v c="$copy_wall" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 2.5)\n", r / c }'
+awk -v r="$repair_best" -v c="$copy_best" 'BEGIN { printf "repair / ffmpeg copy = %.2f (target <= 2.5)\n", r / c }'

@@ -21,37 +21,21 @@ encode() {   # out, seconds, hue
     -t "$2" -vf "hue=h=$3" -c:v libx265 -preset ultrafast -x265-params "log-level=error:keyint=25" \
     -b:v 10M -tag:v hvc1 -pix_fmt yuv420p -c:a aac -ac 2 -b:a 128k "$1"
 }
+. bench/lib.sh
 original=$cache/hevc_1g.mov
 sample=$cache/hevc_sample.mov
-if [ ! -s "$original" ]; then
-  echo "making $original (once)..."
-  encode "$cache/.hevc_40s.mov" 40 0
-  ffmpeg -y -v error -nostdin -stream_loop 30 -i "$cache/.hevc_40s.mov" -c copy -fs 1000000000 "$cache/.hevc_1g.mov"
-  mv "$cache/.hevc_1g.mov" "$original"
-  rm -f "$cache/.hevc_40s.mov"
-fi
-if [ ! -s "$sample" ]; then
-  encode "$cache/.hevc_sample.mov" 20 90
-  mv "$cache/.hevc_sample.mov" "$sample"
-fi
+make_camera_files encode "$original" "$sample" 1000000000 20
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-. bench/lib.sh
-# The damaged file: everything ahead of the movie.
-head -c "$(moov_offset "$original")" "$original" > "$work/clip.mov"
+cut_movie "$original" "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
 
 echo "input: $size bytes"
 cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
-report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
 timed cat sh -c "cat '$work/clip.mov' > /dev/null"
 report "cat > /dev/null" "$cat_wall" "$cat_kib"
-timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
-report "ffmpeg -c copy" "$copy_wall" "$copy_kib"
-rm -f "$work/copy.mov"
-timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
-report "repair" "$repair_wall" "$repair_kib"
+copy_and_repair "$original" "$sample" "$work/clip.mov" "$batch"
 scan=$(grep -o 'Stream scan: .*' "$work/repair.err" || true)
 echo "$scan"
 out=$work/Repaired/clip.mov

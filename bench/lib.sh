@@ -28,3 +28,54 @@ while True:
     pos += size
 PY
 }
+
+# report LABEL SECONDS KIB: one figure line.
+report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
+
+# make_camera_files ENCODE ORIGINAL SAMPLE BYTES SAMPLE_SECONDS: with the
+# caller's function ENCODE OUT SECONDS HUE, makes ORIGINAL once from a 40 s
+# clip looped by stream copy up to BYTES, and SAMPLE once: a recording with
+# the same settings and another picture.
+make_camera_files() {
+  local encode=$1 original=$2 sample=$3 bytes=$4 seconds=$5
+  local tmp; tmp=$(dirname "$original")/.$(basename "$original")
+  if [ ! -s "$original" ]; then
+    echo "making $original (once)..."
+    "$encode" "$tmp.clip.mov" 40 0
+    ffmpeg -y -v error -nostdin -stream_loop 30 -i "$tmp.clip.mov" -c copy -fs "$bytes" "$tmp.tmp.mov"
+    mv "$tmp.tmp.mov" "$original"
+    rm -f "$tmp.clip.mov"
+  fi
+  if [ ! -s "$sample" ]; then
+    "$encode" "$tmp.sample.mov" "$seconds" 90
+    mv "$tmp.sample.mov" "$sample"
+  fi
+}
+
+# cut_movie ORIGINAL OUT: everything ahead of the movie, as a recording cut
+# off before the movie was written.
+cut_movie() {
+  head -c "$(moov_offset "$1")" "$1" > "$2"
+}
+
+# copy_and_repair ORIGINAL SAMPLE CLIP BATCH: times ffmpeg's stream copy of
+# ORIGINAL and the repair of CLIP with SAMPLE, each twice after a sync; the
+# faster run counts, since the page cache makes single runs of gigabyte
+# writes vary widely. Sets copy_best, repair_best, copy_kib, repair_kib and
+# leaves the last repair's output in $work/Repaired.
+copy_and_repair() {
+  local original=$1 sample=$2 clip=$3 batch=$4
+  copy_best=999999; repair_best=999999
+  for _ in 1 2; do
+    sync
+    timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+    copy_best=$(awk -v a="$copy_best" -v b="$copy_wall" 'BEGIN { print (a < b ? a : b) }')
+    rm -f "$work/copy.mov"
+    rm -rf "$work/Repaired"
+    sync
+    timed repair "$batch" --reference "$sample" --work-root "$work" "$clip"
+    repair_best=$(awk -v a="$repair_best" -v b="$repair_wall" 'BEGIN { print (a < b ? a : b) }')
+  done
+  report "ffmpeg -c copy" "$copy_best" "$copy_kib"
+  report "repair" "$repair_best" "$repair_kib"
+}

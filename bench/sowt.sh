@@ -23,46 +23,19 @@ encode() {   # out, seconds, hue
     -b:v 10M -maxrate 10M -bufsize 5M -pix_fmt yuv420p -x264-params aud=1 \
     -c:a pcm_s16le -ac 2 "$1"
 }
+. bench/lib.sh
 original=$cache/sowt_1g.mov
 sample=$cache/sowt_sample.mov
-if [ ! -s "$original" ]; then
-  echo "making $original (once)..."
-  encode "$cache/.sowt_40s.mov" 40 0
-  ffmpeg -y -v error -nostdin -stream_loop 30 -i "$cache/.sowt_40s.mov" -c copy -fs 1000000000 "$cache/.sowt_1g.mov"
-  mv "$cache/.sowt_1g.mov" "$original"
-  rm -f "$cache/.sowt_40s.mov"
-fi
-if [ ! -s "$sample" ]; then
-  encode "$cache/.sowt_sample.mov" 20 90
-  mv "$cache/.sowt_sample.mov" "$sample"
-fi
+make_camera_files encode "$original" "$sample" 1000000000 20
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-. bench/lib.sh
-# The damaged file: everything ahead of the movie.
-head -c "$(moov_offset "$original")" "$original" > "$work/clip.mov"
+cut_movie "$original" "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
 
 echo "input: $size bytes"
 cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
-report() { printf '%-22s %8.2f s %10d KiB\n' "$1" "$2" "$3"; }
-# Each is run twice after a sync, and the faster run counts: the machine's
-# page cache makes single runs of gigabyte writes vary widely.
-best() { awk -v a="$1" -v b="$2" 'BEGIN { print (a < b ? a : b) }'; }
-copy_best=999999; repair_best=999999
-for round in 1 2; do
-  sync
-  timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
-  copy_best=$(best "$copy_best" "$copy_wall")
-  rm -f "$work/copy.mov"
-  rm -rf "$work/Repaired"
-  sync
-  timed repair "$batch" --reference "$sample" --work-root "$work" "$work/clip.mov"
-  repair_best=$(best "$repair_best" "$repair_wall")
-done
-report "ffmpeg -c copy" "$copy_best" "$copy_kib"
-report "repair" "$repair_best" "$repair_kib"
+copy_and_repair "$original" "$sample" "$work/clip.mov" "$batch"
 scan=$(grep -ao 'Index scan: .*' "$work/repair.err" || true)
 echo "$scan"
 out=$work/Repaired/clip.mov
