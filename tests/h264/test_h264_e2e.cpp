@@ -43,21 +43,6 @@ QString Camera(const QString& suffix, int rate, bool sample, bool audio = true, 
     return make(name, a);
 }
 
-// Frames of the first audio stream that decode, or -1.
-int DecodedAudioFrames(const QString& path)
-{
-    QByteArray out;
-    if (run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-count_frames"),
-                                        QStringLiteral("-select_streams"), QStringLiteral("a:0"),
-                                        QStringLiteral("-show_entries"), QStringLiteral("stream=nb_read_frames"),
-                                        QStringLiteral("-of"), QStringLiteral("csv=p=0"), path},
-            &out) != 0)
-        return -1;
-    bool ok = false;
-    const int n = out.trimmed().split('\n').value(0).split(',').value(0).toInt(&ok);
-    return ok ? n : -1;
-}
-
 // Video packets of a healthy file that lie wholly before position end.
 int VideoFramesBefore(const QString& path, qint64 end)
 {
@@ -82,23 +67,6 @@ class TestH264E2e : public QObject {
     Q_OBJECT
     QString m_dir;
 
-    // Writes the damaged copy, runs the first pass and then the pass with the
-    // sample; returns the output's path ("" when none was made).
-    QString repair(const QByteArray& damaged, const QString& name, const QString& sample, bool* firstPassRepaired)
-    {
-        const QString in = m_dir + QLatin1Char('/') + name;
-        writeAll(in, damaged);
-        const QString before = sha256(in);
-        BatchResult first = runBatch({QStringLiteral("--quiet"), in});
-        *firstPassRepaired = !first.verdicts().isEmpty() && first.verdicts().last().value("repaired").toBool();
-        BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
-        [&] { QCOMPARE(sha256(in), before); }();
-        const QList<QJsonObject> v = second.verdicts();
-        if (v.isEmpty() || !v.last().value("repaired").toBool())
-            return QString();
-        const QJsonArray outputs = second.end().value("outputs").toArray();
-        return outputs.isEmpty() ? QString() : outputs.first().toString();
-    }
 
 private Q_SLOTS:
     void init() { m_dir = freshDir(QStringLiteral("h264e2e")); }
@@ -122,7 +90,7 @@ private Q_SLOTS:
         QVERIFY(r.verdicts().first().value("repaired").toBool());
         const QString out = m_dir + QStringLiteral("/Repaired/healthy.") + suffix;
         QCOMPARE(decodedVideoFrames(out), decodedVideoFrames(clip));
-        QCOMPARE(DecodedAudioFrames(out), DecodedAudioFrames(clip));
+        QCOMPARE(decodedFrames(out, QStringLiteral("a:0")), decodedFrames(clip, QStringLiteral("a:0")));
     }
 
     void lostMovieRepairedFromSample_data()
@@ -166,7 +134,7 @@ private Q_SLOTS:
         }
 
         bool firstPass = true;
-        const QString out = repair(bytes, QStringLiteral("clip.") + suffix, sample, &firstPass);
+        const QString out = repairWithSample(m_dir, QStringLiteral("clip.") + suffix, bytes, sample, &firstPass);
         QVERIFY2(!firstPass, "a file without its movie waits for a sample");
         QVERIFY2(!out.isEmpty(), "the pass with the sample made no file");
         const int frames = decodedVideoFrames(out);
@@ -174,7 +142,7 @@ private Q_SLOTS:
         QVERIFY2(frames >= minShare * expected, qPrintable(QStringLiteral("%1 of %2").arg(frames).arg(expected)));
         if (audio && damage == QLatin1String("cut")) {
             // Sound for at least half the clip's length decodes.
-            const int audioFrames = DecodedAudioFrames(out);
+            const int audioFrames = decodedFrames(out, QStringLiteral("a:0"));
             const double seconds = audioFrames * 1024.0 / 48000.0;
             qInfo("%s: %.2f s of sound (%d frames)", QTest::currentDataTag(), seconds, audioFrames);
             QVERIFY(seconds >= 5.0);

@@ -43,45 +43,12 @@ QString HevcClip(const QString& suffix, bool sample, bool audio = true, bool pcm
                 a);
 }
 
-// Frames of the first stream of a kind ("a:0") that decode, or -1.
-int DecodedFrames(const QString& path, const QString& stream)
-{
-    QByteArray out;
-    if (run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-count_frames"),
-                                        QStringLiteral("-select_streams"), stream, QStringLiteral("-show_entries"),
-                                        QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"),
-                                        QStringLiteral("csv=p=0"), path},
-            &out) != 0)
-        return -1;
-    bool ok = false;
-    const int n = out.trimmed().split('\n').value(0).split(',').value(0).toInt(&ok);
-    return ok ? n : -1;
-}
-
 } // namespace
 
 class TestHevcE2e : public QObject {
     Q_OBJECT
     QString m_dir;
 
-    // First pass on the damaged copy, then the pass with the sample. Returns
-    // the output's path ("" when none was made).
-    QString repair(const QByteArray& damaged, const QString& name, const QString& sample, bool* firstPassRepaired)
-    {
-        const QString in = m_dir + QLatin1Char('/') + name;
-        writeAll(in, damaged);
-        const QString before = sha256(in);
-        const BatchResult first = runBatch({QStringLiteral("--quiet"), in});
-        *firstPassRepaired = !first.verdicts().isEmpty() && first.verdicts().last().value("repaired").toBool();
-        const BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
-        [&] { QCOMPARE(sha256(in), before); }();
-        [&] { QVERIFY2(!second.verdicts().isEmpty(), "no verdict"); }();
-        const QList<QJsonObject> v = second.verdicts();
-        if (v.isEmpty() || !v.last().value("repaired").toBool())
-            return QString();
-        const QJsonArray outputs = second.end().value("outputs").toArray();
-        return outputs.isEmpty() ? QString() : outputs.first().toString();
-    }
 
 private Q_SLOTS:
     void init() { m_dir = freshDir(QStringLiteral("hevce2e")); }
@@ -107,11 +74,11 @@ private Q_SLOTS:
         QCOMPARE(r.verdicts().size(), 1);
         QVERIFY(r.verdicts().first().value("repaired").toBool());
         const QString out = m_dir + QStringLiteral("/Repaired/healthy.") + suffix;
-        QCOMPARE(DecodedFrames(out, QStringLiteral("v:0")), DecodedFrames(clip, QStringLiteral("v:0")));
+        QCOMPARE(decodedFrames(out, QStringLiteral("v:0")), decodedFrames(clip, QStringLiteral("v:0")));
         if (!pcm)
-            QCOMPARE(DecodedFrames(out, QStringLiteral("a:0")), DecodedFrames(clip, QStringLiteral("a:0")));
+            QCOMPARE(decodedFrames(out, QStringLiteral("a:0")), decodedFrames(clip, QStringLiteral("a:0")));
         else
-            QVERIFY(DecodedFrames(out, QStringLiteral("a:0")) > 0);
+            QVERIFY(decodedFrames(out, QStringLiteral("a:0")) > 0);
     }
 
     void lostMovieRepairedFromSample_data()
@@ -134,18 +101,18 @@ private Q_SLOTS:
         QVERIFY(!clip.isEmpty() && !sample.isEmpty());
         QByteArray bytes = readAll(clip);
         cutMoov(bytes);
-        const int expected = DecodedFrames(clip, QStringLiteral("v:0"));
+        const int expected = decodedFrames(clip, QStringLiteral("v:0"));
 
         bool firstPass = true;
-        const QString out = repair(bytes, QStringLiteral("clip.") + suffix, sample, &firstPass);
+        const QString out = repairWithSample(m_dir, QStringLiteral("clip.") + suffix, bytes, sample, &firstPass);
         QVERIFY2(!firstPass, "a file without its movie waits for a sample");
         QVERIFY2(!out.isEmpty(), "the pass with the sample made no file");
-        const int frames = DecodedFrames(out, QStringLiteral("v:0"));
+        const int frames = decodedFrames(out, QStringLiteral("v:0"));
         qInfo("%s: %d of %d video frames", QTest::currentDataTag(), frames, expected);
         QVERIFY2(frames >= 0.9 * expected, qPrintable(QStringLiteral("%1 of %2").arg(frames).arg(expected)));
         if (audio) {
             // The sound reaches the output as AAC at the source's rate.
-            const int audioFrames = DecodedFrames(out, QStringLiteral("a:0"));
+            const int audioFrames = decodedFrames(out, QStringLiteral("a:0"));
             const double seconds = audioFrames * 1024.0 / (pcm ? 96000.0 : 48000.0);
             qInfo("%s: %.2f s of sound (%d frames)", QTest::currentDataTag(), seconds, audioFrames);
             QVERIFY(seconds >= 4.0);
@@ -197,7 +164,7 @@ private Q_SLOTS:
         QByteArray damaged = readAll(clip);
         cutMoov(damaged);
         bool firstPass = true;
-        repair(damaged, QStringLiteral("clip.mov"), sample, &firstPass);
+        repairWithSample(m_dir, QStringLiteral("clip.mov"), damaged, sample, &firstPass);
         QVERIFY(!firstPass);
     }
 
@@ -226,7 +193,7 @@ private Q_SLOTS:
             QByteArray cut = clipBytes;
             cutMoov(cut);
             bool firstPass = true;
-            repair(cut, QStringLiteral("cut.mp4"), sample, &firstPass);
+            repairWithSample(m_dir, QStringLiteral("cut.mp4"), cut, sample, &firstPass);
         }
     }
 
@@ -240,7 +207,7 @@ private Q_SLOTS:
         QByteArray bytes = readAll(clip);
         cutMoov(bytes);
         bool firstPass = true;
-        repair(bytes, QStringLiteral("h264.mp4"), sample, &firstPass);
+        repairWithSample(m_dir, QStringLiteral("h264.mp4"), bytes, sample, &firstPass);
         QVERIFY(!firstPass);
     }
 };

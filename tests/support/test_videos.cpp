@@ -1,5 +1,8 @@
 #include "support/test_videos.h"
 
+#include <QJsonArray>
+#include <QtTest>
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -157,10 +160,15 @@ void cutMoov(QByteArray& file)
 
 int decodedVideoFrames(const QString& path)
 {
+    return decodedFrames(path, QStringLiteral("v:0"));
+}
+
+int decodedFrames(const QString& path, const QString& stream)
+{
     QByteArray out;
     const int rc = run(QStringLiteral("ffprobe"),
                        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-count_frames"),
-                        QStringLiteral("-select_streams"), QStringLiteral("v:0"), QStringLiteral("-show_entries"),
+                        QStringLiteral("-select_streams"), stream, QStringLiteral("-show_entries"),
                         QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
                         path},
                        &out);
@@ -170,6 +178,24 @@ int decodedVideoFrames(const QString& path)
     // Streams with side data (MPEG-2's CPB properties) add empty fields: "200,".
     const int n = out.trimmed().split('\n').value(0).split(',').value(0).trimmed().toInt(&ok);
     return ok ? n : -1;
+}
+
+QString repairWithSample(const QString& dir, const QString& name, const QByteArray& damaged,
+                         const QString& sample, bool* firstPassRepaired)
+{
+    const QString in = dir + QLatin1Char('/') + name;
+    writeAll(in, damaged);
+    const QString before = sha256(in);
+    const BatchResult first = runBatch({QStringLiteral("--quiet"), in});
+    *firstPassRepaired = !first.verdicts().isEmpty() && first.verdicts().last().value("repaired").toBool();
+    const BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
+    [&] { QCOMPARE(sha256(in), before); }();
+    [&] { QVERIFY2(!second.verdicts().isEmpty(), "no verdict"); }();
+    const QList<QJsonObject> v = second.verdicts();
+    if (v.isEmpty() || !v.last().value("repaired").toBool())
+        return QString();
+    const QJsonArray outputs = second.end().value("outputs").toArray();
+    return outputs.isEmpty() ? QString() : outputs.first().toString();
 }
 
 bool probeOpens(const QString& path)

@@ -45,6 +45,8 @@ void cutMoov(QByteArray& file);                             // drop a moov at th
 
 // Frames of the first video stream that decode, or -1 when the file doesn't open.
 int decodedVideoFrames(const QString& path);
+// Frames of one stream ("a:0", "v:0") that decode, or -1.
+int decodedFrames(const QString& path, const QString& stream);
 // True when ffprobe opens the file.
 bool probeOpens(const QString& path);
 
@@ -56,6 +58,13 @@ struct BatchResult {
     QList<QJsonObject> verdicts() const;
 };
 BatchResult runBatch(const QStringList& args, int timeoutMs = 600000);
+
+// Advance Repair through the batch runner: writes damaged to dir/name, runs a
+// first pass, then a pass with sample. Fails the current test when the
+// input changed or the second pass gave no verdict. Returns the output's
+// path, "" when the second pass made none.
+QString repairWithSample(const QString& dir, const QString& name, const QByteArray& damaged,
+                         const QString& sample, bool* firstPassRepaired);
 
 // A fresh folder under the system temp folder, removed by the caller.
 QString freshDir(const QString& tag);
