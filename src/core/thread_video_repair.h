@@ -136,6 +136,7 @@ public:
     void RemuxDamagedFileSowt(const QString& inputPath);
     void ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath);
     void ScanIndexTwos(const QString& inputPath);
+    void ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath);
     void RunIndexScan(const QString& inputPath, const std::function<void(IndexScanner&)>& scan);
     bool m_pcmChain = false;                // the lpcm pass runs the chain of Audio.pcm
 

@@ -201,6 +201,43 @@ private Q_SLOTS:
 
     // twos: pictures open with a delimiter; timecode markers are stepped
     // over, not filed as sound.
+    // HEVC with lpcm sound: the atoms ahead of mdat are passed (the zeros of
+    // a free atom hold no first frame), slices of one picture share a line
+    // until a slice opens the next picture, and a parameter set ends the
+    // chain, so what follows up to the next picture is sound.
+    void hevcPcmScan()
+    {
+        auto slice = [](uint8_t header, bool firstInPicture) {
+            QByteArray u = Unit(header, 0x01, 30);
+            u[6] = char(firstInPicture ? 0x80 : 0x11);
+            return u;
+        };
+        const QByteArray idr = slice(0x26, true) + slice(0x26, false);   // two slices, one picture
+        const QByteArray trail = slice(0x02, true);
+        const QByteArray pps = Unit(0x44, 0x01, 10);
+        const QByteArray sound(400, '\x55');
+        QByteArray head = QByteArray::fromHex("00000010667479707174202000000000");
+        head += QByteArray::fromHex("00000100") + "free" + QByteArray(248, '\0');
+        head += QByteArray::fromHex("00000000") + "mdat";
+        const QByteArray bytes = head + idr + trail + pps + sound + idr + trail;
+        PatternSet patterns;
+        patterns.add(0x260180);
+        Scan s;
+        MemoryReader r(bytes);
+        IndexScanner scanner(r, [&](const IndexLine& l) { s.lines << l; });
+        scanner.runHevcPcm(patterns);
+        const QList<IndexLine> video = s.of(IndexLine::Video);
+        QCOMPARE(video.size(), 4);
+        QCOMPARE(video[0].pos, uint64_t(head.size()));
+        QCOMPARE(video[0].size, uint64_t(idr.size()));
+        QCOMPARE(video[1].size, uint64_t(trail.size()));
+        const QList<IndexLine> audio = s.of(IndexLine::Audio);
+        QCOMPARE(audio.size(), 1);
+        QCOMPARE(audio[0].pos, uint64_t(head.size() + idr.size() + trail.size()));
+        QCOMPARE(audio[0].size, uint64_t(pps.size() + sound.size()));
+        QCOMPARE(s.of(IndexLine::Zero).size(), 0);
+    }
+
     void twosSteersByDelimiters()
     {
         const QByteArray pic = kAud + kIdr;

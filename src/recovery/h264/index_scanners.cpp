@@ -143,7 +143,49 @@ bool IndexScanner::sowtFrameAt(uint64_t pos) const
     if (length == 0 || pos + 4 + length > m_size)
         return false;
     const uint64_t next = pos + 4 + length;
-    return next == m_size || sowtUnit(next);
+    return next == m_size || chainUnit(next);
+}
+
+// A unit of an HEVC chain: a length inside the file ahead of a header byte of
+// a picture, an SEI or a delimiter. Parameter sets end a chain, as cameras
+// with lpcm sound repeat them only in the sample's description.
+bool IndexScanner::hevcUnit(uint64_t pos) const
+{
+    if (!IsNalStart(m_in, pos, NalStartSet::HevcLpcmBytes))
+        return false;
+    const uint32_t length = m_in.be32(pos);
+    return length != 0 && pos + 4 + length <= m_size;
+}
+
+// The first HEVC frame: a sample pattern whose unit is followed by another.
+bool IndexScanner::hevcFirstFrameAt(uint64_t pos) const
+{
+    if (!m_patterns->matchAt(m_in, pos + 4))
+        return false;
+    const uint32_t length = m_in.be32(pos);
+    return length != 0 && pos + 4 + length < m_size && hevcUnit(pos + 4 + length);
+}
+
+// Whether the unit at pos opens a new picture behind one that already has a
+// slice; slice tells whether the unit is one.
+bool IndexScanner::newPictureAt(uint64_t pos, bool pictureHasSlice, bool* slice) const
+{
+    const uint8_t* p = m_in.view(pos + 4, 3);
+    if (m_hevc) {
+        const unsigned type = (p[0] >> 1) & 0x3F;
+        *slice = type < 32;
+        // first_slice_segment_in_pic_flag is the first bit behind the header.
+        const bool firstSlice = *slice && (p[2] & 0x80);
+        const bool prefix = (type >= 32 && type <= 35) || type == 39 || (type >= 41 && type <= 44)
+                            || (type >= 48 && type <= 55);
+        return pictureHasSlice && (prefix || firstSlice);
+    }
+    const unsigned type = p[0] & 0x1F;
+    *slice = type >= 1 && type <= 5;
+    // first_mb_in_slice of 0 is coded as a single 1 bit.
+    const bool firstSlice = *slice && (p[1] & 0x80);
+    const bool prefix = type == 6 || type == 7 || type == 8 || (type >= 14 && type <= 18);
+    return pictureHasSlice && (type == 9 || prefix || firstSlice);
 }
 
 // Follows the chain of units from pos (a unit the caller has accepted) and
@@ -159,12 +201,8 @@ uint64_t IndexScanner::walkVideo(uint64_t pos, UnitTest unit)
         const uint32_t length = m_in.be32(pos);
         if (length == 0 || pos + 4 + length > m_size)
             break;
-        const uint8_t type = m_in.u8(pos + 4) & 0x1F;
-        const bool slice = type >= 1 && type <= 5;
-        // first_mb_in_slice of 0 is coded as a single 1 bit.
-        const bool firstSlice = slice && (m_in.u8(pos + 5) & 0x80);
-        const bool prefix = type == 6 || type == 7 || type == 8 || (type >= 14 && type <= 18);
-        const bool newPicture = pictureHasSlice && (type == 9 || prefix || firstSlice);
+        bool slice = false;
+        const bool newPicture = newPictureAt(pos, pictureHasSlice, &slice);
         if (newPicture && pos != pictureStart) {
             emitLine(IndexLine::Video, pictureStart, pos - pictureStart);
             pictureStart = pos;
@@ -255,18 +293,18 @@ uint64_t IndexScanner::zeroRun(uint64_t pos)
         for (uint64_t s = first; s <= z && !passedClur; ++s) {
             uint8_t b[8];
             std::memcpy(b, m_in.view(s, 8), 8);
-            if (IsGapMarker(b, false)) {
+            if (!m_hevc && IsGapMarker(b, false)) {
                 if (s > zeroStart)
                     emitLine(IndexLine::Zero, zeroStart, s - zeroStart);
                 return s;
             }
-            if (IsClur(b)) {
+            if (!m_hevc && IsClur(b)) {
                 pos = s + 8;
                 passedClur = true;
             }
         }
         for (uint64_t s = first; s <= z && !passedClur; ++s) {
-            if (sowtUnit(s)) {
+            if (chainUnit(s)) {
                 if (s > zeroStart)
                     emitLine(IndexLine::Zero, zeroStart, s - zeroStart);
                 return s;
@@ -308,7 +346,14 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
     // The delimiter found by its marker is a frame without the pattern test.
     if (audFirst)
         pos = walkVideo(pos, &IndexScanner::sowtUnit);
+    sowtLoop(pos);
+}
 
+// From the first frame on: pictures by pattern and chain, padding behind
+// them, and sound in between.
+void IndexScanner::sowtLoop(uint64_t pos)
+{
+    const UnitTest unit = m_hevc ? &IndexScanner::hevcUnit : &IndexScanner::sowtUnit;
     while (pos < m_size && !g_stopRequested) {
         const uint32_t size = m_in.be32(pos);
         const uint32_t code = m_in.be32(pos + 4);
@@ -321,7 +366,7 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
             continue;
         }
         if (sowtFrameAt(pos)) {
-            pos = walkVideo(pos, &IndexScanner::sowtUnit);
+            pos = walkVideo(pos, unit);
             // Sound may open with a few zero samples: only a longer stretch
             // is padding. Taking a short one out would shift every sample
             // of the run behind it.
@@ -333,6 +378,36 @@ void IndexScanner::runSowt(const PatternSet& patterns, bool audFirst)
         audio(pos, next);
         pos = next;
     }
+}
+
+// The atoms ahead of the media data are passed by their sizes; the search
+// for the first frame starts inside the first mdat.
+uint64_t IndexScanner::skipLeadingAtoms() const
+{
+    static const uint32_t kLeading[] = {C("ftyp"), C("free"), C("wide"), C("pict"), C("meta"),
+                                        C("meco"), C("uuid"), C("pdin"), C("skip")};
+    uint64_t pos = 0;
+    while (pos + 8 <= m_size && !g_stopRequested) {
+        const uint32_t size = m_in.be32(pos);
+        const uint32_t code = m_in.be32(pos + 4);
+        if (code == C("mdat"))
+            return pos + (size == 1 ? 16 : 8);
+        if (size < 8 || std::find(std::begin(kLeading), std::end(kLeading), code) == std::end(kLeading))
+            return pos;
+        pos += size;
+    }
+    return std::min(pos, m_size);
+}
+
+void IndexScanner::runHevcPcm(const PatternSet& patterns)
+{
+    m_patterns = &patterns;
+    m_hevc = true;
+    if (patterns.empty())
+        return;
+    const uint64_t pos = findNext(skipLeadingAtoms(), m_size, &IndexScanner::hevcFirstFrameAt);
+    if (pos < m_size)
+        sowtLoop(pos);
 }
 
 void IndexScanner::runTwos(uint32_t gapSkip)
@@ -375,6 +450,13 @@ void ThreadVideoRepair::ScanIndexSowt(const QString& inputPath, const QString& v
         audFirst = unique.open(QIODevice::ReadOnly) && unique.getChar(&first) && uint8_t(first) == 0x09;
     }
     RunIndexScan(inputPath, [&](IndexScanner& s) { s.runSowt(patterns, audFirst); });
+}
+
+void ThreadVideoRepair::ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath)
+{
+    PatternSet patterns;
+    patterns.load(videoUniquePath);
+    RunIndexScan(inputPath, [&](IndexScanner& s) { s.runHevcPcm(patterns); });
 }
 
 void ThreadVideoRepair::ScanIndexTwos(const QString& inputPath)

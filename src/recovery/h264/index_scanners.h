@@ -37,6 +37,9 @@ public:
     // No patterns: every picture opens with an access unit delimiter.
     // gapSkip is the size of a timecode sample between media data.
     void runTwos(uint32_t gapSkip);
+    // HEVC with lpcm sound: the sowt scan on HEVC units, without gap
+    // markers and with no limit on the search for the first frame.
+    void runHevcPcm(const PatternSet& patterns);
 
     // Audio runs shorter than this are left out of the index.
     static constexpr uint64_t kMinAudioRun = 101;
@@ -53,6 +56,12 @@ private:
     using UnitTest = bool (IndexScanner::*)(uint64_t) const;
     using PositionTest = UnitTest;
     bool sowtUnit(uint64_t pos) const;
+    bool hevcUnit(uint64_t pos) const;
+    bool chainUnit(uint64_t pos) const { return m_hevc ? hevcUnit(pos) : sowtUnit(pos); }
+    bool hevcFirstFrameAt(uint64_t pos) const;
+    bool newPictureAt(uint64_t pos, bool pictureHasSlice, bool* slice) const;
+    uint64_t skipLeadingAtoms() const;
+    void sowtLoop(uint64_t pos);
     bool twosUnit(uint64_t pos) const;
     bool audAt(uint64_t pos) const;          // a delimiter with a picture unit behind it
     bool audMarkerAt(uint64_t pos) const;    // the delimiter's five bytes alone
@@ -74,6 +83,7 @@ private:
     const PatternSet* m_patterns = nullptr;
     uint64_t m_size;
     bool m_videoSeen = false;
+    bool m_hevc = false;   // units carry two-byte HEVC headers
     unsigned m_lastPercent = ~0u;
     uint64_t m_videoLines = 0, m_audioLines = 0, m_zeroLines = 0;
 };

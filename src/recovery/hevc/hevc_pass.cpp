@@ -26,6 +26,9 @@ const char kStartCode[4] = {0, 0, 0, 1};
 
 // HEVC cameras record at 25 frames per second far more often than at 30.
 constexpr int kHevcDefaultRate = 25;
+// Sizes of a damaged lpcm file that are indexed in place (exclusive bounds).
+constexpr qint64 kHevcIndexModeMin = 0x6400000;
+constexpr qint64 kHevcIndexModeEnd = 0xC0000000;
 
 // The damaged file's own chunk table (first entry at first) is usable when
 // its first chunk opens on an HEVC unit that a decoder can start from. Each
@@ -313,9 +316,18 @@ void ThreadVideoRepair::WriteHevcAudioUniqueFileForPcm(FileWriter& video, const 
     ScanHevcStreamsPcm(video, p);
 }
 
-// The elementary streams video.hevc and Audio.pcm are cut out by the lpcm
-// scan on HEVC units, and the muxer turns the sound into AAC.
+// Files above 100 MiB and below 3 GiB are indexed in place and rebuilt
+// around their own media data; any other size has its elementary streams
+// video.hevc and Audio.pcm cut out by the lpcm scan on HEVC units, and the
+// muxer turns the sound into AAC.
 void ThreadVideoRepair::ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p)
 {
+    const qint64 size = QFileInfo(p.input).size();
+    if (size > kHevcIndexModeMin && size < kHevcIndexModeEnd) {
+        video.close();
+        ScanIndexHevcPcm(p.input, p.videoUnique);
+        RemoveChainFiles(p);
+        return;
+    }
     ScanStreamsLpcm(video, p);
 }
