@@ -10,8 +10,11 @@
 struct FuzzOptions {
     const char* suffix = "mov";     // suffix of the damaged file
     bool asReference = false;       // the bytes are the sample of an Advance Repair pass
-    bool fixedSample = false;       // the bytes are the damaged file of an Advance Repair
-                                    // pass with a fixed H.264/AAC sample (the stream scanner)
+    // When set, the bytes are the damaged file of an Advance Repair pass with
+    // a fixed sample of this kind ("h264-aac", "h264-sowt", "h264-twos",
+    // "h264-lpcm", "hevc-aac", "hevc-lpcm"): the stream and index scanners.
+    const char* fixedSample = nullptr;
+    bool indexScanners = false;     // the bytes go to the index scanners directly
 };
 
 // Prepares a private workspace (TMPDIR, a fake muxer). Call once per process.
@@ -22,5 +25,7 @@ int FuzzThroughDriver(const uint8_t* data, size_t size, const FuzzOptions& optio
 
 // The routes by name, for the regression runner: "mov", "mov-reference",
 // "avi", "avi-reference", "wmv", "flv", "mts", "mkv", "mkv-reference", "mpg",
-// "mpg-reference", "mov-scan". False for an unknown name.
+// "mpg-reference", and the scanner routes "mov-scan", "sowt-scan",
+// "twos-scan", "lpcm-scan", "hevc-scan", "hevc-lpcm-scan", "index-scan". False for an
+// unknown name.
 bool FuzzOptionsForRoute(const QString& route, FuzzOptions& options);

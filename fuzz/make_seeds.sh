@@ -3,7 +3,7 @@
 #   make_seeds.sh OUT_DIR
 set -euo pipefail
 out=$1
-mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg}
+mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg,sowt,twos,lpcm,hevc,hevc-lpcm,index}
 v=(-f lavfi -i "testsrc2=size=64x48:rate=25:duration=1")
 a=(-f lavfi -i "sine=frequency=440:sample_rate=44100:duration=1")
 ff() { ffmpeg -y -v error -nostdin "$@"; }
@@ -21,4 +21,18 @@ ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a aac -b:a 32k "$out/mk
 ff "${v[@]}" "${a[@]}" -c:v libvpx -c:a libvorbis "$out/mkv/vp8.webm"
 ff "${v[@]}" "${a[@]}" -c:v mpeg2video -c:a mp2 -f vob "$out/mpg/ps.mpg"
 ff "${v[@]}" -c:v mpeg1video -f mpeg1video "$out/mpg/es.mpg"
+# The damaged files of the scanner routes (their sample is fixed).
+h265=(-c:v libx265 -preset ultrafast -x265-params log-level=error:info=0 -tag:v hvc1)
+ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16le "$out/sowt/sowt.mov"
+ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16be "$out/twos/twos.mov"
+ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s24le "$out/lpcm/lpcm.mov"
+ff "${v[@]}" "${a[@]}" "${h265[@]}" -c:a aac -b:a 32k "$out/hevc/hevc_aac.mov"
+ff "${v[@]}" "${a[@]}" "${h265[@]}" -c:a pcm_s24le "$out/hevc-lpcm/hevc_lpcm.mov"
+# Index scanner inputs: a selector byte and a pattern ahead of media data.
+for f in sowt/sowt.mov twos/twos.mov hevc-lpcm/hevc_lpcm.mov; do
+  name=$(basename "$f" .mov)
+  for sel in 00 01 02; do
+    { printf "\x$sel\x65\x88\x84"; cat "$out/$f"; } > "$out/index/${name}_$sel"
+  done
+done
 touch "$out/.done"
