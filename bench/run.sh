@@ -5,7 +5,7 @@
 #   bench/run.sh [--size MB] [--build DIR] [ROUTE...]
 # Routes: h264 hevc mjpeg avi wmv flv mts mkv mpeg (all by default). The files
 # are made once per size into bench/cache/run-<MB>/: a short clip is encoded
-# and looped by stream copy up to the size. h264 and hevc files lose their
+# and looped by stream copy up to the size (the MPEG file is encoded whole). h264 and hevc files lose their
 # movie (a recording cut off) and are repaired from a sample; the others are
 # repaired as they are. One line per route; the target column says what the
 # route's own benchmark demands (scan rates: see bench/h264.sh).
@@ -73,8 +73,15 @@ make_route() {   # route: sets original, damaged, sample, ext
   original=$cache/$r.$ext
   if [ ! -s "$original" ]; then
     echo "making $original (once)..." >&2
-    encode "$cache/.$r.clip.$ext" 0 "${args[@]}"
-    grow "$cache/.$r.clip.$ext" "$cache/.$r.tmp.$ext" "${fmt[@]}"
+    if [ "$r" = mpeg ]; then
+      # Encoded whole, not looped: a stream copy writes system headers with
+      # buffer bounds that no encoder writes, and the repair checks them.
+      ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x360:rate=25" \
+        -f lavfi -i "sine=frequency=440:sample_rate=48000" "${args[@]}" -fs "$bytes" "$cache/.$r.tmp.$ext"
+    else
+      encode "$cache/.$r.clip.$ext" 0 "${args[@]}"
+      grow "$cache/.$r.clip.$ext" "$cache/.$r.tmp.$ext" "${fmt[@]}"
+    fi
     mv "$cache/.$r.tmp.$ext" "$original"
     rm -f "$cache/.$r.clip.$ext"
   fi
