@@ -8,6 +8,6 @@ trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/corpus"
 cp -r "$seeds"/. "$work/corpus/" 2>/dev/null || true
 cd "$work"
-export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=0:allocator_may_return_null=1}
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:allocator_may_return_null=1}
 exec "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=1048576 \
     -print_final_stats=1 "$@" corpus
