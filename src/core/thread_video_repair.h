@@ -121,6 +121,7 @@ public:
     // ---- PCM and index scanners (recovery/h264/pcm_recovery.cpp, index_scanners.cpp) ----
     // What a pass without a sample does with a file whose own chunk table is usable.
     enum class OwnIndexAction { Remux, RemuxLpcm, RemuxSowt, ScanTwos };
+    uint32_t FindOwnVideoChunkTable(ByteReader& r, bool cut);
     void DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action);
     void SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, NalStartSet set);
     // The track walk of the sowt and twos passes: the four kinds of track, the

@@ -96,7 +96,47 @@ void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAct
     m_moovPos = m_pos;
     m_moovSize = r.be32(m_pos - 4);
 
-    // Inside moov, one position at a time.
+    // An mdat behind which the movie can't fit is a cut file: its index
+    // points into data that isn't there.
+    const bool cut = mdatSeen && uint64_t(m_moovSize) + mdatSize > size;
+    const uint32_t table = FindOwnVideoChunkTable(r, cut);
+    if (table != 0) {
+        const bool wide = table == C("co64");
+        const uint64_t first = m_pos + 12;
+        const uint64_t c0 = wide ? r.be64(first) : r.be32(first);
+        // The first chunk must lie in the file and begin with the top byte
+        // of a NAL length, which is 0.
+        g_hasSoundTrak = c0 < size && r.u8(c0) == 0;
+        if (g_hasSoundTrak) {
+            file.reset();
+            switch (action) {
+            case OwnIndexAction::Remux: RemuxDamagedFile(inputPath); break;
+            case OwnIndexAction::RemuxLpcm: RemuxDamagedFileLpcm(inputPath); break;
+            case OwnIndexAction::RemuxSowt: RemuxDamagedFileSowt(inputPath); break;
+            case OwnIndexAction::ScanTwos: {
+                // The muxer can't be trusted with twos sound: the file is
+                // indexed from its media data and rebuilt around its own movie.
+                std::unique_ptr<ByteReader> own = OpenReadOnly(inputPath);
+                if (own)
+                    WalkSampleIndexTracks(*own, nullptr);
+                ScanIndexTwos(inputPath);
+                break;
+            }
+            }
+            return;
+        }
+    }
+    if (!g_stopRequested)
+        H264PassFailed();
+}
+
+// Walks the movie from m_pos, one position at a time, to the chunk table of
+// the first video track that has two chunks or more. Returns its code (stco
+// or co64) with m_pos on it and g_chunkCount set, or 0 when there is none,
+// the walk was stopped, or cut is set and a video track is reached.
+uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
+{
+    const uint64_t size = r.size();
     CodeSearch vmhd({C("vmhd")});
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
@@ -105,54 +145,24 @@ void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAct
             m_trakPos = m_pos;
             const int64_t hit = vmhd.next(r, m_pos);
             if (hit < 0)
-                break;
+                return 0;
             m_pos = uint64_t(hit);
             m_inVideoTrak = true;
             m_inAudioTrak = false;
         }
         if (m_inVideoTrak) {
-            // An mdat behind which the movie can't fit is a cut file: its
-            // index points into data that isn't there.
-            if (mdatSeen && uint64_t(m_moovSize) + mdatSize > size)
-                break;
+            if (cut)
+                return 0;
             if (code == C("stco") || code == C("co64")) {
-                const bool wide = code == C("co64");
                 g_chunkCount = r.be32(m_pos + 8);
-                const uint64_t first = m_pos + 12;
-                if (g_chunkCount < 2) {
-                    m_inVideoTrak = false;
-                } else {
-                    const uint64_t c0 = wide ? r.be64(first) : r.be32(first);
-                    // The first chunk must lie in the file and begin with the
-                    // top byte of a NAL length, which is 0.
-                    if (c0 >= size || r.u8(c0) != 0) {
-                        g_hasSoundTrak = false;
-                        break;
-                    }
-                    g_hasSoundTrak = true;
-                    file.reset();
-                    switch (action) {
-                    case OwnIndexAction::Remux: RemuxDamagedFile(inputPath); break;
-                    case OwnIndexAction::RemuxLpcm: RemuxDamagedFileLpcm(inputPath); break;
-                    case OwnIndexAction::RemuxSowt: RemuxDamagedFileSowt(inputPath); break;
-                    case OwnIndexAction::ScanTwos: {
-                        // The muxer can't be trusted with twos sound: the file is
-                        // indexed from its media data and rebuilt around its own movie.
-                        std::unique_ptr<ByteReader> own = OpenReadOnly(inputPath);
-                        if (own)
-                            WalkSampleIndexTracks(*own, nullptr);
-                        ScanIndexTwos(inputPath);
-                        break;
-                    }
-                    }
-                    return;
-                }
+                if (g_chunkCount >= 2)
+                    return code;
+                m_inVideoTrak = false;
             }
         }
         ++m_pos;
     }
-    if (!g_stopRequested)
-        H264PassFailed();
+    return 0;
 }
 
 // With a sample: walk its movie for the rate inputs, the parameter sets and

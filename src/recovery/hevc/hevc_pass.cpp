@@ -123,35 +123,14 @@ void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
     // The muxer is asked to copy sound only when the movie has a sound track.
     const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {C("smhd")}) >= 0;
 
-    CodeSearch vmhd({C("vmhd")});
-    while (m_pos < size && !g_stopRequested) {
-        const uint32_t code = r.be32(m_pos);
-        if (code == C("trak")) {
-            g_trakBytesLeft = r.be32(m_pos - 4);
-            m_trakPos = m_pos;
-            const int64_t hit = vmhd.next(r, m_pos);
-            if (hit < 0)
-                break;
-            m_pos = uint64_t(hit);
-            m_inVideoTrak = true;
-            m_inAudioTrak = false;
-        }
-        if (m_inVideoTrak && (code == C("stco") || code == C("co64"))) {
-            g_chunkCount = r.be32(m_pos + 8);
-            if (g_chunkCount < 2) {
-                m_inVideoTrak = false;
-            } else {
-                const NalStartSet set = m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
-                if (!OwnChunkTableUsable(r, m_pos + 12, code == C("co64"), g_chunkCount, set))
-                    break;
-                // The lpcm command always copies sound.
-                g_hasSoundTrak = sound || m_hevcPcmChain;
-                file.reset();
-                RemuxDamagedHevcFile(inputPath);
-                return;
-            }
-        }
-        ++m_pos;
+    const uint32_t table = FindOwnVideoChunkTable(r, false);
+    const NalStartSet set = m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
+    if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == C("co64"), g_chunkCount, set)) {
+        // The lpcm command always copies sound.
+        g_hasSoundTrak = sound || m_hevcPcmChain;
+        file.reset();
+        RemuxDamagedHevcFile(inputPath);
+        return;
     }
     if (!g_stopRequested)
         H264PassFailed();
