@@ -52,6 +52,7 @@ bool FileWriter::close()
     if (m_fd < 0)
         return !m_failed;
     flush();
+    m_tap = nullptr;
     if (::close(m_fd) != 0)
         m_failed = true;
     m_fd = -1;
@@ -64,6 +65,8 @@ void FileWriter::flush()
         return;
     if (!writeAll(m_fd, m_buf.data(), m_buf.size(), -1))
         m_failed = true;
+    if (m_tap)
+        m_tap(m_buf.data(), m_buf.size());
     m_flushed += m_buf.size();
     m_buf.clear();
 }
@@ -79,6 +82,8 @@ void FileWriter::write(const void* data, size_t n)
         flush();
         if (!writeAll(m_fd, p, n, -1))
             m_failed = true;
+        if (m_tap)
+            m_tap(p, n);
         m_flushed += n;
         return;
     }

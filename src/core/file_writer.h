@@ -10,6 +10,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 class FileWriter {
@@ -26,6 +27,12 @@ public:
     bool close();
     bool failed() const { return m_failed; }
     uint64_t pos() const { return m_flushed + m_buf.size(); }
+    uint64_t flushedBytes() const { return m_flushed; }
+    // Bytes go to tap as they leave the buffer for the file (a reader of the
+    // growing stream); patches to bytes already flushed don't reach it. The
+    // tap is dropped by close().
+    using Tap = std::function<void(const uint8_t*, size_t)>;
+    void setTap(Tap tap) { m_tap = std::move(tap); }
     const QString& path() const { return m_path; }
 
     void write(const void* data, size_t n);
@@ -67,4 +74,5 @@ private:
     uint64_t m_flushed = 0;
     bool m_failed = false;
     std::vector<Box> m_boxes;
+    Tap m_tap;
 };

@@ -26,7 +26,8 @@ QStringList SplitCommandLine(const QString& commandLine)
     return QProcess::splitCommand(commandLine);
 }
 
-MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs)
+MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs,
+                     const std::atomic<bool>* cancel)
 {
     MuxerResult result;
     QStringList args = SplitCommandLine(commandLine);
@@ -71,6 +72,12 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
     while (!process.waitForFinished(100)) {
         if (process.state() == QProcess::NotRunning)
             break;
+        if (cancel && *cancel) {
+            process.kill();
+            process.waitForFinished(5000);
+            timedOut = true;
+            break;
+        }
         waited += 100;
         if (timeoutMs >= 0 && waited >= timeoutMs) {
             timedOut = true;

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
+
 class QProcess;
 
 // Set while a muxer run is under way that can't be cut short.
@@ -33,7 +35,10 @@ QStringList SplitCommandLine(const QString& commandLine);
 // Runs commandLine with workDir as the current folder and waits for it.
 // timeoutMs < 0 waits without limit. If Libmp4/ffmpeg is missing, ffmpeg from
 // PATH is used instead (said once in the debug log).
-MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs = -1);
+// cancel, when given and set, kills the muxer at once (the run then isn't
+// finished): for a run whose input can no longer come.
+MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs = -1,
+                     const std::atomic<bool>* cancel = nullptr);
 
 // Stops a running muxer in stages: "q" on its input, then terminate, then kill.
 // A stop asked for while the muxer is still starting holds for that run.

@@ -109,7 +109,13 @@ public:
     void ScanStreams(FileWriter& video, const ChainPaths& p);
     // The scan of ScanStreams under the given header rules; false when the
     // muxer has nothing to work on (the pass has then failed or was stopped).
-    bool ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules, bool& audioMode);
+    // firstMux, when given, gives the command of the muxer's first run for
+    // two stream paths: that run then reads the streams while they are
+    // scanned, and m_firstMuxDone tells whether it completed.
+    bool ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules, bool& audioMode,
+                          const std::function<QString(bool, const QString&, const QString&)>& firstMux = {});
+    // Names the chain's outputs and clears the way for the muxer.
+    void PrepareMuxOutput();
     void MuxVideoAndAudio(const ChainPaths& p);
     void MuxVideoOnly(const ChainPaths& p);
     void RemuxDamagedFile(const QString& inputPath);
@@ -163,7 +169,8 @@ public:
     void ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p);
     void WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
     void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
-    bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
+    bool m_hevcPcmChain = false;
+    bool m_firstMuxDone = false;   // the first muxer run was taken during the scan   // the lpcm chain runs on HEVC units
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp

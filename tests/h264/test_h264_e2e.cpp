@@ -2,6 +2,7 @@
 // movie was lost (recording cut off), with holes, cut at half, without sound,
 // repaired from a separate sample recorded with the same settings; healthy
 // files remuxed on the first pass. The input is never changed.
+#include "recovery/h264/overlapped_mux.h"
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -102,6 +103,9 @@ private Q_SLOTS:
         QTest::addColumn<bool>("audioFirst");
         QTest::addColumn<double>("minShare");
         QTest::newRow("mov 25, movie cut off") << "mov" << 25 << "cut" << true << false << 0.95;
+        // The muxer is run from the stream files only after the scan, not
+        // through pipes during it.
+        QTest::newRow("mov 25, movie cut off, muxed after the scan") << "mov" << 25 << "cut" << true << false << 0.95;
         QTest::newRow("mp4 30, movie cut off") << "mp4" << 30 << "cut" << true << false << 0.95;
         QTest::newRow("mp4 25, movie cut off") << "mp4" << 25 << "cut" << true << false << 0.95;
         QTest::newRow("mov 25, three holes") << "mov" << 25 << "holes" << true << false << 0.90;
@@ -134,7 +138,11 @@ private Q_SLOTS:
         }
 
         bool firstPass = true;
+        const bool afterScan = QByteArray(QTest::currentDataTag()).endsWith("after the scan");
+        if (afterScan)
+            qputenv(OverlappedMux::kAfterScanVariable, "1");
         const QString out = repairWithSample(m_dir, QStringLiteral("clip.") + suffix, bytes, sample, &firstPass);
+        qunsetenv(OverlappedMux::kAfterScanVariable);
         QVERIFY2(!firstPass, "a file without its movie waits for a sample");
         QVERIFY2(!out.isEmpty(), "the pass with the sample made no file");
         const int frames = decodedVideoFrames(out);

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <utility>
 #include <QFileInfo>
 
 uint32_t g_movieTimescale = 0;
@@ -111,19 +112,26 @@ void ThreadVideoRepair::RemoveChainFiles(const ChainPaths& p)
         QFile::remove(f);
 }
 
-void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
+void ThreadVideoRepair::PrepareMuxOutput()
 {
-    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
-    const QString rateText = QString::number(g_frameRate);
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
     g_outputName = m_fileName;
     g_outputNameRated = QStringLiteral("1_") + m_fileName;
     QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
     // The muxer asks before it overwrites, and nobody would answer.
     QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
     QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
+}
 
-    RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputName), m_workDir);
+// The first run: during the scan when that worked, else now from the files.
+void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
+{
+    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
+    const QString rateText = QString::number(g_frameRate);
+    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    if (!std::exchange(m_firstMuxDone, false)) {
+        PrepareMuxOutput();
+        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputName), m_workDir);
+    }
     if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
         RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputNameRated, rateText), m_workDir);
     RemoveChainFiles(p);
@@ -138,13 +146,10 @@ void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
     g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
     const QString rateText = QString::number(g_frameRate);
     g_remuxed = g_remuxRan = true;
-    g_outputName = m_fileName;
-    g_outputNameRated = QStringLiteral("1_") + m_fileName;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
-    QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
-
-    RunMuxer(MuxVideoOnlyCommand(p.video, g_outputName), m_workDir);
+    if (!std::exchange(m_firstMuxDone, false)) {
+        PrepareMuxOutput();
+        RunMuxer(MuxVideoOnlyCommand(p.video, g_outputName), m_workDir);
+    }
     if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
         RunMuxer(MuxVideoOnlyCommand(p.video, g_outputNameRated, rateText), m_workDir);
     RemoveChainFiles(p);

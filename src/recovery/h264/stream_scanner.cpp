@@ -1,6 +1,7 @@
 // The stream scanner's walk over the damaged file, and ScanStreams, the stage
 // of the chain that runs it and hands the streams to the muxer.
 #include "recovery/h264/stream_scanner.h"
+#include "recovery/h264/overlapped_mux.h"
 
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
@@ -316,7 +317,12 @@ void StreamScanner::videoOnly()
 void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
-    if (!ScanChainStreams(video, p, NalScanRules::h264(), audioMode))
+    // The first run names the fixed rate; a second one, if any, runs later.
+    const auto firstMux = [this](bool withAudio, const QString& v, const QString& a) {
+        PrepareMuxOutput();
+        return withAudio ? MuxVideoAndAudioCommand(v, a, g_outputName) : MuxVideoOnlyCommand(v, g_outputName);
+    };
+    if (!ScanChainStreams(video, p, NalScanRules::h264(), audioMode, firstMux))
         return;
     if (audioMode)
         MuxVideoAndAudio(p);
@@ -325,8 +331,9 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
 }
 
 bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules,
-                                         bool& audioMode)
+                                         bool& audioMode, const FirstMuxCommand& firstMux)
 {
+    m_firstMuxDone = false;
     QByteArray paramBlock;
     {
         QFile indexing(p.indexing);
@@ -349,8 +356,10 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
 
     uint64_t units = 0;
     std::unique_ptr<ByteReader> in = OpenReadOnly(p.input);
+    OverlappedMux overlap;
     if (in) {
         m_fileSize = in->size();
+        overlap.start(m_workDir, audioMode, video, audioMode ? &m_audioOut : nullptr, firstMux);
         StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, rules);
         scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
         QElapsedTimer clock;
@@ -372,12 +381,16 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
     video.close();
     g_hasSoundTrak = false;
 
+    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
     // Without a single video unit the muxer has nothing to make a file of.
     if (units == 0 || g_stopRequested) {
+        if (overlap.running())
+            overlap.abandon(out);
         RemoveChainFiles(p);
         if (!g_stopRequested)
             H264PassFailed();
         return false;
     }
+    m_firstMuxDone = overlap.running() && overlap.complete(out);
     return true;
 }

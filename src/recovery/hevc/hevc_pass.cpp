@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -58,12 +59,13 @@ void MuxHevcOnce(ThreadVideoRepair& t, const ChainPaths& p,
     g_muxerBusy = true;
     g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale, kHevcDefaultRate);
     g_remuxed = g_remuxRan = true;
-    g_outputName = t.m_fileName;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    const QString out = t.m_workDir + QLatin1Char('/') + g_outputName;
-    QFile::remove(out);   // the muxer would ask before overwriting, and nobody answers
     // One run: the rate is known before it, so no run at a fixed rate first.
-    RunMuxer(command(g_outputName, QString::number(g_frameRate)), t.m_workDir);
+    // It may have been taken during the scan.
+    if (!std::exchange(t.m_firstMuxDone, false)) {
+        t.PrepareMuxOutput();
+        RunMuxer(command(g_outputName, QString::number(g_frameRate)), t.m_workDir);
+    }
+    const QString out = t.m_workDir + QLatin1Char('/') + g_outputName;
     t.RemoveChainFiles(p);
     g_muxerBusy = false;
     const QFileInfo info(out);
@@ -256,7 +258,13 @@ void ThreadVideoRepair::WriteHevcAudioUniqueFile(FileWriter& video, const ChainP
 void ThreadVideoRepair::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
-    if (!ScanChainStreams(video, p, NalScanRules::hevc(), audioMode))
+    const auto firstMux = [this](bool withAudio, const QString& v, const QString& a) {
+        g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale, kHevcDefaultRate);
+        PrepareMuxOutput();
+        const QString rate = QString::number(g_frameRate);
+        return withAudio ? MuxVideoAndAudioCommand(v, a, g_outputName, rate) : MuxVideoOnlyCommand(v, g_outputName, rate);
+    };
+    if (!ScanChainStreams(video, p, NalScanRules::hevc(), audioMode, firstMux))
         return;
     if (audioMode)
         MuxHevcVideoAndAudio(p);

@@ -1,0 +1,51 @@
+#pragma once
+// The first muxer run of a stream scan, taken while the scan writes the
+// streams: the muxer reads video and sound through two named pipes fed from
+// the scan's writers, so that a large file is scanned and muxed in about the
+// time of the slower of the two. The stream files are written as well; when
+// anything goes wrong on the way (the muxer falls behind, fails, or is
+// missing) the run is simply made again from the files afterwards.
+#include "core/muxer.h"
+#include "core/pipe_feeder.h"
+
+#include <QString>
+#include <atomic>
+#include <functional>
+#include <thread>
+
+class FileWriter;
+
+// The command of the first run for the given stream paths (the pipes).
+using FirstMuxCommand = std::function<QString(bool audioMode, const QString& video, const QString& audio)>;
+
+class OverlappedMux {
+public:
+    ~OverlappedMux();
+    // False (and nothing started) when the environment says not to, or the
+    // writers have already put bytes on disk that the pipes would miss.
+    bool start(const QString& workDir, bool audioMode, FileWriter& video, FileWriter* audio,
+               const FirstMuxCommand& command);
+    bool running() const { return m_muxer.joinable(); }
+    // The scan found video and its writers are closed: the pipes are closed
+    // behind their last bytes and the muxer awaited. True when its run is
+    // complete and outPath holds a file.
+    bool complete(const QString& outPath);
+    // The scan found nothing or was stopped: the muxer is stopped and what
+    // it wrote is removed.
+    void abandon(const QString& outPath);
+
+    // Set in the environment (to any value) to mux only after the scan.
+    static constexpr const char* kAfterScanVariable = "REELWRIGHT_MUX_AFTER_SCAN";
+
+private:
+    PipeFeeder m_video;
+    PipeFeeder m_audio;
+    bool m_audioMode = false;
+    std::thread m_muxer;
+    std::atomic<bool> m_muxerDone{false};
+    std::atomic<bool> m_cancel{false};
+    MuxerResult m_result;
+
+    // Waits for the muxer; a stream that can't be fed to its end kills it.
+    void awaitMuxer();
+};

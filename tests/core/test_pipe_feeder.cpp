@@ -1,0 +1,142 @@
+// Feeding a stream to a reader through a named pipe while it is written, and
+// the muxer run on such pipes: every byte arrives in order whenever the
+// reader comes; a reader that falls behind, goes away or never reads makes
+// the run fail (so that it is made again from the file), and nothing waits
+// for ever.
+#include "core/file_writer.h"
+#include "core/pipe_feeder.h"
+#include "recovery/h264/overlapped_mux.h"
+#include "support/test_videos.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace testvideo;
+
+namespace {
+
+QByteArray Pattern(int n, int seed)
+{
+    QByteArray b(n, '\0');
+    for (int i = 0; i < n; ++i)
+        b[i] = char((i * 31 + seed) & 0xFF);
+    return b;
+}
+
+// Opens the pipe for reading (as the muxer does) and reads to its end.
+QByteArray ReadPipe(const QString& path)
+{
+    QByteArray all;
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    if (fd < 0)
+        return all;
+    char buf[65536];
+    ssize_t n;
+    while ((n = ::read(fd, buf, sizeof buf)) > 0)
+        all.append(buf, int(n));
+    ::close(fd);
+    return all;
+}
+
+} // namespace
+
+class TestPipeFeeder : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+private Q_SLOTS:
+    void init() { m_dir = freshDir(QStringLiteral("pipefeeder")); }
+    void cleanup() { QDir(m_dir).removeRecursively(); }
+
+    // The reader opens the pipe only after the writer has finished: the
+    // bytes wait for it, and the end of the stream comes behind them.
+    void lateReaderGetsEverything()
+    {
+        PipeFeeder feeder;
+        const QString path = m_dir + QStringLiteral("/s.h264");
+        QVERIFY(feeder.start(path));
+        QByteArray sent;
+        for (int i = 0; i < 3; ++i) {
+            const QByteArray chunk = Pattern(100000 + i, i);
+            feeder.push(reinterpret_cast<const uint8_t*>(chunk.constData()), size_t(chunk.size()));
+            sent += chunk;
+        }
+        feeder.finish();
+        QThread::msleep(50);
+        QCOMPARE(ReadPipe(path), sent);
+        feeder.stop();
+        QVERIFY(!feeder.failed());
+    }
+
+    // A queue past its limit gives up; nothing pushed gives up at the finish.
+    // Neither waits for a reader that never comes.
+    void givingUp()
+    {
+        {
+            PipeFeeder feeder(4 << 20);
+            QVERIFY(feeder.start(m_dir + QStringLiteral("/a")));
+            const QByteArray chunk = Pattern(1 << 20, 1);
+            for (int i = 0; i < 8; ++i)   // the pipe takes about one, the queue four
+                feeder.push(reinterpret_cast<const uint8_t*>(chunk.constData()), size_t(chunk.size()));
+            QVERIFY(feeder.failed());
+            feeder.finish();
+        }
+        PipeFeeder empty;
+        QVERIFY(empty.start(m_dir + QStringLiteral("/b")));
+        empty.finish();
+        QTRY_VERIFY(empty.failed());
+        empty.stop();
+        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/a")));   // the pipe goes with its feeder
+    }
+
+    // The muxer run on pipes: a reader that takes the stream completes; one
+    // that leaves without reading, or never ends, is ended, and the run
+    // counts as failed.
+    void overlappedRuns()
+    {
+        const QString out = m_dir + QStringLiteral("/out.bin");
+        const QByteArray stream = Pattern(3 << 20, 7);
+        auto run = [&](const QString& script, bool abandon) {
+            FileWriter video;
+            video.open(m_dir + QStringLiteral("/video.h264"));
+            OverlappedMux mux;
+            const bool started = mux.start(m_dir, false, video, nullptr, [&](bool, const QString& v, const QString&) {
+                return QStringLiteral("/bin/sh -c \"") + QString(script).replace(QStringLiteral("VIDEO"), v)
+                     + QLatin1Char('"');
+            });
+            if (!started)
+                return false;
+            video.write(stream);
+            video.close();
+            if (abandon) {
+                mux.abandon(out);
+                return false;
+            }
+            return mux.complete(out);
+        };
+        QVERIFY(run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
+        QCOMPARE(readAll(out), stream);
+        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), stream);   // the file is written all the same
+
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(!run(QStringLiteral("head -c 1000 'VIDEO' > '") + out + QLatin1Char('\''), false));
+        QVERIFY(!QFile::exists(out));   // a run that didn't complete leaves nothing
+        QVERIFY(!run(QStringLiteral("exec sleep 60"), true));
+        QVERIFY(clock.elapsed() < 20000);
+        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/pipe-video.h264")));
+
+        qputenv(OverlappedMux::kAfterScanVariable, "1");
+        QVERIFY(!run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
+        qunsetenv(OverlappedMux::kAfterScanVariable);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPipeFeeder)
+#include "test_pipe_feeder.moc"
