@@ -53,10 +53,19 @@ bool FileWriter::close()
         return !m_failed;
     flush();
     m_tap = nullptr;
+    m_flushAt = kBufferLimit;
     if (::close(m_fd) != 0)
         m_failed = true;
     m_fd = -1;
     return !m_failed;
+}
+
+void FileWriter::setTap(Tap tap, size_t flushAt)
+{
+    m_tap = std::move(tap);
+    m_flushAt = m_tap ? std::max<size_t>(flushAt, 1) : kBufferLimit;
+    if (m_buf.size() >= m_flushAt)
+        flush();
 }
 
 void FileWriter::flush()
@@ -78,7 +87,7 @@ void FileWriter::write(const void* data, size_t n)
         return;
     }
     const uint8_t* p = static_cast<const uint8_t*>(data);
-    if (n >= kBufferLimit) {
+    if (n >= m_flushAt) {
         flush();
         if (!writeAll(m_fd, p, n, -1))
             m_failed = true;
@@ -87,7 +96,7 @@ void FileWriter::write(const void* data, size_t n)
         m_flushed += n;
         return;
     }
-    if (m_buf.size() + n > kBufferLimit)
+    if (m_buf.size() + n > m_flushAt)
         flush();
     m_buf.insert(m_buf.end(), p, p + n);
 }

@@ -29,10 +29,12 @@ public:
     uint64_t pos() const { return m_flushed + m_buf.size(); }
     uint64_t flushedBytes() const { return m_flushed; }
     // Bytes go to tap as they leave the buffer for the file (a reader of the
-    // growing stream); patches to bytes already flushed don't reach it. The
-    // tap is dropped by close().
+    // growing stream); patches to bytes already flushed don't reach it. With
+    // a tap the buffer is flushed every flushAt bytes, so that a reader that
+    // needs a little of this stream before more of another isn't kept
+    // waiting. The tap is dropped by close().
     using Tap = std::function<void(const uint8_t*, size_t)>;
-    void setTap(Tap tap) { m_tap = std::move(tap); }
+    void setTap(Tap tap, size_t flushAt = 64 * 1024);
     const QString& path() const { return m_path; }
 
     void write(const void* data, size_t n);
@@ -75,4 +77,5 @@ private:
     bool m_failed = false;
     std::vector<Box> m_boxes;
     Tap m_tap;
+    size_t m_flushAt = size_t(1) << 20;   // the buffer's limit
 };

@@ -44,18 +44,27 @@ void PipeFeeder::push(const uint8_t* data, size_t n)
 {
     if (n == 0)
         return;
-    std::lock_guard<std::mutex> lock(m_mutex);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    // A full queue holds the writer while the reader takes bytes; a reader
+    // that takes none for a while has stalled, and the feeder gives up.
+    uint64_t seen = m_written;
+    auto since = std::chrono::steady_clock::now();
+    while (!m_failed && !m_stopped && !m_finished && m_queued > 0 && m_queued + n > m_limit) {
+        m_room.wait_for(lock, std::chrono::milliseconds(20));
+        const auto now = std::chrono::steady_clock::now();
+        if (m_written != seen) {
+            seen = m_written;
+            since = now;
+        } else if (now - since > kStall) {
+            m_failed = true;
+            m_queue.clear();
+            m_queued = 0;
+        }
+    }
     if (m_failed || m_stopped || m_finished)
         return;
-    if (m_queued + n > m_limit) {
-        // The reader doesn't keep up: give up rather than hold the stream.
-        m_failed = true;
-        m_queue.clear();
-        m_queued = 0;
-    } else {
-        m_queue.emplace_back(data, data + n);
-        m_queued += n;
-    }
+    m_queue.emplace_back(data, data + n);
+    m_queued += n;
     m_wake.notify_one();
 }
 
@@ -72,6 +81,7 @@ void PipeFeeder::stop()
         std::lock_guard<std::mutex> lock(m_mutex);
         m_stopped = true;
         m_wake.notify_one();
+        m_room.notify_all();
     }
     if (m_thread.joinable())
         m_thread.join();
@@ -127,6 +137,7 @@ void PipeFeeder::run(int fd)
             chunk = std::move(m_queue.front());
             m_queue.pop_front();
             m_queued -= chunk.size();
+            m_room.notify_one();
         }
         size_t done = 0;
         while (done < chunk.size()) {
@@ -134,6 +145,7 @@ void PipeFeeder::run(int fd)
             if (w > 0) {
                 done += size_t(w);
                 m_written += uint64_t(w);
+                m_room.notify_one();
                 continue;
             }
             if (w < 0 && errno != EAGAIN && errno != EINTR) {

@@ -2,14 +2,16 @@
 // Feeds a stream into a named pipe from a thread of its own, so that a reader
 // (the muxer) can take the stream while it is still being written.
 //
-// The writer never waits: bytes are queued in memory. When the queue grows
-// past its limit, or the pipe can't be made, the feeder gives up (failed()),
-// drops what it holds and closes the pipe; the caller then uses the finished
-// file instead. The pipe is opened for reading and writing, so that a reader
+// Bytes are queued in memory; a writer that gets ahead of the reader by more
+// than the queue's limit waits for it. When the reader takes nothing for
+// kStall, or the pipe can't be made, the feeder gives up (failed()) and drops
+// what it holds; the caller then uses the finished file instead. The pipe is opened for reading and writing, so that a reader
 // that never comes, or one that goes away, can block neither side: the feeder
 // waits for room with a timeout and watches for a stop.
 #include <QString>
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -38,6 +40,7 @@ public:
     const QString& path() const { return m_path; }
 
     static constexpr size_t kDefaultLimit = 32u << 20;
+    static constexpr std::chrono::seconds kStall{5};
 
 private:
     void run(int fd);
@@ -46,12 +49,13 @@ private:
     QString m_path;
     std::thread m_thread;
     mutable std::mutex m_mutex;
-    std::condition_variable m_wake;
+    std::condition_variable m_wake;   // to the thread: bytes, the finish, the stop
+    std::condition_variable m_room;   // to the writer: the queue shrank
     std::deque<std::vector<uint8_t>> m_queue;
     size_t m_queued = 0;
     bool m_finished = false;
     bool m_stopped = false;
     bool m_failed = false;
     bool m_drained = false;
-    uint64_t m_written = 0;   // bytes in the pipe so far (the thread's own count)
+    std::atomic<uint64_t> m_written{0};   // bytes in the pipe so far
 };

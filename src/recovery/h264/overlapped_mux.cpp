@@ -29,7 +29,14 @@ bool OverlappedMux::start(const QString& workDir, bool audioMode, FileWriter& vi
     video.setTap([this](const uint8_t* p, size_t n) { m_video.push(p, n); });
     if (audioMode)
         audio->setTap([this](const uint8_t* p, size_t n) { m_audio.push(p, n); });
-    const QString line = command(audioMode, m_video.path(), m_audio.path());
+    // The muxer reads each input on a thread of its own, through a queue of
+    // a few packets; from a pipe, with the other input not ready, that queue
+    // runs empty and the muxer naps. A long queue per pipe keeps it reading.
+    QString line = command(audioMode, m_video.path(), m_audio.path());
+    for (const PipeFeeder* pipe : {&m_video, &m_audio}) {
+        const QString input = QStringLiteral(" -i \"") + pipe->path() + QLatin1Char('"');
+        line.replace(input, QStringLiteral(" -thread_queue_size 4096") + input);
+    }
     m_muxer = std::thread([this, line, workDir] {
         m_result = RunMuxer(line, workDir, -1, &m_cancel);
         m_muxerDone = true;
