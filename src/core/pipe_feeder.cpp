@@ -1,5 +1,7 @@
 #include "core/pipe_feeder.h"
 
+#include "core/repair_globals.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -52,7 +54,11 @@ void PipeFeeder::push(const uint8_t* data, size_t n)
     while (!m_failed && !m_stopped && !m_finished && m_queued > 0 && m_queued + n > m_limit) {
         m_room.wait_for(lock, std::chrono::milliseconds(20));
         const auto now = std::chrono::steady_clock::now();
-        if (m_written != seen) {
+        if (g_stopRequested) {
+            m_failed = true;   // the run ends: nobody needs the rest
+            m_queue.clear();
+            m_queued = 0;
+        } else if (m_written != seen) {
             seen = m_written;
             since = now;
         } else if (now - since > kStall) {
