@@ -224,6 +224,7 @@ void VideoRepairWindow::RetranslateWindow()
     QFont subhead(QStringLiteral("Segoe UI semibold"), 12);
     subhead.setBold(true);
     label_6->setFont(subhead);
+    stringLabl->setFont(subhead);
     label_6->setText(tr("Repair Your Videos"));
     label_7->setText(tr("Click 'Repair' button to fix corrupted videos. This may take a while depending on the "
                         "number of videos and their size"));
