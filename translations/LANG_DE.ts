@@ -17,7 +17,7 @@
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Erweiterte Reparatur</translation>
+        <translation>Tiefenreparatur</translation>
     </message>
     <message>
         <source>Use this option to repair severely damaged videos. </source>
@@ -362,11 +362,11 @@
     </message>
     <message>
         <source>Awaiting Action</source>
-        <translation>Aktion erforderlich</translation>
+        <translation>Aktion nötig</translation>
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Erweiterte Reparatur</translation>
+        <translation>Tiefenreparatur</translation>
     </message>
     <message>
         <source>The sample video can&apos;t be read. Choose another sample video.</source>
@@ -374,11 +374,11 @@
     </message>
     <message>
         <source>Advance Repair Running</source>
-        <translation>Erweiterte Reparatur läuft</translation>
+        <translation>Tiefenreparatur läuft</translation>
     </message>
     <message>
         <source>Please wait while the &apos;Advance Repair&apos; process is running.</source>
-        <translation>Bitte warten Sie, während die &apos;Erweiterte Reparatur&apos; läuft.</translation>
+        <translation>Bitte warten Sie, während die &apos;Tiefenreparatur&apos; läuft.</translation>
     </message>
     <message>
         <source> File Name</source>
@@ -446,7 +446,7 @@
     </message>
     <message>
         <source>This video is severely damaged. Run advance repair option to repair it before saving.</source>
-        <translation>Dieses Video ist stark beschädigt. Führen Sie vor dem Speichern die erweiterte Reparatur aus.</translation>
+        <translation>Dieses Video ist stark beschädigt. Führen Sie vor dem Speichern die Tiefenreparatur aus.</translation>
     </message>
     <message>
         <source>This video is severely corrupted and cannot be repaired.</source>
@@ -474,7 +474,7 @@
     </message>
     <message>
         <source>Queued</source>
-        <translation>In Warteschlange</translation>
+        <translation>Wartend</translation>
     </message>
     <message>
         <source>Repairing </source>
@@ -587,7 +587,7 @@ Das Ergebnis sehen Sie in der Spalte &apos;Status&apos;.</translation>
     </message>
     <message>
         <source>Do you want to run advance repair on the severely corrupted video before leaving this page?</source>
-        <translation>Möchten Sie vor dem Verlassen dieser Seite die erweiterte Reparatur für das stark beschädigte Video ausführen?</translation>
+        <translation>Möchten Sie vor dem Verlassen dieser Seite die Tiefenreparatur für das stark beschädigte Video ausführen?</translation>
     </message>
     <message>
         <source>This action will clear repair results.

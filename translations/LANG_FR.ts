@@ -362,11 +362,11 @@
     </message>
     <message>
         <source>Awaiting Action</source>
-        <translation>En attente d&apos;action</translation>
+        <translation>Action requise</translation>
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Réparation avancée</translation>
+        <translation>Répar. avancée</translation>
     </message>
     <message>
         <source>The sample video can&apos;t be read. Choose another sample video.</source>

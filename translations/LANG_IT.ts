@@ -362,11 +362,11 @@
     </message>
     <message>
         <source>Awaiting Action</source>
-        <translation>In attesa di azione</translation>
+        <translation>In attesa</translation>
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Riparazione avanzata</translation>
+        <translation>Ripar. avanzata</translation>
     </message>
     <message>
         <source>The sample video can&apos;t be read. Choose another sample video.</source>
