@@ -89,7 +89,43 @@ const char* const kAddCards[3][11] = {RW_ADD_CARDS("96-DPI"), RW_ADD_CARDS("125-
     "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0px;}"                                   \
     "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:transparent;}"
 
+#define RW_DIALOG(S, SL, MW, MH)                                                                                 \
+    "QDialog{background:#ffffff;border:1px solid #c7d2e4;border-radius:0px;}"                                     \
+    "QLabel{color:#1e293b;}"                                                                                     \
+    "QPushButton{" RW_FACE(S, SL, "OK- Normal.png") "color:#ffffff;min-width:" MW "px;min-height:" MH "px;padding:0px 6px;}" \
+    "QPushButton:hover{" RW_FACE(S, SL, "OK- Hot.png") "}"                                                       \
+    "QPushButton:pressed{" RW_FACE(S, SL, "OK _select.png") "}"                                                  \
+    "QPushButton:disabled{" RW_FACE(S, SL, "Repair- Disable.png") "color:#8a96a8;}"                              \
+    "QPushButton#YesBtn{" RW_FACE(S, SL, "Yes.png") "}"                                                         \
+    "QPushButton#YesBtn:hover{" RW_FACE(S, SL, "OK- Hot.png") "}"                                               \
+    "QPushButton#cancle,QPushButton#CancelBtn,QPushButton#NoBtn{" RW_FACE(S, SL, "Cancel- Normal.png") "color:#1e3a8a;}" \
+    "QPushButton#cancle:hover,QPushButton#CancelBtn:hover,QPushButton#NoBtn:hover{" RW_FACE(S, SL, "No_select.png") "}" \
+    "QPushButton#RefBrowse_Btn,QPushButton#LocBrowse_Btn{" RW_FACE(S, SL, "Browser 2.png") "color:#1e3a8a;}"   \
+    "QPushButton#RefBrowse_Btn:hover,QPushButton#LocBrowse_Btn:hover{" RW_FACE(S, SL, "Browser 1.png") "}"     \
+    "QPushButton#closeBtn{border:none;border-image:none;background:transparent;color:#475569;min-width:0px;"     \
+    "min-height:0px;padding:0px;}"                                                                               \
+    "QProgressBar{border:none;border-radius:4px;background:#e2e8f0;}QProgressBar::chunk{border-radius:4px;"      \
+    "background:#2563eb;}"
+
+// Without a set: the plain look, in the same colours.
+const char kPlainDialog[] =
+    "QDialog { background: white; border: 1px solid #2b579a; }"
+    "QLabel { color: #202020; }"
+    "QPushButton { background: #2b579a; color: white; border: none; padding: 4px 14px;"
+    " min-width: 70px; min-height: 22px; }"
+    "QPushButton:hover { background: #3a6cb8; }"
+    "QPushButton#closeBtn { background: transparent; color: #404040; min-width: 0; padding: 0; }";
+
+const char* const kDialogSheets[3] = {RW_DIALOG("96-DPI", "8", "64", "14"), RW_DIALOG("125-DPI", "10", "80", "18"),
+                                      RW_DIALOG("144-DPI", "12", "96", "22")};
+
 } // namespace
+
+const char* DialogSheet(SkinSet set)
+{
+    InitSkinResources();
+    return set == SkinSet::None ? kPlainDialog : kDialogSheets[int(set)];
+}
 
 const char* const kListSheets[3] = {RW_LIST("96-DPI", "10"), RW_LIST("125-DPI", "12"), RW_LIST("144-DPI", "15")};
 
@@ -167,6 +203,8 @@ QStringList AllSheetsAndPaths()
     for (int i = 0; i < kWindowSheetCount; ++i)
         for (const char* sheet : kWindowSheets[i].sheets)
             all << QLatin1String(sheet);
+    for (const char* sheet : kDialogSheets)
+        all << QLatin1String(sheet);
     for (const auto& row : kAddCards)
         for (const char* sheet : row)
             all << QLatin1String(sheet);

@@ -24,6 +24,8 @@ const char* AddCardSheet(SkinSet set, int language);
 extern const char* const kWindowBaseSheet;
 // The result and file lists (header arrows, scroll bars), by set.
 extern const char* const kListSheets[3];
+// Dialogs: panel, labels and the button faces, by set (plain for None).
+const char* DialogSheet(SkinSet set);
 // The title icon beside the window's name, by set.
 QString TitleIconPath(SkinSet set);
 

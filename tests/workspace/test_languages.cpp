@@ -9,12 +9,15 @@
 #include "support/test_videos.h"
 #include "workspace/custom_button.h"
 #include "workspace/my_tree_widget.h"
+#include "workspace/reference_repaired_dlg.h"
+#include "workspace/save_dlg.h"
 #include "workspace/skin.h"
 #include "workspace/video_repair_window.h"
 
 #include <QAction>
 #include <QDir>
 #include <QImage>
+#include <QLabel>
 #include <QMenu>
 #include <QRegularExpression>
 #include <QSettings>
@@ -159,6 +162,10 @@ private Q_SLOTS:
         QCOMPARE(m_window->AbutBtn_1->toolTip(), QStringLiteral("Info"));
         QCOMPARE(m_window->AbutBtn_1->text(), QString());   // the icon speaks; retranslateUi put no word back
         QVERIFY(m_window->add_filebtn->styleSheet().contains(QLatin1String("Add fileGR.png")));
+        // The dialogs retranslate themselves too.
+        QCOMPARE(m_window->saveDlg()->Save->text(), QStringLiteral("Speichern"));
+        QCOMPARE(m_window->saveDlg()->cancle->text(), QStringLiteral("Abbrechen"));
+        QCOMPARE(m_window->doneDlg()->findChild<QLabel*>()->text(), QStringLiteral("Videodatei erfolgreich repariert!"));
 
         m_window->LoadJapaneseLanguages2();
 
