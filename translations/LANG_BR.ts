@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>Não</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Deseja interromper o processo atual?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>Não será possível retomar o processo a partir deste ponto. Todas as alterações serão descartadas. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>否</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>是否要停止当前过程？</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>无法从此处继续该过程。所有更改都将被放弃。 </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

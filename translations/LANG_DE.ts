@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>Nein</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Möchten Sie den aktuellen Vorgang beenden?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>Der Vorgang kann an dieser Stelle nicht fortgesetzt werden. Alle Änderungen werden verworfen. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>Nee</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Wilt u het huidige proces stoppen?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>U kunt het proces vanaf dit punt niet hervatten. Alle wijzigingen gaan verloren. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>No</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Do you want to stop the current process?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>You can&apos;t resume the process from this point. All the changes will be discarded. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

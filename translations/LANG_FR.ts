@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>Non</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Voulez-vous arrêter le processus en cours ?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>Vous ne pourrez pas reprendre le processus à partir de ce point. Toutes les modifications seront perdues. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

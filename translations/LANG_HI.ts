@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>नहीं</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>क्या आप वर्तमान प्रक्रिया रोकना चाहते हैं?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>इस बिंदु से प्रक्रिया फिर से शुरू नहीं की जा सकती। सभी परिवर्तन हटा दिए जाएँगे। </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

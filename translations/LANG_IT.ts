@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>No</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>Vuoi interrompere il processo in corso?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>Non potrai riprendere il processo da questo punto. Tutte le modifiche andranno perse. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>いいえ</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>現在の処理を停止しますか?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>ここから処理を再開することはできません。すべての変更は破棄されます。 </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>

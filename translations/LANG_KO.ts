@@ -210,6 +210,14 @@
         <source>No</source>
         <translation>아니요</translation>
     </message>
+    <message>
+        <source>Do you want to stop the current process?</source>
+        <translation>현재 작업을 중지하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>You can&apos;t resume the process from this point. All the changes will be discarded. </source>
+        <translation>이 시점부터 작업을 다시 시작할 수 없습니다. 모든 변경 내용이 삭제됩니다. </translation>
+    </message>
 </context>
 <context>
     <name>VideoRepairWin</name>
