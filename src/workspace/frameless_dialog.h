@@ -21,6 +21,8 @@ protected:
     virtual void Retranslate() {}
     // Gives the dialog its look: a white panel with a coloured border, and
     // buttons with the faces of the scale's image set (plain without one).
+    // Dialogs place their widgets with box layouts, so the words of each
+    // language get the room they need without a table of rectangles.
     void ApplyDialogStyle();
 
 private:
