@@ -36,3 +36,35 @@ QByteArray FontDpiText(float scale)
 {
     return QByteArray::number(int(96.0f * scale));
 }
+
+SkinSet SkinSetFor(float scale)
+{
+    if (scale == 1.0f)
+        return SkinSet::Dpi96;
+    if (scale == 1.25f)
+        return SkinSet::Dpi125;
+    if (scale >= 1.5f)
+        return SkinSet::Dpi144;
+    return SkinSet::None;
+}
+
+const char* SkinFolder(SkinSet set)
+{
+    switch (set) {
+    case SkinSet::Dpi96: return "96-DPI";
+    case SkinSet::Dpi125: return "125-DPI";
+    case SkinSet::Dpi144: return "144-DPI";
+    case SkinSet::None: break;
+    }
+    return "";
+}
+
+float FitScaleToArea(float scale, int minWidth, int minHeight, int areaWidth, int areaHeight)
+{
+    while (scale != 1.0f && scale != 0.0f) {
+        if (int(minHeight * scale) <= areaHeight && int(minWidth * scale) <= areaWidth)
+            break;
+        scale = StepDownScale(scale);
+    }
+    return scale == 0.0f ? 1.0f : scale;
+}

@@ -16,3 +16,15 @@ float FitScale(int dpi, int workWidth, int workHeight);
 
 // The value of QT_FONT_DPI for a scale.
 QByteArray FontDpiText(float scale);
+
+// The image set of a scale: exactly 1.0 and 1.25 their own, 1.5 and above
+// the 144-dpi set; any other value none (the form's plain look).
+enum class SkinSet { None = -1, Dpi96 = 0, Dpi125 = 1, Dpi144 = 2 };
+SkinSet SkinSetFor(float scale);
+// "96-DPI", "125-DPI", "144-DPI"; empty for None.
+const char* SkinFolder(SkinSet set);
+
+// The scale a window of minimum size minWidth x minHeight (design pixels)
+// ends with on a screen area of areaWidth x areaHeight: stepped down while
+// the window at that scale is wider or higher than the area.
+float FitScaleToArea(float scale, int minWidth, int minHeight, int areaWidth, int areaHeight);

@@ -1,6 +1,7 @@
 #include "shell/startup.h"
 
 #include "core/repair_globals.h"
+#include "shell/languages.h"
 #include "shell/platform_core.h"
 #include "shell/platform_gui.h"
 #include "shell/scale.h"
@@ -64,6 +65,7 @@ int RunWindowProgram(int argc, char** argv)
         QSettings settings(g_settingsPath, QSettings::IniFormat);
         g_languageType = settings.value(QStringLiteral("LanguageType"), 0).toInt();
     }
+    SelectTranslators(g_languageType);
 
     auto guard = AcquireInstanceGuard(QString::fromLatin1(kInstanceKey));
     if (!guard) {

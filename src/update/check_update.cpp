@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QEvent>
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QProgressBar>
@@ -212,4 +213,19 @@ void QShowUpdate::DownloadApp()
 void QShowUpdate::CancelDownload()
 {
     close();
+}
+
+void QShowUpdate::Retranslate()
+{
+    m_updateBtn->setText(tr("Update"));
+    m_cancelBtn->setText(tr("Cancel"));
+}
+
+void QCheckUpdate::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        setWindowTitle(tr("Software Update"));
+        label->setText(tr("Checking for updates..."));
+    }
+    QDialog::changeEvent(event);
 }

@@ -34,6 +34,9 @@ private:
     QString m_minorVersion;
     QString m_majorVersion;
     QFile* m_descriptor = nullptr;
+
+protected:
+    void changeEvent(QEvent* event) override;
 };
 
 class QShowUpdate : public FramelessDialog {
@@ -50,4 +53,7 @@ private:
     QTextEdit* m_text;
     QPushButton* m_updateBtn;
     QPushButton* m_cancelBtn;
+
+protected:
+    void Retranslate() override;
 };

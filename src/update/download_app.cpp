@@ -260,3 +260,11 @@ void QDownloadApp::OnDownloadFailed()
                              tr("Update failed \n\n Update failed due to partial download."));
     close();
 }
+
+void QDownloadApp::Retranslate()
+{
+    setWindowTitle(tr("Software Update"));
+    m_titleLabel->setText(tr("Software Update"));
+    m_downloadingLabel->setText(tr("Downloading Files"));
+    m_okBtn->setText(tr("OK"));
+}

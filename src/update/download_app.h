@@ -72,4 +72,7 @@ private:
     QElapsedTimer m_elapsed;
     QTimer* m_pollTimer;
     QDownloadThread m_thread;
+
+protected:
+    void Retranslate() override;
 };

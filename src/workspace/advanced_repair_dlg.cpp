@@ -42,11 +42,7 @@ AdvancedRepairDlg::AdvancedRepairDlg(QWidget* parent, const QString& sourcePath)
 
     String_label->setTextFormat(Qt::RichText);
     String_label->setWordWrap(true);
-    String_label->setText(QStringLiteral("<p><b>%1</b></p><p>%2%3</p><p>%4</p>")
-                              .arg(tr("Advance Repair"), tr("Use this option to repair severely damaged videos. "),
-                                   tr("Click &quot;Next&quot; to add a 'sample video' of the same format, shot "
-                                      "using the same device."),
-                                   tr("The sample and the damaged video remain unchanged during repair process.")));
+    Retranslate();
     LearnMoreLink->setFlat(true);
     LearnMoreLink->setStyleSheet(QStringLiteral(
         "QPushButton { background: transparent; color: #2b579a; text-decoration: underline; min-width: 0; }"));
@@ -93,4 +89,16 @@ void AdvancedRepairDlg::onlearnmorelinkclicked()
     const QString link = store.value(LanguageKey() + QStringLiteral("/Learn_more")).toString();
     if (!link.isEmpty())
         QDesktopServices::openUrl(QUrl(link));
+}
+
+void AdvancedRepairDlg::Retranslate()
+{
+    String_label->setText(QStringLiteral("<p><b>%1</b></p><p>%2%3</p><p>%4</p>")
+                              .arg(tr("Advance Repair"), tr("Use this option to repair severely damaged videos. "),
+                                   tr("Click &quot;Next&quot; to add a 'sample video' of the same format, shot "
+                                      "using the same device."),
+                                   tr("The sample and the damaged video remain unchanged during repair process.")));
+    NextBtn->setText(tr("Next"));
+    cancle->setText(tr("Cancel"));
+    LearnMoreLink->setText(tr("Learn More"));
 }

@@ -21,4 +21,7 @@ private:
     QPushButton* NextBtn;
     QPushButton* cancle;
     QPushButton* LearnMoreLink;
+
+protected:
+    void Retranslate() override;
 };

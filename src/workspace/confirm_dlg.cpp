@@ -74,3 +74,11 @@ void ConfirmDlgClass::OnClose()
     g_confirmClosed = true;
     reject();
 }
+
+void ConfirmDlgClass::Retranslate()
+{
+    if (auto* yes = findChild<QPushButton*>(QStringLiteral("YesBtn")))
+        yes->setText(tr("Yes"));
+    if (auto* cancel = findChild<QPushButton*>(QStringLiteral("CancelBtn")))
+        cancel->setText(tr("Cancel"));
+}

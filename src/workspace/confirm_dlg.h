@@ -20,4 +20,7 @@ private Q_SLOTS:
 
 private:
     QLabel* m_label;
+
+protected:
+    void Retranslate() override;
 };

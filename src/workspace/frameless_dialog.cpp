@@ -1,5 +1,9 @@
 #include "workspace/frameless_dialog.h"
 
+#include "shell/scale.h"
+#include "workspace/skin.h"
+
+#include <QEvent>
 #include <QMouseEvent>
 
 FramelessDialog::FramelessDialog(QWidget* parent)
@@ -12,13 +16,14 @@ FramelessDialog::FramelessDialog(QWidget* parent)
 
 void FramelessDialog::ApplyDialogStyle()
 {
-    setStyleSheet(QStringLiteral(
-        "QDialog { background: white; border: 1px solid #2b579a; }"
-        "QLabel { color: #202020; }"
-        "QPushButton { background: #2b579a; color: white; border: none; padding: 4px 14px;"
-        " min-width: 70px; min-height: 22px; }"
-        "QPushButton:hover { background: #3a6cb8; }"
-        "QPushButton#closeBtn { background: transparent; color: #404040; min-width: 0; padding: 0; }"));
+    setStyleSheet(QLatin1String(skin::DialogSheet(SkinSetFor(g_uiScale))));
+}
+
+void FramelessDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        Retranslate();
+    QDialog::changeEvent(event);
 }
 
 void FramelessDialog::CentreOn(const QWidget* w)

@@ -15,8 +15,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // On QEvent::LanguageChange: Retranslate().
+    void changeEvent(QEvent* event) override;
+    // Sets the dialog's own words anew in the installed language.
+    virtual void Retranslate() {}
     // Gives the dialog its look: a white panel with a coloured border, and
-    // buttons in the program's colours.
+    // buttons with the faces of the scale's image set (plain without one).
+    // Dialogs place their widgets with box layouts, so the words of each
+    // language get the room they need without a table of rectangles.
     void ApplyDialogStyle();
 
 private:

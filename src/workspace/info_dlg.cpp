@@ -43,3 +43,8 @@ void InfoDlgClass::OnOk()
 {
     accept();
 }
+
+void InfoDlgClass::Retranslate()
+{
+    m_okBtn->setText(tr("OK"));
+}

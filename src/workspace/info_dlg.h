@@ -18,4 +18,7 @@ private Q_SLOTS:
 private:
     QLabel* m_label;
     QPushButton* m_okBtn;
+
+protected:
+    void Retranslate() override;
 };

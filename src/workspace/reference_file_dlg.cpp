@@ -118,3 +118,12 @@ void ReferenceFileDlg::OnCancle()
     close();
     g_applyToAll = false;
 }
+
+void ReferenceFileDlg::Retranslate()
+{
+    RefBrowse_Btn->setText(tr("Browse"));
+    refe_CheckBox->setText(tr("Apply to all files of same format."));
+    RefRepairBtn->setText(tr("Repair"));
+    cancle->setText(tr("Cancel"));
+    String_label->setText(tr("Add a sample video:"));
+}

@@ -42,4 +42,7 @@ public Q_SLOTS:
 private:
     QLabel* String_label;
     FileDialogs* m_fileDialogs = nullptr;
+
+protected:
+    void Retranslate() override;
 };

@@ -6,3 +6,9 @@ ReferenceRepairedDlg::ReferenceRepairedDlg(QWidget* parent)
     setObjectName(QStringLiteral("ReferenceRepairedDlg"));
     setText(tr("Video file repaired successfully!"));
 }
+
+void ReferenceRepairedDlg::Retranslate()
+{
+    InfoDlgClass::Retranslate();
+    setText(tr("Video file repaired successfully!"));
+}

@@ -6,4 +6,7 @@ class ReferenceRepairedDlg : public InfoDlgClass {
     Q_OBJECT
 public:
     explicit ReferenceRepairedDlg(QWidget* parent = nullptr);
+
+protected:
+    void Retranslate() override;
 };

@@ -46,3 +46,12 @@ void repairFinishDialog::OnOK()
 void repairFinishDialog::OnReferenceBtn()
 {
 }
+
+void repairFinishDialog::Retranslate()
+{
+    m_repairedLabl->setText(tr(" Repair process completed."));
+    if (auto* ok = findChild<QPushButton*>(QStringLiteral("OkBtn")))
+        ok->setText(tr("OK"));
+    if (auto* reference = findChild<QPushButton*>(QStringLiteral("referenceBtn")))
+        reference->setText(tr("What is a reference file?"));
+}

@@ -17,4 +17,7 @@ public Q_SLOTS:
 
 private:
     QLabel* m_repairedLabl;
+
+protected:
+    void Retranslate() override;
 };

@@ -52,11 +52,7 @@ void VideoRepairWindow::SetUpResultList()
 {
     m_resultList->setColumnCount(14);
     m_resultList->setGeometry(Scaled(22), Scaled(170), Scaled(805), Scaled(265));
-    m_resultList->setHeaderLabels({tr(" File Name"), tr("  Path"), tr(" Size (MB)"), QStringLiteral("FileID"),
-                                   QStringLiteral("ParentID"), QStringLiteral("TemporaryPath"),
-                                   tr(" Modified Date"), tr(" Created Date"), tr(" Status"), tr(" Action"),
-                                   QStringLiteral(" Action2"), QStringLiteral("Repairing status"),
-                                   QStringLiteral("Source Path"), QString()});
+    SetResultListHeader();
     for (int c : {3, 4, 5, int(ResStage), int(ResVerdict), int(ResSource), int(ResQueue)})
         m_resultList->setColumnHidden(c, true);
     m_resultList->setRootIsDecorated(false);
@@ -65,6 +61,16 @@ void VideoRepairWindow::SetUpResultList()
     m_resultList->setSelectionMode(QAbstractItemView::SingleSelection);
     m_resultList->setTextElideMode(Qt::ElideMiddle);
     m_resultList->setFont(QFont(QStringLiteral("Segoe UI Semibold"), 10));
+}
+
+// Header words and column widths of the language; again at each language change.
+void VideoRepairWindow::SetResultListHeader()
+{
+    m_resultList->setHeaderLabels({tr(" File Name"), tr("  Path"), tr(" Size (MB)"), QStringLiteral("FileID"),
+                                   QStringLiteral("ParentID"), QStringLiteral("TemporaryPath"),
+                                   tr(" Modified Date"), tr(" Created Date"), tr(" Status"), tr(" Action"),
+                                   QStringLiteral(" Action2"), QStringLiteral("Repairing status"),
+                                   QStringLiteral("Source Path"), QString()});
     const ResultWidths w = ResultListWidths(g_languageType);
     const int widths[][2] = {{0, w.c0}, {1, w.c1}, {2, w.c2}, {6, w.c6}, {7, w.c7}, {8, w.c8}, {9, w.c9}};
     for (const auto& cw : widths)
@@ -96,6 +102,7 @@ void VideoRepairWindow::OnRepairMOVFiles()
     stringLabl_2->setText(tr("This may take a while, depending on the number of videos and their file size. "
                              "Please wait while the process is completed."));
 
+    CreateSecondMenuBar();
     m_resultList->show();
     connect(m_resultList, &QTreeWidget::itemDoubleClicked, this, &VideoRepairWindow::OnDoubleClicked,
             Qt::UniqueConnection);

@@ -125,3 +125,13 @@ void SaveDlgClass::OnSaveFiles()
         emit CustomLocation(m_customPath);
     }
 }
+
+void SaveDlgClass::Retranslate()
+{
+    defaultLoc->setText(tr("Save repaired file at source location."));
+    customLoc->setText(tr("Save file at custom location."));
+    LocBrowse_Btn->setText(tr("Browse"));
+    Save->setText(tr("Save"));
+    cancle->setText(tr("Cancel"));
+    m_title->setText(tr("Reelwright "));
+}

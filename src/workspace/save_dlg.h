@@ -41,4 +41,7 @@ private:
     QLabel* m_title;
     QString m_customPath;
     FileDialogs* m_fileDialogs = nullptr;
+
+protected:
+    void Retranslate() override;
 };

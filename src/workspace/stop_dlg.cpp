@@ -51,3 +51,11 @@ void StopDlg::SetTexts(const QString& upper, const QString& lower)
     m_upper->setText(upper);
     m_lower->setText(lower);
 }
+
+void StopDlg::Retranslate()
+{
+    m_yes->setText(tr("Yes"));
+    m_no->setText(tr("No"));
+    SetTexts(tr("Do you want to stop the current process?"),
+             tr("You can't resume the process from this point. All the changes will be discarded. "));
+}

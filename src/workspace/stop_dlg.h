@@ -21,4 +21,7 @@ private:
     QLabel* m_lower;
     QPushButton* m_yes;
     QPushButton* m_no;
+
+protected:
+    void Retranslate() override;
 };

@@ -70,13 +70,18 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
     MenuBtn_2->setChecked(false);
 
     Init();
-    ApplyLook();
 
     connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::CustomizeWindowHint);
     m_nextFileId = 2;
     InitControls();
+    CreateMenuBar();
+    CreateSecondMenuBar();
+    for (QPushButton* b : findChildren<QPushButton*>())
+        b->setCursor(Qt::PointingHandCursor);
+    RetranslateWindow();   // texts, tool tips, skin and layout of the language
     resize(Scaled(850), Scaled(600));
+    FitToScreen();
 }
 
 VideoRepairWindow::~VideoRepairWindow()
@@ -107,54 +112,6 @@ void VideoRepairWindow::ApplyScaleToForm()
         const QRect r = w->geometry();
         w->setGeometry(Scaled(r.x()), Scaled(r.y()), Scaled(r.width()), Scaled(r.height()));
     }
-}
-
-// Until the skin with its images lands, buttons show their texts on plain
-// colour: the title strip dark, actions blue with white text.
-void VideoRepairWindow::ApplyLook()
-{
-    setStyleSheet(QStringLiteral(
-        "VideoRepairWindow, QFrame#AddFile_frame, QFrame#frame_2 { background: #f4f6f9; }"
-        "QFrame#TitleBar_1, QFrame#TitleBar_2 { background: #1f3b64; }"
-        "QLabel#TitleLabl_1, QLabel#TitleLabl_2 { color: white; font-weight: bold; }"
-        "QPushButton#closeBtn, QPushButton#closeBtn_2,"
-        " QPushButton#MiniMaBtn, QPushButton#MiniMiseBtn2, QPushButton#MenuBtn_1, QPushButton#MenuBtn_2,"
-        " QPushButton#AbutBtn_1, QPushButton#AbutBtn_2, QPushButton#HelpBtn_1, QPushButton#HelpBtn_2,"
-        " QPushButton#UpdateBtn_1, QPushButton#UpdateBtn_2"
-        " { background: transparent; color: white; border: none; }"
-        "QPushButton#closeBtn:hover, QPushButton#closeBtn_2:hover { background: #c42b1c; }"
-        "QPushButton#MiniMaBtn:hover, QPushButton#MiniMiseBtn2:hover, QPushButton#MenuBtn_1:hover,"
-        " QPushButton#MenuBtn_2:hover, QPushButton#AbutBtn_1:hover, QPushButton#AbutBtn_2:hover,"
-        " QPushButton#HelpBtn_1:hover, QPushButton#HelpBtn_2:hover, QPushButton#UpdateBtn_1:hover,"
-        " QPushButton#UpdateBtn_2:hover { background: #2d5288; }"
-        "QPushButton#MenuBtn_1:checked, QPushButton#MenuBtn_2:checked { background: #2d5288; }"
-        "QLabel#SeperateLbl_1, QLabel#SeperateLbl_3, QLabel#SeperateLbl_4, QLabel#SeperateLbl_5,"
-        " QLabel#SeperateLbl_6, QLabel#SeperateLbl_7 { background: #8fa6c8; }"
-        "QLabel#label_5, QLabel#label_6, QLabel#stringLabl { color: #1f3b64; font-size: 15pt; font-weight: bold; }"
-        "QLabel#label_7, QLabel#stringLabl_2 { color: #505a66; }"
-        "QPushButton#pushButton, QPushButton#AddFileBtn, QPushButton#RemoveBtn, QPushButton#RepairBtn,"
-        " QPushButton#stopBtn, QPushButton#BackBtn, QPushButton#saveBtn, QPushButton#PreviewBtn"
-        " { background: #2b579a; color: white; border: none; border-radius: 3px; }"
-        "QPushButton#pushButton:hover, QPushButton#AddFileBtn:hover, QPushButton#RemoveBtn:hover,"
-        " QPushButton#RepairBtn:hover, QPushButton#stopBtn:hover, QPushButton#BackBtn:hover,"
-        " QPushButton#saveBtn:hover { background: #3a6cb8; }"
-        "QPushButton:disabled#AddFileBtn, QPushButton:disabled#RemoveBtn, QPushButton:disabled#RepairBtn,"
-        " QPushButton:disabled#BackBtn, QPushButton:disabled#saveBtn, QPushButton:disabled#stopBtn"
-        " { background: #a9b7cc; color: #eef1f5; }"
-        "QPushButton#add_filebtn { background: white; color: #2b579a; border: 2px dashed #2b579a;"
-        " border-radius: 8px; font-size: 40pt; }"
-        "QPushButton#add_filebtn:hover { background: #e8eef8; }"
-        "QProgressBar { border: 1px solid #b8c4d6; background: white; }"
-        "QProgressBar::chunk { background: #2b579a; }"
-        "QTreeWidget { background: white; alternate-background-color: #f0f3f8; }"));
-    for (QPushButton* b : findChildren<QPushButton*>())
-        b->setCursor(Qt::PointingHandCursor);
-    AbutBtn_1->setToolTip(tr("About"));
-    AbutBtn_2->setToolTip(tr("About"));
-    HelpBtn_1->setToolTip(tr("Help"));
-    HelpBtn_2->setToolTip(tr("Help"));
-    UpdateBtn_1->setToolTip(tr("Update"));
-    UpdateBtn_2->setToolTip(tr("Update"));
 }
 
 void VideoRepairWindow::Init()

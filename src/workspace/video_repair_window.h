@@ -22,6 +22,9 @@ class CustomButton;
 class FileDialogs;
 class InfoDlgClass;
 class MyTreeWidget;
+class QAction;
+class QLabel;
+class QMenu;
 class QTimer;
 class QTreeWidgetItem;
 class ReferenceRepairedDlg;
@@ -130,12 +133,48 @@ public Q_SLOTS:
     void OnSecondMenuProduct();
     void onUpdateWizard();   // Update buttons: checks for a newer version (src/update)
 
+    // Languages (languages.cpp): the two menus and their twenty-two slots.
+    void CreateMenuBar();
+    void CreateSecondMenuBar();
+    void LoadEnglishLanguages();
+    void LoadGermanLanguages();
+    void LoadFrenchLanguages();
+    void LoadItalianLanguages();
+    void LoadSpanishLanguages();
+    void LoadJapaneseLanguages();
+    void LoadChineseLanguages();
+    void LoadKoreanLanguages();
+    void LoadDutchLanguages();
+    void LoadBrazilLanguages();
+    void LoadHindiLanguages();
+    void LoadEnglishLanguages2();
+    void LoadGermanLanguages2();
+    void LoadFrenchLanguages2();
+    void LoadItalianLanguages2();
+    void LoadSpanishLanguages2();
+    void LoadJapaneseLanguages2();
+    void LoadChineseLanguages2();
+    void LoadKoreanLanguages2();
+    void LoadDutchLanguages2();
+    void LoadBrazilLanguages2();
+    void LoadHindiLanguages2();
+
+public:
+    // Skin and layout (languages.cpp): images and sheets of the scale's set,
+    // the rectangles of the stored language, and the fit to the screen.
+    void ApplySkin();
+    void ApplyLanguageLayout();
+    void FitToScreen();
+    QPushButton* languageButton(int menu) const { return menu == 2 ? m_langButton2 : m_langButton1; }
+    QMenu* languageMenu(int menu) const { return menu == 2 ? m_langMenu2 : m_langMenu1; }
+
 private Q_SLOTS:
     void OnTimerSlot();
     void OnToolBarTimerSlot();
     void OnToolBarTimerSlot2();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -145,13 +184,13 @@ private:
     void Init();
     void InitControls();
     void ApplyScaleToForm();
-    void ApplyLook();
     void StartToolbarTimer(void (VideoRepairWindow::*tick)());
     void StepToolbar(QPushButton* menuButton, const QList<QWidget*>& items);
     void ReturnToFirstPage(bool repairPage);
     void SetUpFileList();
     void UpdateSelectAllState();
     void SetUpResultList();
+    void SetResultListHeader();
     void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
@@ -160,6 +199,9 @@ private:
     void StartAdvanceRepair(const QString& sourcePath);
     CustomButton* RowButton(QTreeWidgetItem* row) const;
     int Scaled(int designPixels) const;
+    QMenu* BuildLanguageMenu(QPushButton* button, QList<QAction*>& actions, bool second);
+    void SwitchLanguage(int language, int menu);
+    void RetranslateWindow();
 
     bool m_dragging = false;
     QPoint m_dragOffset;
@@ -193,4 +235,13 @@ private:
     RowAction m_scratchAction;
 
     std::unique_ptr<FileDialogs> m_fileDialogs;
+
+    QPushButton* m_langButton1 = nullptr;
+    QPushButton* m_langButton2 = nullptr;
+    QMenu* m_langMenu1 = nullptr;
+    QMenu* m_langMenu2 = nullptr;
+    QList<QAction*> m_langActions1;
+    QList<QAction*> m_langActions2;
+    QLabel* m_titleIcon1 = nullptr;
+    QLabel* m_titleIcon2 = nullptr;
 };

@@ -46,6 +46,31 @@ private Q_SLOTS:
         QCOMPARE(FitScale(72, 600, 400), 1.0f);      // one that doesn't steps to 0.0, then 1.0
         QCOMPARE(FontDpiText(1.0f), QByteArray("96"));
     }
+
+    // The image set: exact steps 1.0 and 1.25, everything from 1.5 up, none between.
+    void skinSetByScale()
+    {
+        QCOMPARE(SkinSetFor(1.0f), SkinSet::Dpi96);
+        QCOMPARE(SkinSetFor(1.25f), SkinSet::Dpi125);
+        QCOMPARE(SkinSetFor(1.5f), SkinSet::Dpi144);
+        QCOMPARE(SkinSetFor(1.75f), SkinSet::Dpi144);
+        QCOMPARE(SkinSetFor(110.0f / 96.0f), SkinSet::None);   // 1.145...
+        QCOMPARE(SkinSetFor(1.2f), SkinSet::None);
+        QCOMPARE(SkinSetFor(0.75f), SkinSet::None);
+        QCOMPARE(QByteArray(SkinFolder(SkinSet::Dpi144)), QByteArray("144-DPI"));
+        QCOMPARE(QByteArray(SkinFolder(SkinSet::None)), QByteArray());
+    }
+
+    // A window on a smaller work area steps down until it fits; 1.0 stays.
+    void fitToArea()
+    {
+        QCOMPARE(FitScaleToArea(2.0f, 850, 600, 1366, 728), 1.0f);
+        QCOMPARE(FitScaleToArea(2.0f, 850, 600, 1920, 1040), 1.5f);
+        QCOMPARE(FitScaleToArea(1.75f, 850, 600, 1600, 1100), 1.75f);
+        QCOMPARE(FitScaleToArea(110.0f / 96.0f, 850, 600, 1920, 1080), 110.0f / 96.0f);
+        QCOMPARE(FitScaleToArea(110.0f / 96.0f, 850, 600, 900, 600), 1.0f);
+        QCOMPARE(FitScaleToArea(1.0f, 850, 600, 640, 480), 1.0f);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestScale)

@@ -1,11 +1,15 @@
 // Drives the main window through its first views and saves each as a PNG:
-//   window_screenshots OUTDIR VIDEO...
+//   window_screenshots [--language N] [--scale S] OUTDIR VIDEO...
+// N is a LanguageType (0 English, 1 German, 5 Japanese, 10 Hindi...), S the
+// display scale the window is laid out and skinned for (1.0 when not given).
 // page1-empty.png (no files), page1-files.png (VIDEO... added through the
 // file-chooser seam), page2-results.png (after a finished run). Run it under
 // a real display server (xvfb-run) to see what a user sees.
 #include "core/repair_globals.h"
+#include "shell/languages.h"
 #include "shell/platform_core.h"
 #include "shell/scale.h"
+#include "shell/startup.h"
 #include "workspace/advanced_repair_dlg.h"
 #include "workspace/file_dialogs.h"
 #include "workspace/reference_file_dlg.h"
@@ -20,6 +24,7 @@
 #include <QTextEdit>
 
 #include <QApplication>
+#include <QSettings>
 #include <QDir>
 #include <QTimer>
 #include <cstdio>
@@ -51,18 +56,33 @@ bool Save(QWidget* w, const QString& path)
 
 int main(int argc, char** argv)
 {
+    // Options first: the scale sets the font resolution before the toolkit starts.
+    int language = 0;
+    float scale = 1.0f;
+    int first = 1;
+    for (; first + 1 < argc && argv[first][0] == '-' && argv[first][1] == '-'; first += 2) {
+        if (qstrcmp(argv[first], "--language") == 0)
+            language = QByteArray(argv[first + 1]).toInt();
+        else if (qstrcmp(argv[first], "--scale") == 0)
+            scale = QByteArray(argv[first + 1]).toFloat();
+    }
+    qputenv("QT_FONT_DPI", FontDpiText(scale));
     QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
     QApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    const QStringList args = app.arguments().mid(first);
     if (args.size() < 2) {
         std::fprintf(stderr, "usage: window_screenshots OUTDIR VIDEO...\n");
         return 2;
     }
     const QString out = args.first();
     QDir().mkpath(out);
-    g_dpiScale = g_uiScale = 1.0f;
+    g_dpiScale = g_uiScale = scale;
     g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
-    g_programDir = QCoreApplication::applicationDirPath();
+    // The translations are deployed beside the program, in bin/.
+    g_programDir = QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin")).absolutePath();
+    QSettings(g_settingsPath, QSettings::IniFormat).setValue(QStringLiteral("LanguageType"), language);
+    g_languageType = language;
+    SelectTranslators(language);
     g_appDir = QDir(g_programDir + QStringLiteral("/../bin/Libmp4")).absolutePath();
 
     VideoRepairWindow window;

@@ -1,0 +1,327 @@
+// The eleven languages and the skin: complete catalogues, a switch at run
+// time that keeps the page's state, the first start, and every image the
+// window asks for present in each set at its size.
+#include "core/repair_globals.h"
+#include "shell/languages.h"
+#include "shell/platform_core.h"
+#include "shell/scale.h"
+#include "shell/startup.h"
+#include "support/test_videos.h"
+#include "workspace/custom_button.h"
+#include "workspace/my_tree_widget.h"
+#include "workspace/reference_repaired_dlg.h"
+#include "workspace/save_dlg.h"
+#include "workspace/skin.h"
+#include "workspace/video_repair_window.h"
+
+#include <QAction>
+#include <QDir>
+#include <QImage>
+#include <QLabel>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTranslator>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+using namespace testvideo;
+
+class TestLanguages : public QObject {
+    Q_OBJECT
+
+    QString m_config;
+    VideoRepairWindow* m_window = nullptr;
+
+    int storedLanguage(SettingsStore store) const
+    {
+        return QSettings(SettingsFilePath(store), QSettings::IniFormat).value(QStringLiteral("LanguageType"), -1).toInt();
+    }
+    // The toolkit posts LanguageChange to the windows; let it arrive.
+    static void deliver() { QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange); }
+    QString german(const char* context, const char* text) const
+    {
+        QTranslator t;
+        t.load(QStringLiteral("LANG_DE"), QStringLiteral(REELWRIGHT_BIN_DIR "/VideoTranslation/DE"));
+        return t.translate(context, text);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_config = freshDir(QStringLiteral("lang-config"));
+        qputenv("XDG_CONFIG_HOME", m_config.toUtf8());
+        g_dpiScale = g_uiScale = 1.0f;
+        g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
+        g_programDir = QStringLiteral(REELWRIGHT_BIN_DIR);
+    }
+    void cleanupTestCase() { QDir(m_config).removeRecursively(); }
+    void init()
+    {
+        QFile::remove(SettingsFilePath(SettingsStore::PhotoRecovery));
+        QFile::remove(SettingsFilePath(SettingsStore::DataRecovery));
+        g_uiScale = 1.0f;
+        g_repairRunning = false;
+        g_referenceMode = false;
+        SelectTranslators(0);
+        m_window = new VideoRepairWindow;
+        m_window->show();
+    }
+    void cleanup()
+    {
+        InstallLanguage(0);
+        delete m_window;
+        m_window = nullptr;
+        g_repairRunning = false;
+        g_referenceMode = false;
+    }
+
+    // Every catalogue: the right language, no unfinished or empty entry, the
+    // same %n, line breaks and edge spaces as its source, and (but for
+    // English) words of its own in most entries rather than copies.
+    void catalogsAreComplete()
+    {
+        const QMap<QString, QString> languages = {
+            {"EN", "en"}, {"DE", "de"}, {"FR", "fr"}, {"IT", "it"}, {"ES", "es"}, {"JA", "ja"},
+            {"CN", "zh_CN"}, {"KO", "ko"}, {"DU", "nl"}, {"BR", "pt_BR"}, {"HI", "hi"}};
+        for (auto it = languages.begin(); it != languages.end(); ++it) {
+            QFile file(QStringLiteral(REELWRIGHT_SOURCE_DIR "/translations/LANG_%1.ts").arg(it.key()));
+            QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
+            QXmlStreamReader xml(&file);
+            QString source, translation;
+            int messages = 0, copies = 0;
+            bool inTranslation = false;
+            while (!xml.atEnd()) {
+                xml.readNext();
+                const QString where = it.key() + QStringLiteral(": ") + source;
+                if (xml.isStartElement() && xml.name() == QLatin1String("TS")) {
+                    QCOMPARE(xml.attributes().value(QStringLiteral("language")).toString(), it.value());
+                } else if (xml.isStartElement() && xml.name() == QLatin1String("source")) {
+                    source = xml.readElementText();
+                } else if (xml.isStartElement() && xml.name() == QLatin1String("translation")) {
+                    QVERIFY2(xml.attributes().value(QStringLiteral("type")).isEmpty(), qPrintable(where));
+                    inTranslation = true;
+                    translation.clear();
+                } else if (inTranslation && (xml.isCharacters())) {
+                    translation += xml.text();
+                } else if (xml.isEndElement() && xml.name() == QLatin1String("translation")) {
+                    inTranslation = false;
+                    ++messages;
+                    const QString t = translation.trimmed().isEmpty() ? translation : translation;
+                    QVERIFY2(!t.trimmed().isEmpty(), qPrintable(where));
+                    QCOMPARE(t.contains(QLatin1String("%n")), source.contains(QLatin1String("%n")));
+                    if (!source.contains(QLatin1String("%n"))) {
+                        QVERIFY2(t.count(QLatin1Char('\n')) == source.count(QLatin1Char('\n')), qPrintable(where));
+                        QVERIFY2(t.startsWith(QLatin1Char(' ')) == source.startsWith(QLatin1Char(' ')), qPrintable(where));
+                        QVERIFY2(t.endsWith(QLatin1Char(' ')) == source.endsWith(QLatin1Char(' ')), qPrintable(where));
+                    }
+                    copies += t == source;
+                }
+            }
+            QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+            QVERIFY(messages > 100);
+            if (it.key() != QLatin1String("EN"))
+                QVERIFY2(copies * 5 < messages, qPrintable(it.key()));   // symbols, the name and a few shared words stay
+            QVERIFY2(QFile::exists(QStringLiteral(REELWRIGHT_BIN_DIR "/VideoTranslation/%1/LANG_%1.qm").arg(it.key())),
+                     qPrintable(it.key()));
+        }
+        QCOMPARE(german("VideoRepairWindow", "Repair"), QStringLiteral("Reparieren"));
+    }
+
+    void firstStartShowsEnglish()
+    {
+        QCOMPARE(storedLanguage(SettingsStore::PhotoRecovery), -1);
+        QCOMPARE(CurrentLanguage(), 0);
+        QCOMPARE(m_window->RepairBtn->text(), QStringLiteral("Repair"));
+        QCOMPARE(m_window->label_5->text(), QStringLiteral("Add Your Corrupt Videos to Repair"));
+        const QList<QAction*> entries = m_window->languageMenu(1)->actions();
+        QCOMPARE(entries.size(), 11);
+        QCOMPARE(entries.first()->text(), QStringLiteral("English"));
+        QCOMPARE(entries.at(5)->text(), QStringLiteral("Japanese"));
+        QCOMPARE(entries.last()->text(), QStringLiteral("Hindi"));
+        QVERIFY(entries.first()->isChecked());
+        for (QAction* a : entries.mid(1))
+            QVERIFY(!a->isChecked());
+        // Outside 0 to 9 a stored value means Hindi.
+        QCOMPARE(LanguageRowFor(42), 10);
+        QCOMPARE(LanguageRowFor(-1), 10);
+        QCOMPARE(LanguageRowFor(9), 9);
+    }
+
+    // A switch writes both stores, ticks its menu and retranslates at once;
+    // Japanese and Korean from the second menu tick the first.
+    void switchStoresTicksAndRetranslates()
+    {
+        m_window->languageMenu(1)->actions().at(1)->trigger();
+        deliver();
+        QCOMPARE(storedLanguage(SettingsStore::PhotoRecovery), 1);
+        QCOMPARE(storedLanguage(SettingsStore::DataRecovery), 1);
+        QVERIFY(g_languageFlags[1]);
+        QVERIFY(m_window->languageMenu(1)->actions().at(1)->isChecked());
+        QCOMPARE(m_window->RepairBtn->text(), QStringLiteral("Reparieren"));
+        QCOMPARE(m_window->AbutBtn_1->toolTip(), QStringLiteral("Info"));
+        QCOMPARE(m_window->AbutBtn_1->text(), QString());   // the icon speaks; retranslateUi put no word back
+        QVERIFY(m_window->add_filebtn->styleSheet().contains(QLatin1String("Add fileGR.png")));
+        // The dialogs retranslate themselves too.
+        QCOMPARE(m_window->saveDlg()->Save->text(), QStringLiteral("Speichern"));
+        QCOMPARE(m_window->saveDlg()->cancle->text(), QStringLiteral("Abbrechen"));
+        QCOMPARE(m_window->doneDlg()->findChild<QLabel*>()->text(), QStringLiteral("Videodatei erfolgreich repariert!"));
+
+        m_window->LoadJapaneseLanguages2();
+
+        deliver();
+        QVERIFY(m_window->languageMenu(1)->actions().at(5)->isChecked());
+        QVERIFY(!m_window->languageMenu(1)->actions().at(1)->isChecked());
+        QCOMPARE(m_window->RepairBtn->text(), QStringLiteral("修復"));
+        m_window->LoadChineseLanguages2();
+        deliver();
+        QVERIFY(m_window->languageMenu(2)->actions().at(6)->isChecked());
+        QCOMPARE(storedLanguage(SettingsStore::PhotoRecovery), 6);
+    }
+
+    // During a run the headline stays the run's, in the new language.
+    void switchDuringARunKeepsTheHeadline()
+    {
+        g_repairRunning = true;
+        m_window->LoadGermanLanguages();
+        deliver();
+        QCOMPARE(m_window->stringLabl->text(), german("VideoRepairWindow", "Repairing selected videos"));
+        g_referenceMode = true;
+        m_window->LoadFrenchLanguages2();
+        deliver();
+        QCOMPARE(m_window->stringLabl->text(), QStringLiteral("Réparation avancée en cours"));
+        g_repairRunning = false;
+        g_referenceMode = false;
+        m_window->LoadEnglishLanguages();
+        deliver();
+        QCOMPARE(m_window->stringLabl->text(), QStringLiteral("Repair Process Completed"));
+    }
+
+    // Rows awaiting Advance Repair stay so; only their words change.
+    void switchKeepsRowStates()
+    {
+        MyTreeWidget* list = m_window->resultList();
+        list->setColumnCount(14);
+        auto addRow = [&](const char* verdict, const QString& status, const QString& action) {
+            auto* row = new QTreeWidgetItem(list);
+            row->setText(VideoRepairWindow::ResVerdict, QLatin1String(verdict));
+            row->setText(VideoRepairWindow::ResStatus, status);
+            auto* button = new CustomButton(list);
+            button->setText(action);
+            list->setItemWidget(row, VideoRepairWindow::ResAction, button);
+            return row;
+        };
+        QTreeWidgetItem* waiting = addRow("0", QStringLiteral("Awaiting Action"), QStringLiteral("Advance Repair"));
+        QTreeWidgetItem* done = addRow("1", QStringLiteral("Completed"), QStringLiteral("Preview"));
+        auto button = [&](QTreeWidgetItem* row) {
+            return qobject_cast<CustomButton*>(list->itemWidget(row, VideoRepairWindow::ResAction))->text();
+        };
+
+        m_window->LoadGermanLanguages();
+
+        deliver();
+        QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Aktion nötig"));
+        QCOMPARE(button(waiting), QStringLiteral("Tiefenreparatur"));
+        QCOMPARE(waiting->foreground(VideoRepairWindow::ResStatus).color(), QColor(Qt::blue));
+        QCOMPARE(waiting->text(VideoRepairWindow::ResVerdict), QStringLiteral("0"));
+        QCOMPARE(done->text(VideoRepairWindow::ResStatus), QStringLiteral("Abgeschlossen"));
+        QCOMPARE(button(done), QStringLiteral("Vorschau"));
+        QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResStatus), QStringLiteral(" Status"));
+        QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResName), QStringLiteral(" Dateiname"));
+
+        m_window->LoadEnglishLanguages2();
+
+        deliver();
+        QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Awaiting Action"));
+        QCOMPARE(button(waiting), QStringLiteral("Advance Repair"));
+    }
+
+    // Each button's words fit inside its face (less the corner slices) in
+    // every language, with the fonts the system has.
+    void buttonTextsFitInEveryLanguage()
+    {
+        // A row's status and its action link, in the fonts the rows use; the
+        // link's button is 110 wide in English and 100 in the others.
+        m_window->resultList()->setColumnCount(14);
+        const QFontMetrics rowFont(QFont(QStringLiteral("Segoe UI Semibold"), 10));
+        for (int language = 0; language < kLanguageCount; ++language) {
+            QSettings(g_settingsPath, QSettings::IniFormat).setValue(QStringLiteral("LanguageType"), language);
+            SetLanguageFlag(language);
+            InstallLanguage(language);
+            deliver();
+            for (QPushButton* b : {m_window->pushButton, m_window->AddFileBtn, m_window->RemoveBtn,
+                                   m_window->RepairBtn, m_window->BackBtn, m_window->stopBtn, m_window->saveBtn,
+                                   m_window->PreviewBtn}) {
+                const int room = b->width() - 2 * 8;
+                const int need = b->fontMetrics().horizontalAdvance(b->text());
+                QVERIFY2(need <= room, qPrintable(QStringLiteral("%1 %2: \"%3\" needs %4, has %5")
+                                                      .arg(kLanguages[language].code, b->objectName(), b->text())
+                                                      .arg(need)
+                                                      .arg(room)));
+            }
+            for (const char* word : {"Awaiting Action", "Completed", "Processing", "Queued"}) {
+                const QString text = VideoRepairWindow::tr(word);
+                QVERIFY2(rowFont.horizontalAdvance(text) + 8 <= m_window->resultList()->columnWidth(VideoRepairWindow::ResStatus),
+                         qPrintable(QStringLiteral("%1 status \"%2\"").arg(kLanguages[language].code, text)));
+            }
+            for (const char* word : {"Advance Repair", "Preview"}) {
+                const QString text = VideoRepairWindow::tr(word);
+                QVERIFY2(rowFont.horizontalAdvance(text) + 4 <= (language == 0 ? 110 : 100),
+                         qPrintable(QStringLiteral("%1 link \"%2\" needs %3").arg(kLanguages[language].code, text).arg(rowFont.horizontalAdvance(text))));
+            }
+            const int selectNeed = m_window->Select_All->fontMetrics().horizontalAdvance(m_window->Select_All->text());
+            QVERIFY2(selectNeed + 30 <= m_window->Select_All->width(), kLanguages[language].code);
+        }
+    }
+
+    // Every image any sheet names exists in its set; sizes follow the scale.
+    void everyImageExistsInEverySet()
+    {
+        const QRegularExpression url(QStringLiteral("url\\((:/images/[^)]+)\\)"));
+        QSet<QString> paths;
+        for (const QString& sheet : skin::AllSheetsAndPaths())
+            for (auto m = url.globalMatch(sheet); m.hasNext();)
+                paths.insert(m.next().captured(1));
+        QVERIFY(paths.size() > 100);
+        for (const char* set : {"96-DPI", "125-DPI", "144-DPI"})
+            QVERIFY(std::any_of(paths.begin(), paths.end(), [&](const QString& p) { return p.contains(QLatin1String(set)); }));
+        for (const QString& path : paths)
+            QVERIFY2(QFile::exists(path), qPrintable(path));
+        for (SkinSet set : {SkinSet::Dpi96, SkinSet::Dpi125, SkinSet::Dpi144})
+            QVERIFY(QFile::exists(skin::TitleIconPath(set)));
+        QVERIFY(QFile::exists(QStringLiteral(":/images/img_Product.png")));
+        QCOMPARE(QImage(QStringLiteral(":/images/96-DPI/Repair.png")).size(), QSize(140, 40));
+        QCOMPARE(QImage(QStringLiteral(":/images/125-DPI/Repair.png")).size(), QSize(175, 50));
+        QCOMPARE(QImage(QStringLiteral(":/images/144-DPI/Repair.png")).size(), QSize(210, 60));
+        QCOMPARE(QImage(QStringLiteral(":/images/144-DPI/img_CompanyLogo.png")).size(), QSize(195, 36));
+    }
+
+    // The window picks its sheets by scale: 1.5 the 144-dpi set, 1.145 none.
+    // A window too big for the screen (offscreen: 800 x 600) steps down to 1.0.
+    void windowSkinFollowsTheScale()
+    {
+        delete m_window;
+        g_uiScale = 1.5f;
+        m_window = new VideoRepairWindow;
+        QCOMPARE(g_uiScale, 1.0f);
+        QCOMPARE(m_window->size(), QSize(850, 600));
+        QVERIFY(m_window->RepairBtn->styleSheet().contains(QLatin1String(":/images/96-DPI/Repair.png")));
+
+        g_uiScale = 1.5f;
+        m_window->ApplySkin();
+        m_window->ApplyLanguageLayout();
+        QVERIFY(m_window->RepairBtn->styleSheet().contains(QLatin1String(":/images/144-DPI/Repair.png")));
+        QVERIFY(m_window->languageButton(1)->styleSheet().contains(QLatin1String(":/images/144-DPI/Lang- Flag N.bmp")));
+        QCOMPARE(m_window->RepairBtn->geometry(), QRect(int(687 * 1.5f), int(536 * 1.5f), 210, 60));
+
+        g_uiScale = 110.0f / 96.0f;
+        m_window->ApplySkin();
+        QVERIFY(m_window->RepairBtn->styleSheet().isEmpty());
+        QVERIFY(m_window->add_filebtn->styleSheet().isEmpty());
+        QVERIFY(m_window->styleSheet().isEmpty());
+        g_uiScale = 1.0f;
+    }
+};
+
+QTEST_MAIN(TestLanguages)
+#include "test_languages.moc"
