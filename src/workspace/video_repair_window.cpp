@@ -70,6 +70,7 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
     MenuBtn_2->setChecked(false);
 
     Init();
+    MoreTool();
     ApplyLook();
 
     connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
@@ -229,6 +230,7 @@ void VideoRepairWindow::InitControls()
             Qt::QueuedConnection);
     connect(&m_saveThread, &ThreadFileSaving::ProgressFinish, this, &VideoRepairWindow::OnProgressFinish,
             Qt::QueuedConnection);
+    InitClosingAndHelp();
 
     // The thread's signals cross threads: queued, so rows change on this
     // thread in the order the thread sent them.
