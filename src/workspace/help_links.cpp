@@ -38,9 +38,9 @@ QString HelpTopic()
         return QStringLiteral("performing-advanced-repair");
     if (g_onRepairPage)
         return QStringLiteral("repairing-corrupt-files");
-    // No page flag set (none is, between a Back answered No and the next
-    // step): the overview is the page that fits any state.
-    return QStringLiteral("about-reelwright");
+    // No page flag set, as after a save that was cancelled: on the results
+    // page that is still previewing and saving; elsewhere the overview.
+    return g_resultsShown ? QStringLiteral("previewing-and-saving-files") : QStringLiteral("about-reelwright");
 }
 
 // A value outside 0 to 10 sets no language flag; it gets the English pages.
