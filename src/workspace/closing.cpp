@@ -60,6 +60,9 @@ void VideoRepairWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    // A copy to a custom folder that is still under way reads from the
+    // Repaired folders: it ends before they go.
+    m_saveThread.wait();
     RemoveRepairedFolders();
     DeleteDialogs();
     if (g_previewProcess)
