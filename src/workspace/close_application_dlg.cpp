@@ -66,8 +66,8 @@ QString CloseApplicationDlg::text() const
     return label_2->text();
 }
 
-// Left open: what a close does when the dialog goes without either button.
-// We answer "No" then, so that only a press of Yes can end the program.
+// The dialog left without either button (its title control, Escape, the
+// window manager) answers "No": only a press of Yes ends the program.
 int CloseApplicationDlg::exec()
 {
     g_closeAnswer = QStringLiteral("NoBtn");
