@@ -2,7 +2,9 @@
 
 #include "shell/platform_core.h"
 
+#include <QDesktopServices>
 #include <QFileInfo>
+#include <QProcess>
 #include <QSharedMemory>
 #include <QStandardPaths>
 
@@ -11,6 +13,23 @@
 #include <X11/Xresource.h>
 #include <cstdlib>
 #include <cstring>
+
+namespace {
+
+bool OpenWithDesktop(const QUrl& url)
+{
+    return QDesktopServices::openUrl(url);
+}
+
+bool StartDetachedProcess(const QString& program, const QStringList& args, const QString& folder)
+{
+    return QProcess::startDetached(program, args, folder);
+}
+
+} // namespace
+
+bool (*g_openUrl)(const QUrl& url) = OpenWithDesktop;
+bool (*g_startDetached)(const QString&, const QStringList&, const QString&) = StartDetachedProcess;
 
 ScreenFacts ReadScreenFacts()
 {

@@ -36,3 +36,14 @@ QStringList PreviewArguments(int kind, const QString& target, bool doubleClick);
 // Makes folder/name visible to the desktop's file managers again: removes
 // its line from folder/.hidden, and that file when it becomes empty.
 bool ShowEntryToUser(const QString& folder, const QString& name);
+
+class QUrl;
+
+// Opens an address (a web page or a local file) with the desktop's handler;
+// false when nothing took it. Tests put their own function here, so that no
+// browser or viewer is opened.
+extern bool (*g_openUrl)(const QUrl& url);
+
+// Starts program with args in folder, not waited for and not tied to this
+// process; false when it could not be started. Tests replace it as well.
+extern bool (*g_startDetached)(const QString& program, const QStringList& args, const QString& folder);

@@ -48,6 +48,8 @@ int RunWindowProgram(int argc, char** argv)
     g_uiScale = g_dpiScale;
     QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
     QApplication app(argc, argv);
+    // Ties the window to reelwright.desktop, whose icon the desktop shows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("reelwright"));
     QApplication::processEvents();
     g_systemLanguage = QLocale::languageToString(QLocale::system().language());
 

@@ -1,30 +1,16 @@
 #include "workspace/advanced_repair_dlg.h"
 
-#include "shell/platform_core.h"
+#include "shell/platform_gui.h"
 #include "shell/scale.h"
-#include "shell/startup.h"
+#include "workspace/help_links.h"
 #include "workspace/reference_file_dlg.h"
 #include "workspace/workspace_globals.h"
 
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QUrl>
 #include <QVBoxLayout>
-
-namespace {
-
-// Group of the per-language keys of the settings store, by LanguageType.
-QString LanguageKey()
-{
-    static const char* const codes[] = {"EN", "DE", "FR", "IT", "ES", "JA", "CN", "KO", "DU", "BR", "HI"};
-    const int n = int(sizeof codes / sizeof codes[0]);
-    return QLatin1String(g_languageType >= 0 && g_languageType < n ? codes[g_languageType] : "EN");
-}
-
-} // namespace
 
 AdvancedRepairDlg::AdvancedRepairDlg(QWidget* parent, const QString& sourcePath)
     : FramelessDialog(parent),
@@ -85,10 +71,9 @@ void AdvancedRepairDlg::OnCancle()
 
 void AdvancedRepairDlg::onlearnmorelinkclicked()
 {
-    QSettings store(g_settingsPath, QSettings::IniFormat);
-    const QString link = store.value(LanguageKey() + QStringLiteral("/Learn_more")).toString();
+    const QString link = LinkFromStore(QStringLiteral("Learn_more"), DefaultLearnMoreLink());
     if (!link.isEmpty())
-        QDesktopServices::openUrl(QUrl(link));
+        g_openUrl(QUrl(link));
 }
 
 void AdvancedRepairDlg::Retranslate()

@@ -70,6 +70,7 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
     MenuBtn_2->setChecked(false);
 
     Init();
+    MoreTool();
 
     connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::CustomizeWindowHint);
@@ -186,6 +187,7 @@ void VideoRepairWindow::InitControls()
             Qt::QueuedConnection);
     connect(&m_saveThread, &ThreadFileSaving::ProgressFinish, this, &VideoRepairWindow::OnProgressFinish,
             Qt::QueuedConnection);
+    InitClosingAndHelp();
 
     // The thread's signals cross threads: queued, so rows change on this
     // thread in the order the thread sent them.

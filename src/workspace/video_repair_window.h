@@ -3,7 +3,8 @@
 // (frame_2) runs the repair and shows its results. The class is split by
 // concern: this file's .cpp holds construction, pages and window behaviour;
 // file_list.cpp the list of page 1; run_control.cpp the run; result_rows.cpp
-// the rows of page 2.
+// the rows of page 2; closing.cpp the exit; help_tools.cpp help, About and
+// More Tools.
 #include "core/thread_video_repair.h"
 #include "workspace/row_action.h"
 #include "workspace/thread_file_saving.h"
@@ -16,7 +17,9 @@
 #include <QWidget>
 #include <memory>
 
+class AboutDlg;
 class AdvancedRepairDlg;
+class CloseApplicationDlg;
 class ConfirmDlgClass;
 class CustomButton;
 class FileDialogs;
@@ -25,6 +28,7 @@ class MyTreeWidget;
 class QAction;
 class QLabel;
 class QMenu;
+class PopupMenu;
 class QTimer;
 class QTreeWidgetItem;
 class ReferenceRepairedDlg;
@@ -71,6 +75,14 @@ public:
     SaveDlgClass* saveDlg() const { return m_saveDlg; }
     ReferenceRepairedDlg* doneDlg() const { return m_doneDlg; }
     QStringList repairList() const { return m_repairList; }
+    CloseApplicationDlg* closeDlg() const { return m_closeDlg; }
+    AboutDlg* aboutDlg() const { return m_aboutDlg; }
+    QPushButton* moreToolsButton() const { return m_moreToolsButton; }
+
+    // Exit: removes the Repaired folders of the run unless a save at the
+    // source location keeps them; deletes the kept dialogs.
+    void RemoveRepairedFolders();
+    void DeleteDialogs();
 
 Q_SIGNALS:
     void OnBack(bool);
@@ -158,6 +170,14 @@ public Q_SLOTS:
     void LoadDutchLanguages2();
     void LoadBrazilLanguages2();
     void LoadHindiLanguages2();
+    // Help, About and More Tools.
+    void OpenHelp();
+    void OnAboutBtnClicked();
+    void MoreTool();
+    void LaunchDataRecovery();
+    void LaunchPhotoRepair();
+    void LaunchPhotoRecovery();
+    void LaunchDriveMonitor();
 
 public:
     // Skin and layout (languages.cpp): images and sheets of the scale's set,
@@ -175,6 +195,7 @@ private Q_SLOTS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -202,6 +223,9 @@ private:
     QMenu* BuildLanguageMenu(QPushButton* button, QList<QAction*>& actions, bool second);
     void SwitchLanguage(int language, int menu);
     void RetranslateWindow();
+    void InitClosingAndHelp();
+    void RetranslateMoreTools();
+    void LaunchSibling(const QString& name);
 
     bool m_dragging = false;
     QPoint m_dragOffset;
@@ -229,6 +253,15 @@ private:
     SaveDlgClass* m_saveDlg = nullptr;
     AdvancedRepairDlg* m_advancedDlg = nullptr;
     ReferenceRepairedDlg* m_doneDlg = nullptr;
+    CloseApplicationDlg* m_closeDlg = nullptr;
+    AboutDlg* m_aboutDlg = nullptr;
+
+    QPushButton* m_moreToolsButton = nullptr;
+    PopupMenu* m_moreToolsMenu = nullptr;
+    QAction* m_dataRecoveryAction = nullptr;
+    QAction* m_photoRepairAction = nullptr;
+    QAction* m_photoRecoveryAction = nullptr;
+    QAction* m_driveMonitorAction = nullptr;
 
     QStringList m_repairList;
     QList<RowAction*> m_rowActions;

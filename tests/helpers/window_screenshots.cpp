@@ -10,7 +10,9 @@
 #include "shell/platform_core.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
+#include "workspace/about_dlg.h"
 #include "workspace/advanced_repair_dlg.h"
+#include "workspace/close_application_dlg.h"
 #include "workspace/file_dialogs.h"
 #include "workspace/reference_file_dlg.h"
 #include "workspace/reference_repaired_dlg.h"
@@ -143,6 +145,15 @@ int main(int argc, char** argv)
                     settle(200);
                     failures += !Save(window.doneDlg(), out + QStringLiteral("/dialog-done.png"));
                     window.doneDlg()->hide();
+                    window.aboutDlg()->show();
+                    settle(200);
+                    failures += !Save(window.aboutDlg(), out + QStringLiteral("/dialog-about.png"));
+                    window.aboutDlg()->hide();
+                    window.closeDlg()->setText(QObject::tr("Are you sure you want to exit?"));
+                    window.closeDlg()->show();
+                    settle(200);
+                    failures += !Save(window.closeDlg(), out + QStringLiteral("/dialog-exit.png"));
+                    window.closeDlg()->hide();
                     app.quit();
                 });
             }

@@ -1,0 +1,408 @@
+// The exit question in each state of the window, what survives an exit, the
+// help address for each page and language, About's links and the More Tools
+// menu. Addresses and program starts go to recording hooks, never out.
+#include "core/repair_globals.h"
+#include "shell/platform_core.h"
+#include "shell/platform_gui.h"
+#include "shell/scale.h"
+#include "shell/startup.h"
+#include "support/test_videos.h"
+#include "workspace/about_dlg.h"
+#include "workspace/advanced_repair_dlg.h"
+#include "workspace/close_application_dlg.h"
+#include "workspace/custom_button.h"
+#include "workspace/help_links.h"
+#include "workspace/more_tools.h"
+#include "workspace/my_tree_widget.h"
+#include "workspace/video_repair_window.h"
+#include "workspace/workspace_globals.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QProcess>
+#include <QSettings>
+#include <QtTest>
+
+using namespace testvideo;
+
+namespace {
+
+QStringList g_openedUrls;
+QStringList g_startedPrograms;   // program + " | " + folder
+
+bool RecordUrl(const QUrl& url)
+{
+    g_openedUrls << url.toString();
+    return true;
+}
+
+bool RecordStart(const QString& program, const QStringList&, const QString& folder)
+{
+    g_startedPrograms << program + QStringLiteral(" | ") + folder;
+    return true;
+}
+
+QStringList LabelTexts(QWidget* w)
+{
+    QStringList texts;
+    for (QLabel* l : w->findChildren<QLabel*>())
+        if (!l->text().isEmpty() && l->objectName() != QLatin1String("TitleLabl"))
+            texts << l->text();
+    return texts;
+}
+
+// True when QCoreApplication::quit() was called; clears that request, which
+// would otherwise end every later event loop at once.
+bool TakeQuit()
+{
+    QEventLoop probe;
+    QTimer::singleShot(0, &probe, [&probe] { probe.exit(1); });
+    const bool quit = probe.exec() == -1;
+    if (quit) {
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+    }
+    return quit;
+}
+
+const QString kRunning = QStringLiteral("Application Running! \nPlease halt the current process to Exit.");
+const QString kPlain = QStringLiteral("Are you sure you want to exit?");
+const QString kAdvance =
+    QStringLiteral("Do you want to run advance repair on the severely corrupted files before exiting?");
+
+} // namespace
+
+class TestClosingAndHelp : public QObject {
+    Q_OBJECT
+
+    QString m_dir;
+    QString m_config;
+    VideoRepairWindow* m_window = nullptr;
+    bool (*m_realStart)(const QString&, const QStringList&, const QString&) = nullptr;
+
+    // Modal dialogs are answered by a timer: the next button name in the
+    // queue is clicked on the modal widget that is up; its texts are kept.
+    QTimer m_answerer;
+    QStringList m_answers;
+    QList<QStringList> m_modalTexts;
+    QPointer<QWidget> m_lastModal;
+
+    MyTreeWidget* results() const { return m_window->resultList(); }
+
+    // A result in source/Repaired, listed as the engine lists its outputs.
+    QString repaired(const QString& source, const QString& name)
+    {
+        const QString path = source + QStringLiteral("/Repaired/") + name;
+        QDir().mkpath(source + QStringLiteral("/Repaired"));
+        writeAll(path, "frames");
+        writeAll(source + QStringLiteral("/Repaired/logFile.txt"), "scratch");
+        g_repairedPaths << path;
+        return path;
+    }
+    // Page 2 with one row of the given verdict ("1" completed, "0" awaiting).
+    QTreeWidgetItem* showResult(const QString& path, const QString& verdict)
+    {
+        g_resultsShown = true;
+        m_window->AddFile_frame->hide();
+        m_window->frame_2->show();
+        results()->show();
+        auto* item = new QTreeWidgetItem(results());
+        item->setText(0, QFileInfo(path).fileName());
+        item->setCheckState(0, Qt::Checked);
+        item->setText(1, path);
+        item->setText(11, verdict);
+        item->setText(8, verdict == QLatin1String("1") ? QStringLiteral("Completed") : QStringLiteral("Awaiting Action"));
+        results()->setItemWidget(item, 9, new CustomButton(results()));
+        return item;
+    }
+    // Closes the window with the queued answers; true when it closed.
+    bool closeWith(const QStringList& answers)
+    {
+        m_answers = answers;
+        m_modalTexts.clear();
+        const bool closed = m_window->close();
+        return closed && m_answers.isEmpty();
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_config = freshDir(QStringLiteral("ch-config"));
+        qputenv("XDG_CONFIG_HOME", m_config.toUtf8());
+        g_dpiScale = g_uiScale = 1.0f;
+        g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
+        m_realStart = g_startDetached;
+        g_openUrl = RecordUrl;
+        g_startDetached = RecordStart;
+        connect(&m_answerer, &QTimer::timeout, this, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            const bool settled = modal && modal == m_lastModal;
+            m_lastModal = modal;
+            if (!settled || m_answers.isEmpty())
+                return;
+            auto* b = modal->findChild<QAbstractButton*>(m_answers.first());
+            if (!b || !b->isVisible())
+                return;
+            m_answers.removeFirst();
+            m_modalTexts.append(LabelTexts(modal));
+            m_lastModal = nullptr;
+            QMetaObject::invokeMethod(b, "click", Qt::QueuedConnection);
+        });
+        m_answerer.start(20);
+    }
+    void cleanupTestCase() { QDir(m_config).removeRecursively(); }
+
+    void init()
+    {
+        m_dir = freshDir(QStringLiteral("ch"));
+        g_programDir = m_dir;
+        g_repairRunning = false;
+        g_keepRepaired = false;
+        g_resultsShown = false;
+        g_onHomePage = true;
+        g_onListPage = g_onRepairPage = g_advancePending = g_onSavePage = false;
+        g_languageType = 0;
+        g_repairedPaths.clear();
+        g_closeAnswer.clear();
+        m_modalTexts.clear();
+        g_openedUrls.clear();
+        g_startedPrograms.clear();
+        QFile::remove(g_settingsPath);
+        m_window = new VideoRepairWindow;
+        m_window->show();
+    }
+    void cleanup()
+    {
+        QVERIFY2(m_answers.isEmpty(), qPrintable(m_answers.join(QLatin1Char(','))));
+        delete m_window;
+        m_window = nullptr;
+        delete g_previewProcess;
+        g_previewProcess = nullptr;
+        g_repairRunning = false;
+        QDir(m_dir).removeRecursively();
+    }
+
+    // A close during a run says so and does nothing else: no question, no
+    // folder removed, the window stays.
+    void closeDuringARunOnlySaysSo()
+    {
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
+        g_repairRunning = true;
+        QVERIFY(!closeWith({QStringLiteral("OkBtn")}));
+        QCOMPARE(m_modalTexts, QList<QStringList>{{kRunning}});
+        QVERIFY(QFile::exists(result) && m_window->isVisible() && m_window->closeDlg());
+    }
+
+    // Yes on page 1 removes every Repaired folder of the run (and its line in
+    // .hidden), ends the player, and closes; a save elsewhere keeps nothing.
+    void exitWithoutASaveRemovesRepaired()
+    {
+        const QString first = repaired(m_dir, QStringLiteral("a.mov"));
+        const QString second = repaired(m_dir + QStringLiteral("/other"), QStringLiteral("b.avi"));
+        QVERIFY(SetHiddenInFolder(m_dir, QStringLiteral("Repaired"), true));
+        g_repairedPaths << m_dir + QStringLiteral("/notes.txt");   // not in a Repaired folder
+        writeAll(m_dir + QStringLiteral("/notes.txt"), "mine");
+        g_previewProcess = new QProcess;
+        g_previewProcess->start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        QVERIFY(g_previewProcess->waitForStarted());
+
+        QVERIFY(closeWith({QStringLiteral("YesBtn")}));
+        QCOMPARE(m_modalTexts, QList<QStringList>{{kPlain}});
+        QVERIFY(!QDir(QFileInfo(first).path()).exists() && !QDir(QFileInfo(second).path()).exists());
+        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/.hidden")));
+        QVERIFY(QFile::exists(m_dir + QStringLiteral("/notes.txt")));
+        QTRY_COMPARE(g_previewProcess->state(), QProcess::NotRunning);
+        QVERIFY(!m_window->isVisible() && !m_window->closeDlg() && !g_referenceDlg);
+        // A further close request has nothing left to ask.
+        m_window->show();
+        QVERIFY(m_window->close());
+    }
+
+    // A save at the source location keeps the results through the exit.
+    void exitAfterASaveAtTheSourceKeepsRepaired()
+    {
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
+        showResult(result, QStringLiteral("1"));
+        m_answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
+        m_window->saveBtn->setEnabled(true);
+        m_window->saveBtn->click();
+        QTRY_VERIFY(m_answers.isEmpty());
+        QVERIFY(g_keepRepaired);
+
+        QVERIFY(closeWith({QStringLiteral("YesBtn")}));
+        QCOMPARE(m_modalTexts, QList<QStringList>{{kPlain}});
+        QVERIFY(QFile::exists(result));
+    }
+
+    // With a row awaiting Advance Repair, Yes stays on page 2 with the
+    // results; No exits and removes them.
+    void awaitingRowsAnsweredYesStay()
+    {
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
+        showResult(result, QStringLiteral("1"));
+        showResult(m_dir + QStringLiteral("/Repaired/b.mov"), QStringLiteral("0"));
+        QVERIFY(!closeWith({QStringLiteral("YesBtn")}));
+        QCOMPARE(m_modalTexts, QList<QStringList>{{kAdvance}});
+        QVERIFY(m_window->isVisible() && m_window->frame_2->isVisible() && m_window->AddFile_frame->isHidden());
+        QCOMPARE(results()->topLevelItemCount(), 2);
+        QVERIFY(QFile::exists(result) && m_window->closeDlg());
+
+        QVERIFY(closeWith({QStringLiteral("NoBtn")}));
+        QVERIFY(!QFile::exists(result));
+    }
+
+    // Leaving the question by its title control is "No", whatever the last
+    // answer was.
+    void titleControlMeansNo()
+    {
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
+        g_closeAnswer = QStringLiteral("YesBtn");
+        QVERIFY(!closeWith({QStringLiteral("closeBtn")}));
+        QCOMPARE(g_closeAnswer, QStringLiteral("NoBtn"));
+        QVERIFY(QFile::exists(result) && m_window->isVisible());
+    }
+
+    // A language change sets the texts anew: the menu's entries and the
+    // button's tip, and the exit question's plain text.
+    void languageChangeRetranslates()
+    {
+        QMenu* menu = m_window->moreToolsButton()->menu();
+        menu->actions().first()->setText(QString());
+        m_window->moreToolsButton()->setToolTip(QString());
+        m_window->closeDlg()->setText(kAdvance);
+        QEvent change(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(menu, &change);
+        QCoreApplication::sendEvent(m_window->closeDlg(), &change);
+        QCOMPARE(menu->actions().first()->text(), QStringLiteral("Recover Data"));
+        QCOMPARE(m_window->moreToolsButton()->toolTip(), QStringLiteral("More Tools"));
+        QCOMPARE(m_window->closeDlg()->text(), kPlain);
+    }
+
+    void helpTopic_data()
+    {
+        // home, list, repair, advance pending, save asked, results shown
+        QTest::addColumn<QList<bool>>("flags");
+        QTest::addColumn<QString>("topic");
+        QTest::newRow("empty page 1") << QList<bool>{1, 0, 0, 0, 0, 0} << "about-reelwright";
+        QTest::newRow("files listed") << QList<bool>{0, 1, 0, 0, 0, 0} << "adding-files-for-repair";
+        QTest::newRow("run") << QList<bool>{0, 0, 1, 0, 0, 1} << "repairing-corrupt-files";
+        QTest::newRow("awaiting rows") << QList<bool>{0, 0, 1, 1, 0, 1} << "performing-advanced-repair";
+        QTest::newRow("awaiting, after Back") << QList<bool>{0, 0, 0, 1, 0, 0} << "performing-advanced-repair";
+        QTest::newRow("save asked") << QList<bool>{0, 0, 0, 0, 1, 0} << "previewing-and-saving-files";
+        QTest::newRow("save with awaiting rows") << QList<bool>{0, 0, 1, 1, 1, 0} << "previewing-and-saving-files";
+        QTest::newRow("no flag") << QList<bool>{0, 0, 0, 0, 0, 0} << "about-reelwright";
+        QTest::newRow("results, save cancelled") << QList<bool>{0, 0, 0, 0, 0, 1} << "previewing-and-saving-files";
+    }
+    void helpTopic()
+    {
+        QFETCH(QList<bool>, flags);
+        g_onHomePage = flags[0];
+        g_onListPage = flags[1];
+        g_onRepairPage = flags[2];
+        g_advancePending = flags[3];
+        g_onSavePage = flags[4];
+        g_resultsShown = flags[5];
+        QTEST(HelpTopic(), "topic");
+    }
+
+    // The language element by LanguageType; a value outside 0 to 10 is English.
+    void helpLanguages()
+    {
+        const QStringList expected = QStringLiteral("en de fr it es jp cn ko nl pt hi").split(QLatin1Char(' '));
+        for (int i = 0; i < expected.size(); ++i)
+            QCOMPARE(HelpLanguage(i), expected[i]);
+        QCOMPARE(HelpLanguage(11), QStringLiteral("en"));
+        QCOMPARE(HelpLanguage(-1), QStringLiteral("en"));
+    }
+
+    // The buttons open the address of the page that is up, in the language
+    // set: the about topic on the empty page 1, the saving one after Save.
+    void helpButtonsFollowThePage()
+    {
+        m_window->HelpBtn_1->click();
+        g_languageType = 5;
+        m_answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
+        m_window->OnClickedSaveButton();
+        m_window->HelpBtn_2->click();
+        QCOMPARE(g_openedUrls,
+                 (QStringList{QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/about-reelwright"),
+                              QStringLiteral("https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files")}));
+    }
+
+    // About names the program, its version and the system. Its links and
+    // Learn More take the store's key of the language, a built-in address
+    // when there is none, and nothing when the key is empty; the licence is
+    // the language's own file, else the English one.
+    void aboutAndLinks()
+    {
+        AboutDlg* about = m_window->aboutDlg();
+        m_answers << QStringLiteral("OkBtn");
+        m_window->AbutBtn_1->click();
+        QVERIFY(m_modalTexts.value(0).contains(QStringLiteral("Reelwright")));
+        QCOMPARE(about->versionText(), QStringLiteral("Version " REELWRIGHT_VERSION));
+        QVERIFY(about->systemText().contains(ProductName()));
+
+        g_languageType = 1;
+        about->OpenSupport();
+        about->OpenLicense();   // no agreement file: nothing opens
+        {
+            QSettings store(g_settingsPath, QSettings::IniFormat);
+            store.setValue(QStringLiteral("DE/SupportLink"), QStringLiteral("https://example.org/de/hilfe"));
+            store.setValue(QStringLiteral("EN/SupportLink"), QStringLiteral("https://example.org/en/help"));
+            store.setValue(QStringLiteral("DE/Learn_more"), QString());
+        }
+        about->OpenSupport();
+        AdvancedRepairDlg advanced(m_window, QString());
+        advanced.onlearnmorelinkclicked();   // empty key: nothing
+        g_languageType = 0;
+        advanced.onlearnmorelinkclicked();
+
+        writeAll(m_dir + QStringLiteral("/Eula_EN.txt"), "terms");
+        g_languageType = 1;
+        about->OpenLicense();
+        writeAll(m_dir + QStringLiteral("/Eula_DE.pdf"), "Bedingungen");
+        about->OpenLicense();
+        QCOMPARE(g_openedUrls,
+                 (QStringList{QStringLiteral("https://www.corvanelabs.com/support/"),
+                              QStringLiteral("https://example.org/de/hilfe"),
+                              QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair"),
+                              QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_EN.txt")).toString(),
+                              QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_DE.pdf")).toString()}));
+    }
+
+    // Four entries with separators between them; each starts its sibling from
+    // the application folder and ends this program. A sibling that isn't
+    // there ends it all the same.
+    void moreToolsStartSiblingsAndQuit()
+    {
+        const QString folderBefore = QDir::currentPath();
+        QMenu* menu = m_window->moreToolsButton()->menu();
+        QVERIFY(menu);
+        QStringList entries;
+        for (QAction* a : menu->actions())
+            entries << (a->isSeparator() ? QStringLiteral("-") : a->text());
+        QCOMPARE(entries, QStringLiteral("Recover Data|-|Repair Photo|-|Recover Photo|-|Monitor Drive").split('|'));
+        QCOMPARE(m_window->moreToolsButton()->toolTip(), QStringLiteral("More Tools"));
+
+        const QStringList names = {g_dataRecoveryApp, g_photoRepairApp, g_photoRecoveryApp, g_driveMonitorApp};
+        for (int i = 0; i < names.size(); ++i) {
+            menu->actions().at(2 * i)->trigger();
+            QVERIFY(TakeQuit());
+            QCOMPARE(g_startedPrograms.value(i), m_dir + QLatin1Char('/') + names[i] + QStringLiteral(" | ") + m_dir);
+        }
+        QCOMPARE(QDir::currentPath(), QDir(m_dir).absolutePath());
+
+        g_startDetached = m_realStart;
+        m_window->LaunchDriveMonitor();
+        g_startDetached = RecordStart;
+        QVERIFY(TakeQuit());
+        QVERIFY(!TakeQuit());
+        QDir::setCurrent(folderBefore);
+    }
+};
+
+QTEST_MAIN(TestClosingAndHelp)
+#include "test_closing_and_help.moc"
