@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="pt_BR" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>Sobre</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Versão %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Executando em %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Suporte</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Contrato de licença do usuário final</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>O vídeo de amostra e o vídeo danificado permanecem inalterados durante o reparo.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Sair</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Sim</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Não</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Tem certeza de que deseja sair?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Deseja voltar à tela anterior?</translation>
     <message>
         <source>More Tools</source>
         <translation>Mais ferramentas</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>Aplicativo em execução!
+Interrompa o processo atual para sair.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Deseja executar o reparo avançado nos arquivos muito danificados antes de sair?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Tem certeza de que deseja sair?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Recuperar dados</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Reparar fotos</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Recuperar fotos</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Monitorar unidade</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>版本 %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>运行于 %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>支持</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>最终用户许可协议</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>修复过程中，样本视频和损坏的视频均保持不变。</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>确定要退出吗？</translation>
     </message>
 </context>
 <context>
@@ -609,6 +655,36 @@ Do you want to go back to previous screen?</source>
     <message>
         <source>More Tools</source>
         <translation>更多工具</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>应用程序正在运行！
+请先停止当前进程再退出。</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>退出前是否要对严重损坏的文件进行高级修复？</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>确定要退出吗？</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>恢复数据</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>修复照片</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>恢复照片</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>监控驱动器</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Läuft unter %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Support</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Endbenutzer-Lizenzvertrag</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>Das Beispielvideo und das beschädigte Video bleiben bei der Reparatur unverändert.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Möchten Sie das Programm wirklich beenden?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Möchten Sie zum vorherigen Bildschirm zurückkehren?</translation>
     <message>
         <source>More Tools</source>
         <translation>Weitere Tools</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>Das Programm arbeitet noch!
+Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Möchten Sie vor dem Beenden die Tiefenreparatur für die stark beschädigten Dateien ausführen?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Möchten Sie das Programm wirklich beenden?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Daten wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Fotos reparieren</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Fotos wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Laufwerk überwachen</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="nl" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>Over</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Versie %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Draait op %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Ondersteuning</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Licentieovereenkomst voor eindgebruikers</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>De voorbeeldvideo en de beschadigde video blijven tijdens het herstel ongewijzigd.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Afsluiten</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nee</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Weet u zeker dat u wilt afsluiten?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Wilt u teruggaan naar het vorige scherm?</translation>
     <message>
         <source>More Tools</source>
         <translation>Meer hulpmiddelen</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>Het programma is bezig!
+Stop het huidige proces om af te sluiten.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Wilt u vóór het afsluiten diep herstel uitvoeren op de zwaar beschadigde bestanden?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Weet u zeker dat u wilt afsluiten?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Gegevens herstellen</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Foto&apos;s repareren</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Foto&apos;s herstellen</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Schijf bewaken</translation>
     </message>
 </context>
 <context>

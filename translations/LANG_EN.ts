@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Running on %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Support</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>End-User License Agreement</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>The sample and the damaged video remain unchanged during repair process.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Are you sure you want to exit?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Do you want to go back to previous screen?</translation>
     <message>
         <source>More Tools</source>
         <translation>More Tools</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>Application Running! 
+Please halt the current process to Exit.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Do you want to run advance repair on the severely corrupted files before exiting?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Are you sure you want to exit?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Recover Data</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Repair Photo</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Recover Photo</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Monitor Drive</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="es" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Versión %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Ejecutándose en %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Soporte</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Contrato de licencia de usuario final</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>El vídeo de muestra y el vídeo dañado no se modifican durante la reparación.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Sí</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>¿Seguro que desea salir?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Do you want to go back to previous screen?</source>
     <message>
         <source>More Tools</source>
         <translation>Más herramientas</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>¡La aplicación está en ejecución!
+Detenga el proceso actual para salir.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>¿Desea ejecutar la reparación avanzada de los archivos muy dañados antes de salir?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>¿Seguro que desea salir?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Recuperar datos</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Reparar fotos</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Recuperar fotos</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Supervisar unidad</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>À propos</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>Exécuté sur %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Assistance</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Contrat de licence utilisateur final</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>La vidéo d&apos;exemple et la vidéo endommagée restent inchangées pendant la réparation.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Voulez-vous vraiment quitter ?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Voulez-vous revenir à l&apos;écran précédent ?</translation>
     <message>
         <source>More Tools</source>
         <translation>Plus d&apos;outils</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>L&apos;application est en cours d&apos;exécution !
+Veuillez arrêter le traitement en cours pour quitter.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Voulez-vous lancer la réparation avancée des fichiers gravement endommagés avant de quitter ?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Voulez-vous vraiment quitter ?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Récupérer des données</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Réparer des photos</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Récupérer des photos</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Surveiller le disque</translation>
     </message>
 </context>
 <context>

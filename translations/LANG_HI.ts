@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="hi" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>परिचय</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>संस्करण %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>%1 (%2) पर चल रहा है</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>सहायता</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>अंतिम उपयोगकर्ता लाइसेंस अनुबंध</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ठीक है</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>मरम्मत प्रक्रिया के दौरान नमूना वीडियो और क्षतिग्रस्त वीडियो अपरिवर्तित रहते हैं।</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>बाहर निकलें</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>हाँ</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>नहीं</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>क्या आप वाकई बाहर निकलना चाहते हैं?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Do you want to go back to previous screen?</source>
     <message>
         <source>More Tools</source>
         <translation>और टूल</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>एप्लिकेशन चल रहा है!
+बाहर निकलने के लिए कृपया वर्तमान प्रक्रिया रोकें।</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>बाहर निकलने से पहले क्या आप गंभीर रूप से क्षतिग्रस्त फ़ाइलों पर उन्नत मरम्मत चलाना चाहते हैं?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>क्या आप वाकई बाहर निकलना चाहते हैं?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>डेटा पुनर्प्राप्त करें</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>फ़ोटो की मरम्मत करें</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>फ़ोटो पुनर्प्राप्त करें</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>ड्राइव की निगरानी करें</translation>
     </message>
 </context>
 <context>

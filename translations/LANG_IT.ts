@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="it" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>Informazioni</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Versione %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>In esecuzione su %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Assistenza</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>Contratto di licenza con l&apos;utente finale</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>Il video di esempio e il video danneggiato restano invariati durante la riparazione.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>Esci</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Sì</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Uscire davvero?</translation>
     </message>
 </context>
 <context>
@@ -610,6 +656,36 @@ Vuoi tornare alla schermata precedente?</translation>
     <message>
         <source>More Tools</source>
         <translation>Altri strumenti</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>Applicazione in esecuzione!
+Interrompere il processo in corso per uscire.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>Eseguire la riparazione avanzata dei file gravemente danneggiati prima di uscire?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>Uscire davvero?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>Recupera dati</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>Ripara foto</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>Recupera foto</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>Monitora unità</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>バージョン情報</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>バージョン %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>%1 (%2) で実行中</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>サポート</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>使用許諾契約書</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>修復処理中、サンプル動画と破損した動画は変更されません。</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>はい</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>いいえ</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>終了してもよろしいですか?</translation>
     </message>
 </context>
 <context>
@@ -609,6 +655,36 @@ Do you want to go back to previous screen?</source>
     <message>
         <source>More Tools</source>
         <translation>その他のツール</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>アプリケーションは実行中です。
+終了するには現在の処理を停止してください。</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>終了する前に、ひどく破損したファイルの高度な修復を実行しますか?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>終了してもよろしいですか?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>データ復元</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>写真修復</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>写真復元</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>ドライブ監視</translation>
     </message>
 </context>
 <context>

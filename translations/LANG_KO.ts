@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ko" sourcelanguage="en">
 <context>
+    <name>AboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>정보</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>버전 %1</translation>
+    </message>
+    <message>
+        <source>Running on %1 (%2)</source>
+        <translation>%1 (%2)에서 실행 중</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>지원</translation>
+    </message>
+    <message>
+        <source>End-User License Agreement</source>
+        <translation>최종 사용자 사용권 계약</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>확인</translation>
+    </message>
+</context>
+<context>
     <name>AdvancedRepairDlg</name>
     <message>
         <source>Next</source>
@@ -30,6 +57,25 @@
     <message>
         <source>The sample and the damaged video remain unchanged during repair process.</source>
         <translation>복구 과정에서 샘플 동영상과 손상된 동영상은 변경되지 않습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>CloseApplicationDlg</name>
+    <message>
+        <source>Exit</source>
+        <translation>종료</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>예</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>아니요</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>종료하시겠습니까?</translation>
     </message>
 </context>
 <context>
@@ -609,6 +655,36 @@ Do you want to go back to previous screen?</source>
     <message>
         <source>More Tools</source>
         <translation>기타 도구</translation>
+    </message>
+    <message>
+        <source>Application Running! 
+Please halt the current process to Exit.</source>
+        <translation>응용 프로그램이 실행 중입니다!
+종료하려면 현재 작업을 중지하십시오.</translation>
+    </message>
+    <message>
+        <source>Do you want to run advance repair on the severely corrupted files before exiting?</source>
+        <translation>종료하기 전에 심하게 손상된 파일에 고급 복구를 실행하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to exit?</source>
+        <translation>종료하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>Recover Data</source>
+        <translation>데이터 복구</translation>
+    </message>
+    <message>
+        <source>Repair Photo</source>
+        <translation>사진 복구</translation>
+    </message>
+    <message>
+        <source>Recover Photo</source>
+        <translation>사진 되살리기</translation>
+    </message>
+    <message>
+        <source>Monitor Drive</source>
+        <translation>드라이브 모니터</translation>
     </message>
 </context>
 <context>
