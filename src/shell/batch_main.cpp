@@ -145,8 +145,11 @@ int main(int argc, char** argv)
     auto finish = [&](bool aborted) {
         progress.endLine();
         QJsonArray outputs;
+        // The engine names the file a pass aimed at even when the pass made
+        // none; only files that exist are reported.
         for (const QString& p : g_repairedPaths)
-            outputs.append(QFileInfo(p).absoluteFilePath());
+            if (QFileInfo(p).isFile())
+                outputs.append(QFileInfo(p).absoluteFilePath());
         PrintJson({{"event", "end"}, {"result", aborted ? "aborted" : "finished"}, {"outputs", outputs}});
         exitCode = aborted ? 1 : 0;
         app.quit();

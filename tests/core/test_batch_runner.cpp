@@ -58,6 +58,8 @@ private Q_SLOTS:
         QVERIFY(!v.last().contains("defaultCodec"));
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
         QVERIFY(r.end().value("outputs").isArray());
+        for (const QJsonValue& out : r.end().value("outputs").toArray())   // no file is named that wasn't made
+            QVERIFY2(QFileInfo(out.toString()).isFile(), qPrintable(out.toString()));
         QCOMPARE(r.lines.last(), r.end());
         QVERIFY(r.stderrText.contains("broken clip.mov"));   // progress line
         QCOMPARE(sha256(a), hashA);
