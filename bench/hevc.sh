@@ -36,7 +36,8 @@ cat "$work/clip.mov" "$original" >/dev/null   # warm the page cache
 timed cat sh -c "cat '$work/clip.mov' > /dev/null"
 report "cat > /dev/null" "$cat_wall" "$cat_kib"
 copy_and_repair "$original" "$sample" "$work/clip.mov" "$batch"
-scan=$(grep -o 'Stream scan: .*' "$work/repair.err" || true)
+scan_alone "$sample" "$work/clip.mov" "$batch"
+scan=$scan_line
 echo "$scan"
 out=$work/Repaired/clip.mov
 [ -s "$out" ] || { echo "no output" >&2; exit 1; }

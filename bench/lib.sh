@@ -79,3 +79,16 @@ copy_and_repair() {
   report "ffmpeg -c copy" "$copy_best" "$copy_kib"
   report "repair" "$repair_best" "$repair_kib"
 }
+
+# scan_alone SAMPLE CLIP BATCH: the repair once more with the muxer run only
+# after the scan, so that the scan's own rate shows (during a normal repair
+# the scan waits for the muxer reading alongside). Sets scan_line (the
+# engine's "Stream scan" line) and after_wall, after_kib.
+scan_alone() {
+  local sample=$1 clip=$2 batch=$3
+  rm -rf "$work/Repaired"
+  sync
+  REELWRIGHT_MUX_AFTER_SCAN=1 timed after "$batch" --reference "$sample" --work-root "$work" "$clip"
+  scan_line=$(grep -o 'Stream scan: .*' "$work/after.err" || true)
+  report "repair, mux after scan" "$after_wall" "$after_kib"
+}
