@@ -38,13 +38,21 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
         return m_zeros.data();
     }
     // Refill the window used less recently, starting at pos rounded down.
+    // A walk that runs on from where a window ends gets a whole window. A
+    // jump elsewhere is most often a probe of a few bytes (where a length
+    // says the next unit stands, in data that is no unit at all) and gets
+    // a short fill; should the walk go on from there, its next miss runs on
+    // from that short window and fills a whole one.
+    const bool runsOn = runsOnFrom(m_windows[m_recent], pos) || runsOnFrom(o, pos);
     Window& w = o;
     if (w.buf.size() != m_window)
         w.buf.assign(m_window, 0);
     const uint64_t start = pos - pos % kAlign;
+    const size_t needed = size_t(pos - start) + n;
+    const size_t fill = runsOn ? m_window : std::min(m_window, std::max(kProbeFill, roundUp(needed)));
     w.start = start;
-    w.len = m_window;
-    const size_t want = size_t(std::min<uint64_t>(m_window, m_size - start));
+    w.len = fill;
+    const size_t want = size_t(std::min<uint64_t>(fill, m_size - start));
     size_t got = 0;
     while (got < want) {
         const size_t r = fetch(start + got, w.buf.data() + got, want - got);
@@ -52,7 +60,8 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
             break;
         got += r;
     }
-    std::memset(w.buf.data() + got, 0, m_window - got);
+    m_fetched += got;
+    std::memset(w.buf.data() + got, 0, fill - got);
     m_recent = other;
     return w.buf.data() + (pos - start);
 }

@@ -19,6 +19,8 @@ class ByteReader {
 public:
     static constexpr size_t kDefaultWindow = 8u << 20;   // 8 MiB
     static constexpr size_t kAlign = 4096;
+    // What a jump away from both windows reads (see slowView).
+    static constexpr size_t kProbeFill = 64u << 10;
 
     virtual ~ByteReader() = default;
     ByteReader(const ByteReader&) = delete;
@@ -27,6 +29,8 @@ public:
     uint64_t size() const { return m_size; }
     // A real read error happened (not a short read at the end).
     bool ioError() const { return m_ioError; }
+    // Bytes fetched from the source so far (what the windows cost).
+    uint64_t fetchedBytes() const { return m_fetched; }
 
     // Copies n bytes at pos into dst, zero-filled past the end.
     size_t read(uint64_t pos, void* dst, size_t n);
@@ -78,8 +82,12 @@ private:
     struct Window {
         std::vector<uint8_t> buf;
         uint64_t start = 0;
-        size_t len = 0;        // bytes of buf that are valid (real or zero fill)
+        size_t len = 0;        // bytes of buf that are valid (real or zero fill): a window or a short probe
     };
+
+    // True when pos lies in w or right behind it: the walk runs on.
+    static bool runsOnFrom(const Window& w, uint64_t pos) { return w.len && pos >= w.start && pos - w.start <= w.len; }
+    static size_t roundUp(size_t n) { return (n + kAlign - 1) / kAlign * kAlign; }
 
     uint64_t m_size;
     size_t m_window;
@@ -87,6 +95,7 @@ private:
     int m_recent = 0;          // the window that served the last view
     std::vector<uint8_t> m_zeros;   // served for views wholly past the end
     bool m_ioError = false;
+    uint64_t m_fetched = 0;
 };
 
 // A reader over a file opened read-only. The file is never written.

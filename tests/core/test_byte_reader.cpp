@@ -194,6 +194,27 @@ private Q_SLOTS:
         QVERIFY(!r->ioError());
     }
 
+    // A walk that looks far ahead now and then (a length read in data that
+    // holds no unit) must not refill a whole window per look: the file is
+    // fetched about once, and every byte still reads right.
+    void farProbesCostLittle()
+    {
+        const int size = 24 << 20;
+        const QByteArray data = randomBytes(size, 31);
+        MemoryReader r(data);
+        QRandomGenerator gen(5);
+        for (uint64_t pos = 0; pos < uint64_t(size); pos += 1024) {
+            QCOMPARE(viewBytes(r, pos, 4), expected(data, pos, 4));
+            if (pos % (64 << 10) == 0) {
+                const uint64_t ahead = pos + 4 + gen.bounded(16u << 20);
+                QCOMPARE(viewBytes(r, ahead, 4), expected(data, ahead, 4));
+            }
+        }
+        // 384 looks ahead at a whole window each would fetch 3 GiB.
+        QVERIFY2(r.fetchedBytes() < 3 * uint64_t(size),
+                 qPrintable(QStringLiteral("fetched %1 bytes of a %2-byte file").arg(r.fetchedBytes()).arg(size)));
+    }
+
     void openRefusesWhatIsNoFile()
     {
         QVERIFY(!FileReader::open(m_dir + QStringLiteral("/missing.mov")));
