@@ -320,6 +320,16 @@ private Q_SLOTS:
         QVERIFY(set.matchAt(r, 2));
         QVERIFY(!set.matchAt(r, 3));   // two real bytes and one of fill
         QVERIFY(!set.matchAt(r, 100));
+
+        // Triples that share their first two bytes, or only the last two,
+        // with a member are no members.
+        PatternSet aac;
+        aac.add(0x211A0B);
+        aac.add(0x01409F);
+        for (const uint32_t t : {0x211A0Bu, 0x01409Fu})
+            QVERIFY(aac.has(t));
+        for (const uint32_t t : {0x211A0Cu, 0x211B0Bu, 0x001A0Bu, 0x01409Eu, 0x21409Fu, 0x011A0Bu})
+            QVERIFY2(!aac.has(t), qPrintable(QString::number(t, 16)));
     }
 };
 
