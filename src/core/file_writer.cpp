@@ -53,6 +53,7 @@ bool FileWriter::close()
         return !m_failed;
     flush();
     m_tap = nullptr;
+    m_tapOnly = false;
     m_flushAt = kBufferLimit;
     if (::close(m_fd) != 0)
         m_failed = true;
@@ -60,9 +61,10 @@ bool FileWriter::close()
     return !m_failed;
 }
 
-void FileWriter::setTap(Tap tap, size_t flushAt)
+void FileWriter::setTap(Tap tap, size_t flushAt, bool fileToo)
 {
     m_tap = std::move(tap);
+    m_tapOnly = m_tap && !fileToo;
     m_flushAt = m_tap ? std::max<size_t>(flushAt, 1) : kBufferLimit;
     if (m_buf.size() >= m_flushAt)
         flush();
@@ -72,7 +74,7 @@ void FileWriter::flush()
 {
     if (m_fd < 0 || m_buf.empty())
         return;
-    if (!writeAll(m_fd, m_buf.data(), m_buf.size(), -1))
+    if (!m_tapOnly && !writeAll(m_fd, m_buf.data(), m_buf.size(), -1))
         m_failed = true;
     if (m_tap)
         m_tap(m_buf.data(), m_buf.size());
@@ -89,7 +91,7 @@ void FileWriter::write(const void* data, size_t n)
     const uint8_t* p = static_cast<const uint8_t*>(data);
     if (n >= m_flushAt) {
         flush();
-        if (!writeAll(m_fd, p, n, -1))
+        if (!m_tapOnly && !writeAll(m_fd, p, n, -1))
             m_failed = true;
         if (m_tap)
             m_tap(p, n);
@@ -121,7 +123,8 @@ void FileWriter::le64(uint64_t v) { le32(uint32_t(v)); le32(uint32_t(v >> 32)); 
 
 void FileWriter::patch(uint64_t at, const void* data, size_t n)
 {
-    if (m_fd < 0 || at + n > pos()) {
+    // Flushed bytes of a tap-only stream are in no file to patch.
+    if (m_fd < 0 || at + n > pos() || (m_tapOnly && at < m_flushed)) {
         m_failed = true;
         return;
     }

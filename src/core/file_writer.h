@@ -8,6 +8,7 @@
 // width when the box opens. Any write error is sticky and reported by close().
 #include "core/byte_reader.h"
 
+#include <QByteArray>
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -32,9 +33,12 @@ public:
     // growing stream); patches to bytes already flushed don't reach it. With
     // a tap the buffer is flushed every flushAt bytes, so that a reader that
     // needs a little of this stream before more of another isn't kept
-    // waiting. The tap is dropped by close().
+    // waiting. With fileToo false the bytes go to the tap alone and the file
+    // keeps only what was flushed before. The tap is dropped by close().
     using Tap = std::function<void(const uint8_t*, size_t)>;
-    void setTap(Tap tap, size_t flushAt = 64 * 1024);
+    void setTap(Tap tap, size_t flushAt = 64 * 1024, bool fileToo = true);
+    // The bytes written but not yet flushed.
+    QByteArray unflushed() const { return QByteArray(reinterpret_cast<const char*>(m_buf.data()), int(m_buf.size())); }
     const QString& path() const { return m_path; }
 
     void write(const void* data, size_t n);
@@ -77,5 +81,6 @@ private:
     bool m_failed = false;
     std::vector<Box> m_boxes;
     Tap m_tap;
+    bool m_tapOnly = false;
     size_t m_flushAt = size_t(1) << 20;   // the buffer's limit
 };

@@ -23,6 +23,7 @@ struct ChainPaths;
 class IndexScanner;
 enum class NalStartSet;
 struct NalScanRules;
+class PatternSet;
 
 class ThreadVideoRepair : public QThread {
     Q_OBJECT
@@ -114,6 +115,8 @@ public:
     // scanned, and m_firstMuxDone tells whether it completed.
     bool ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules, bool& audioMode,
                           const std::function<QString(bool, const QString&, const QString&)>& firstMux = {});
+    uint64_t ScanIntoStreams(ByteReader* in, FileWriter& video, bool audioMode, const PatternSet& patterns,
+                             const QByteArray& paramBlock, const NalScanRules& rules);
     // Names the chain's outputs and clears the way for the muxer.
     void PrepareMuxOutput();
     void MuxVideoAndAudio(const ChainPaths& p);

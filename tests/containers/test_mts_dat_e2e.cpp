@@ -50,17 +50,6 @@ QString formatAndCodecs(const QString& path)
     return QString(format).remove(QLatin1Char('"')) + QLatin1Char(' ') + codecs.split(QLatin1Char('\n')).join(QLatin1Char(' '));
 }
 
-// A folder holding an executable "ffmpeg" with the given shell body.
-QString fakeMuxer(const QString& parent, const QString& tag, const QByteArray& body)
-{
-    const QString dir = parent + QStringLiteral("/fake-") + tag;
-    QDir().mkpath(dir);
-    const QString exe = dir + QStringLiteral("/ffmpeg");
-    writeAll(exe, "#!/bin/sh\n" + body);
-    QFile::setPermissions(exe, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    return dir;
-}
-
 // Records its arguments (one a line) and folder, and writes "x" to its last argument.
 const QByteArray kRecordingMuxer = "printf '%s\\n' \"$@\" > \"$(dirname \"$0\")/args.txt\"\n"
                                    "pwd > \"$(dirname \"$0\")/cwd.txt\"\n"
@@ -232,7 +221,7 @@ private Q_SLOTS:
 
     void muxerCommandLines()
     {
-        g_appDir = fakeMuxer(m_dir, QStringLiteral("rec"), kRecordingMuxer);
+        g_appDir = fakeMuxer(m_dir + QStringLiteral("/fake-rec"), kRecordingMuxer);
         g_workRoot = m_dir;
         const QString repaired = m_dir + QStringLiteral("/Repaired");
         auto args = [&] { return QString::fromUtf8(readAll(g_appDir + QStringLiteral("/args.txt"))).split(QLatin1Char('\n'), Qt::SkipEmptyParts); };
@@ -276,7 +265,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, body);
         g_appDir = body.isEmpty() ? m_dir + QStringLiteral("/no-such-folder")
-                                  : fakeMuxer(m_dir, QStringLiteral("bad"), body);
+                                  : fakeMuxer(m_dir + QStringLiteral("/fake-bad"), body);
         if (body.isEmpty())
             qputenv("PATH", QByteArray("/nonexistent"));   // no ffmpeg to fall back on
         const QString dat = m_dir + QStringLiteral("/x.dat");

@@ -1,8 +1,8 @@
 // Feeding a stream to a reader through a named pipe while it is written, and
 // the muxer run on such pipes: every byte arrives in order whenever the
-// reader comes; a reader that falls behind, goes away or never reads makes
-// the run fail (so that it is made again from the file), and nothing waits
-// for ever.
+// reader comes, and the stream file stays empty; a reader that falls
+// behind, goes away or never reads makes the run fail (so that the stream is
+// made again into the file), and nothing waits for ever.
 #include "core/file_writer.h"
 #include "core/pipe_feeder.h"
 #include "recovery/h264/overlapped_mux.h"
@@ -54,45 +54,70 @@ private Q_SLOTS:
     void init() { m_dir = freshDir(QStringLiteral("pipefeeder")); }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    // The reader opens the pipe only after the writer has finished: the
-    // bytes wait for it, and the end of the stream comes behind them.
+    // The reader opens the pipe late, after more than the pipe holds was
+    // pushed: the writer waits for it, every byte arrives in order, and the
+    // end of the stream comes behind them.
     void lateReaderGetsEverything()
     {
         PipeFeeder feeder;
         const QString path = m_dir + QStringLiteral("/s.h264");
         QVERIFY(feeder.start(path));
+        QByteArray got;
+        std::thread reader([&] {
+            QThread::msleep(150);
+            got = ReadPipe(path);
+        });
         QByteArray sent;
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 30; ++i) {
             const QByteArray chunk = Pattern(100000 + i, i);
             feeder.push(reinterpret_cast<const uint8_t*>(chunk.constData()), size_t(chunk.size()));
             sent += chunk;
         }
         feeder.finish();
-        QThread::msleep(50);
-        QCOMPARE(ReadPipe(path), sent);
-        feeder.stop();
+        reader.join();
+        QCOMPARE(got.size(), sent.size());
+        QCOMPARE(got, sent);
+        QVERIFY(feeder.drained());
         QVERIFY(!feeder.failed());
     }
 
-    // A queue past its limit gives up; nothing pushed gives up at the finish.
-    // Neither waits for a reader that never comes.
+    // A reader that never comes makes a full pipe give up after the stall
+    // time, the reader's end at once; nothing pushed gives up at the finish.
     void givingUp()
     {
+        const QByteArray big = Pattern(3 << 20, 1);   // more than the pipe holds
+        const auto push = [&](PipeFeeder& f) {
+            f.push(reinterpret_cast<const uint8_t*>(big.constData()), size_t(big.size()));
+        };
+        QElapsedTimer clock;
         {
-            PipeFeeder feeder(4 << 20);
+            PipeFeeder feeder(std::chrono::milliseconds(200));
             QVERIFY(feeder.start(m_dir + QStringLiteral("/a")));
-            const QByteArray chunk = Pattern(1 << 20, 1);
-            for (int i = 0; i < 8; ++i)   // the pipe takes about one, the queue four
-                feeder.push(reinterpret_cast<const uint8_t*>(chunk.constData()), size_t(chunk.size()));
+            clock.start();
+            push(feeder);
             QVERIFY(feeder.failed());
+            QVERIFY(clock.elapsed() >= 150);
             feeder.finish();
+            QVERIFY(!feeder.drained());
+        }
+        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/a")));   // the pipe goes with its feeder
+        {
+            PipeFeeder feeder;   // a stall of seconds, cut short by the reader's end
+            QVERIFY(feeder.start(m_dir + QStringLiteral("/b")));
+            std::thread gone([&] {
+                QThread::msleep(100);
+                feeder.readerGone();
+            });
+            clock.start();
+            push(feeder);
+            gone.join();
+            QVERIFY(feeder.failed());
+            QVERIFY(clock.elapsed() < 2000);
         }
         PipeFeeder empty;
-        QVERIFY(empty.start(m_dir + QStringLiteral("/b")));
+        QVERIFY(empty.start(m_dir + QStringLiteral("/c")));
         empty.finish();
-        QTRY_VERIFY(empty.failed());
-        empty.stop();
-        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/a")));   // the pipe goes with its feeder
+        QVERIFY(empty.failed());
     }
 
     // The muxer run on pipes: a reader that takes the stream completes; one
@@ -102,15 +127,19 @@ private Q_SLOTS:
     {
         const QString out = m_dir + QStringLiteral("/out.bin");
         const QByteArray stream = Pattern(3 << 20, 7);
+        const QByteArray head("\0\0\0\1SPS", 7);
         auto run = [&](const QString& script, bool abandon) {
             FileWriter video;
             video.open(m_dir + QStringLiteral("/video.h264"));
+            video.write(head);
             OverlappedMux mux;
             const bool started = mux.start(m_dir, false, video, nullptr, [&](bool, const QString& v, const QString&) {
                 return QStringLiteral("/bin/sh -c \"") + QString(script).replace(QStringLiteral("VIDEO"), v)
                      + QLatin1Char('"');
             });
             if (!started)
+                return false;
+            if (mux.videoHead() != head)
                 return false;
             video.write(stream);
             video.close();
@@ -121,8 +150,9 @@ private Q_SLOTS:
             return mux.complete(out);
         };
         QVERIFY(run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
-        QCOMPARE(readAll(out), stream);
-        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), stream);   // the file is written all the same
+        QCOMPARE(readAll(out), head + stream);
+        // The stream, head and all, went to the reader alone.
+        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), QByteArray());
 
         QElapsedTimer clock;
         clock.start();
@@ -135,6 +165,7 @@ private Q_SLOTS:
         qputenv(OverlappedMux::kAfterScanVariable, "1");
         QVERIFY(!run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
         qunsetenv(OverlappedMux::kAfterScanVariable);
+        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), head);   // no pipe: the file as usual
     }
 };
 

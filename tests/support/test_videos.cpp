@@ -198,6 +198,15 @@ QString repairWithSample(const QString& dir, const QString& name, const QByteArr
     return outputs.isEmpty() ? QString() : outputs.first().toString();
 }
 
+QString fakeMuxer(const QString& folder, const QByteArray& body)
+{
+    QDir().mkpath(folder);
+    const QString exe = folder + QStringLiteral("/ffmpeg");
+    writeAll(exe, "#!/bin/sh\n" + body);
+    QFile::setPermissions(exe, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return folder;
+}
+
 bool probeOpens(const QString& path)
 {
     return run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("error"), path}) == 0;

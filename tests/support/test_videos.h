@@ -66,6 +66,10 @@ BatchResult runBatch(const QStringList& args, int timeoutMs = 600000);
 QString repairWithSample(const QString& dir, const QString& name, const QByteArray& damaged,
                          const QString& sample, bool* firstPassRepaired);
 
+// Makes folder/ffmpeg, a shell script with the given body, as a stand-in
+// for the muxer; returns the folder (for g_appDir).
+QString fakeMuxer(const QString& folder, const QByteArray& body);
+
 // A fresh folder under the system temp folder, removed by the caller.
 QString freshDir(const QString& tag);
 

@@ -26,20 +26,34 @@ bool OverlappedMux::start(const QString& workDir, bool audioMode, FileWriter& vi
         return false;
     if (audioMode && !m_audio.start(workDir + QStringLiteral("/pipe-audio.") + QFileInfo(audio->path()).suffix()))
         return false;
-    video.setTap([this](const uint8_t* p, size_t n) { m_video.push(p, n); });
-    if (audioMode)
-        audio->setTap([this](const uint8_t* p, size_t n) { m_audio.push(p, n); });
+    constexpr size_t kFlushAt = 64 * 1024;
+    m_videoHead = video.unflushed();
+    video.setTap([this](const uint8_t* p, size_t n) { m_video.push(p, n); }, kFlushAt, false);
+    if (audioMode) {
+        m_audioHead = audio->unflushed();
+        audio->setTap([this](const uint8_t* p, size_t n) { m_audio.push(p, n); }, kFlushAt, false);
+    }
     // The muxer reads each input on a thread of its own, through a queue of
     // a few packets; from a pipe, with the other input not ready, that queue
     // runs empty and the muxer naps. A long queue per pipe keeps it reading.
+    // The raw video reader cuts its input into packets of 1 KiB before it
+    // finds the frames in them, and with two inputs each packet crosses a
+    // queue between threads: packets of 256 KiB cost a fraction of that.
+    // 128 of them (32 MiB, seconds of video at any camera's rate) make the
+    // video's queue; the sound's frames are small and many.
     QString line = command(audioMode, m_video.path(), m_audio.path());
-    for (const PipeFeeder* pipe : {&m_video, &m_audio}) {
-        const QString input = QStringLiteral(" -i \"") + pipe->path() + QLatin1Char('"');
-        line.replace(input, QStringLiteral(" -thread_queue_size 4096") + input);
-    }
+    const auto inputOptions = [&line](const PipeFeeder& pipe, const QString& options) {
+        const QString input = QStringLiteral(" -i \"") + pipe.path() + QLatin1Char('"');
+        line.replace(input, QLatin1Char(' ') + options + input);
+    };
+    inputOptions(m_video, QStringLiteral("-thread_queue_size 128 -raw_packet_size 262144"));
+    inputOptions(m_audio, QStringLiteral("-thread_queue_size 4096"));
     m_muxer = std::thread([this, line, workDir] {
         m_result = RunMuxer(line, workDir, -1, &m_cancel);
         m_muxerDone = true;
+        // A muxer that ended early reads no more: the scan must not wait.
+        m_video.readerGone();
+        m_audio.readerGone();
     });
     return true;
 }
@@ -58,7 +72,7 @@ bool OverlappedMux::complete(const QString& outPath)
     const bool ok = fed && m_result.finished && m_result.exitCode == 0 && out.isFile() && out.size() > 0;
     if (!ok) {
         qDebug().noquote() << QStringLiteral("The muxer's run during the scan didn't complete (streams %1, exit %2);"
-                                             " it runs again from the files.")
+                                             " the streams are scanned again into their files for a run from them.")
                                   .arg(fed ? QStringLiteral("fed") : QStringLiteral("not fed"))
                                   .arg(m_result.exitCode);
         QFile::remove(outPath);

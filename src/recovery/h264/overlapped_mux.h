@@ -2,12 +2,16 @@
 // The first muxer run of a stream scan, taken while the scan writes the
 // streams: the muxer reads video and sound through two named pipes fed from
 // the scan's writers, so that a large file is scanned and muxed in about the
-// time of the slower of the two. The stream files are written as well; when
-// anything goes wrong on the way (the muxer falls behind, fails, or is
-// missing) the run is simply made again from the files afterwards.
+// time of the slower of the two. Meanwhile the stream files stay empty: a
+// second copy of the streams, almost never read, would cost the scan a
+// third of its time and the disk the size of the file. When anything goes
+// wrong on the way (the muxer falls behind, fails, or is missing) the
+// caller scans once more into the files, each begun with the head its
+// writer held at the start (the parameter sets), and runs the muxer on them.
 #include "core/muxer.h"
 #include "core/pipe_feeder.h"
 
+#include <QByteArray>
 #include <QString>
 #include <atomic>
 #include <functional>
@@ -23,8 +27,13 @@ public:
     ~OverlappedMux();
     // False (and nothing started) when the environment says not to, or the
     // writers have already put bytes on disk that the pipes would miss.
+    // Otherwise the writers' bytes go to the pipes alone from now on.
     bool start(const QString& workDir, bool audioMode, FileWriter& video, FileWriter* audio,
                const FirstMuxCommand& command);
+    // What the writers held when the run started: the start of each stream
+    // file, for a scan into the files after a failed run.
+    const QByteArray& videoHead() const { return m_videoHead; }
+    const QByteArray& audioHead() const { return m_audioHead; }
     bool running() const { return m_muxer.joinable(); }
     // The scan found video and its writers are closed: the pipes are closed
     // behind their last bytes and the muxer awaited. True when its run is
@@ -41,6 +50,8 @@ private:
     PipeFeeder m_video;
     PipeFeeder m_audio;
     bool m_audioMode = false;
+    QByteArray m_videoHead;
+    QByteArray m_audioHead;
     std::thread m_muxer;
     std::atomic<bool> m_muxerDone{false};
     std::atomic<bool> m_cancel{false};

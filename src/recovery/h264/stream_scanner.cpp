@@ -354,12 +354,50 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
     if (audioMode)
         patterns.load(p.audioUnique);
 
-    uint64_t units = 0;
     std::unique_ptr<ByteReader> in = OpenReadOnly(p.input);
     OverlappedMux overlap;
     if (in) {
         m_fileSize = in->size();
         overlap.start(m_workDir, audioMode, video, audioMode ? &m_audioOut : nullptr, firstMux);
+    }
+    const uint64_t units = ScanIntoStreams(in.get(), video, audioMode, patterns, paramBlock, rules);
+
+    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    // Without a single video unit the muxer has nothing to make a file of.
+    if (units == 0 || g_stopRequested) {
+        if (overlap.running())
+            overlap.abandon(out);
+        RemoveChainFiles(p);
+        if (!g_stopRequested)
+            H264PassFailed();
+        return false;
+    }
+    if (overlap.running()) {
+        m_firstMuxDone = overlap.complete(out);
+        if (!m_firstMuxDone && !g_stopRequested) {
+            // The streams went to the muxer alone: the runs from the files
+            // need them on disk. The scan is the same walk over the same
+            // bytes, so it finds the same units again.
+            video.open(p.video);
+            video.write(overlap.videoHead());
+            if (audioMode) {
+                m_audioOut.open(p.audio);
+                m_audioOut.write(overlap.audioHead());
+            }
+            ScanIntoStreams(in.get(), video, audioMode, patterns, paramBlock, rules);
+        }
+    }
+    return true;
+}
+
+// One scan of the damaged file into the two stream writers, which are
+// closed at its end. Returns the count of video units written.
+uint64_t ThreadVideoRepair::ScanIntoStreams(ByteReader* in, FileWriter& video, bool audioMode,
+                                            const PatternSet& patterns, const QByteArray& paramBlock,
+                                            const NalScanRules& rules)
+{
+    uint64_t units = 0;
+    if (in) {
         StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, rules);
         scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
         QElapsedTimer clock;
@@ -380,17 +418,5 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
     m_audioOut.close();
     video.close();
     g_hasSoundTrak = false;
-
-    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
-    // Without a single video unit the muxer has nothing to make a file of.
-    if (units == 0 || g_stopRequested) {
-        if (overlap.running())
-            overlap.abandon(out);
-        RemoveChainFiles(p);
-        if (!g_stopRequested)
-            H264PassFailed();
-        return false;
-    }
-    m_firstMuxDone = overlap.running() && overlap.complete(out);
-    return true;
+    return units;
 }
