@@ -38,15 +38,17 @@ bool OverlappedMux::start(const QString& workDir, bool audioMode, FileWriter& vi
     // runs empty and the muxer naps. A long queue per pipe keeps it reading.
     // The raw video reader cuts its input into packets of 1 KiB before it
     // finds the frames in them, and with two inputs each packet crosses a
-    // queue between threads: packets of 256 KiB cost a fraction of that.
-    // 128 of them (32 MiB, seconds of video at any camera's rate) make the
-    // video's queue; the sound's frames are small and many.
+    // queue between threads. Packets of 64 KiB, the size the writers hand
+    // over, cost a fraction of that (larger ones were slower again: the
+    // reader waits longer for each). 512 of them (32 MiB, seconds of video
+    // at any camera's rate) make the video's queue; the sound's frames are
+    // small and many.
     QString line = command(audioMode, m_video.path(), m_audio.path());
     const auto inputOptions = [&line](const PipeFeeder& pipe, const QString& options) {
         const QString input = QStringLiteral(" -i \"") + pipe.path() + QLatin1Char('"');
         line.replace(input, QLatin1Char(' ') + options + input);
     };
-    inputOptions(m_video, QStringLiteral("-thread_queue_size 128 -raw_packet_size 262144"));
+    inputOptions(m_video, QStringLiteral("-thread_queue_size 512 -raw_packet_size %1").arg(kFlushAt));
     inputOptions(m_audio, QStringLiteral("-thread_queue_size 4096"));
     m_muxer = std::thread([this, line, workDir] {
         m_result = RunMuxer(line, workDir, -1, &m_cancel);
