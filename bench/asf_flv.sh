@@ -6,11 +6,8 @@
 # each step, and the ratio of repair to cp.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
-cache=bench/cache
-mkdir -p "$cache"
+. bench/lib.sh
+bench_init "${1:-build}"
 
 make_input() {   # name, ffmpeg output args...
   local name=$1; shift
@@ -25,9 +22,6 @@ make_input() {   # name, ffmpeg output args...
 }
 make_input wmv_500m.wmv -c:v wmv2 -b:v 8M -c:a wmav2 -b:a 128k
 make_input flv_500m.flv -c:v flv1 -b:v 8M -c:a libmp3lame -b:a 128k
-
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 
 timed() {   # label, size in bytes, command...: wall seconds, MB/s, peak KiB
   local label=$1 size=$2; shift 2

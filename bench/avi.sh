@@ -5,12 +5,9 @@
 # once into bench/cache/. Figures: wall time and peak memory of each step.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+. bench/lib.sh
+bench_init "${1:-build}"
 
-cache=bench/cache
-mkdir -p "$cache"
 input=$cache/avi_1g.avi
 if [ ! -s "$input" ]; then
   echo "making $input (once)..."
@@ -24,8 +21,6 @@ if [ ! -s "$input" ]; then
   mv "$cache/.avi_1g.tmp.avi" "$input"
 fi
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cp "$input" "$work/clip.avi"
 size=$(stat -c %s "$work/clip.avi")
 

@@ -10,25 +10,19 @@
 # under 200 MB.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+. bench/lib.sh
+bench_init "${1:-build}"
 
-cache=bench/cache
-mkdir -p "$cache"
 encode() {   # out, seconds, hue
   ffmpeg -y -v error -nostdin \
     -f lavfi -i "testsrc2=size=1280x720:rate=25" -f lavfi -i "sine=frequency=440:sample_rate=48000" \
     -t "$2" -vf "hue=h=$3" -c:v libx264 -preset veryfast -profile:v high -g 30 \
     -b:v 10M -maxrate 10M -bufsize 5M -pix_fmt yuv420p -c:a aac -ac 2 -b:a 128k "$1"
 }
-. bench/lib.sh
 original=$cache/h264_500m.mov
 sample=$cache/h264_sample.mov
 make_camera_files encode "$original" "$sample" 500000000 40
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cut_movie "$original" "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
 

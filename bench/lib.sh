@@ -1,5 +1,17 @@
 # Shared pieces of the benchmark scripts (sourced, not run).
 
+# bench_init BUILD_DIR [CACHE_DIR]: sets batch (the build's batch runner, or
+# a plain word and exit when it isn't built), cache (made, default
+# bench/cache) and work (a scratch folder removed at exit).
+bench_init() {
+  batch=$1/bin/reelwright-batch
+  [ -x "$batch" ] || { echo "build $batch first (bash scripts/setup.sh $1)" >&2; exit 1; }
+  cache=${2:-bench/cache}
+  mkdir -p "$cache"
+  work=$(mktemp -d)
+  trap 'rm -rf "$work"' EXIT
+}
+
 # timed OUTVAR COMMAND...: runs the command with /usr/bin/time; sets
 # OUTVAR_wall (seconds) and OUTVAR_kib (peak resident KiB). Output goes to
 # $work/OUTVAR.out and $work/OUTVAR.err.

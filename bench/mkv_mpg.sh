@@ -4,11 +4,8 @@
 # The inputs are made once into bench/cache/ (fast encoders: they only need size).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
-cache=bench/cache
-mkdir -p "$cache"
+. bench/lib.sh
+bench_init "${1:-build}"
 
 make_input() {   # name, ffmpeg output args...
   local name=$1; shift
@@ -21,8 +18,6 @@ make_input() {   # name, ffmpeg output args...
 make_input mkv_500m.mkv -c:v libx264 -preset ultrafast -b:v 8M -c:a aac
 make_input mpg_500m.mpg -c:v mpeg2video -b:v 8M -c:a mp2 -f vob
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 timed() {   # label, command...
   local label=$1; shift
   /usr/bin/time -f "%e %M" -o "$work/time" "$@" >/dev/null

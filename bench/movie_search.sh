@@ -12,12 +12,8 @@
 # Targets: 4 GiB without a movie under 1 s; movie at the end of 1 GiB under 0.05 s.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
-
-cache=bench/cache
-mkdir -p "$cache"
+. bench/lib.sh
+bench_init "${1:-build}"
 
 be32_at() {   # file, offset: the big-endian 32-bit word there
   od -An -tu4 --endian=big -j "$2" -N4 "$1" | tr -d ' '
@@ -89,9 +85,6 @@ if [ ! -s "$nomovie" ]; then
   truncate -s $((4 << 30)) "$nomovie.tmp"
   mv "$nomovie.tmp" "$nomovie"
 fi
-
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 
 # The verdict is negative for every input: HEVC with sowt picks no pass.
 timed() {   # label, input: five runs; best and worst wall seconds, peak KiB, verdict

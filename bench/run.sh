@@ -27,14 +27,8 @@ while [ $# -gt 0 ]; do
   esac
 done
 [ ${#routes[@]} -gt 0 ] || routes=(h264 hevc sowt mjpeg avi wmv flv mts mkv mpeg)
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first (bash scripts/setup.sh $build)" >&2; exit 1; }
-
-cache=bench/cache/run-$size_mb
-mkdir -p "$cache"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 . bench/lib.sh
+bench_init "$build" "bench/cache/run-$size_mb"
 bytes=$((size_mb * 1000000))
 
 # encode OUT HUE ARGS...: a 20 s clip of 640x360 at 25 fps with a tone.

@@ -10,12 +10,9 @@
 # rebuild and its speed check) at most 4 times the stream copy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build}
-batch=$build/bin/reelwright-batch
-[ -x "$batch" ] || { echo "build $batch first" >&2; exit 1; }
+. bench/lib.sh
+bench_init "${1:-build}"
 
-cache=bench/cache
-mkdir -p "$cache"
 encode() {   # out, seconds, hue
   ffmpeg -y -v error -nostdin \
     -f lavfi -i "testsrc2=size=1280x720:rate=25" -f lavfi -i "sine=frequency=440:sample_rate=48000" \
@@ -23,13 +20,10 @@ encode() {   # out, seconds, hue
     -b:v 10M -maxrate 10M -bufsize 5M -pix_fmt yuv420p -x264-params aud=1 \
     -c:a pcm_s16le -ac 2 "$1"
 }
-. bench/lib.sh
 original=$cache/sowt_1g.mov
 sample=$cache/sowt_sample.mov
 make_camera_files encode "$original" "$sample" 1000000000 20
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cut_movie "$original" "$work/clip.mov"
 size=$(stat -c %s "$work/clip.mov")
 
