@@ -1,6 +1,7 @@
-// The frame index scanners on bytes built by hand: which runs become lines,
-// where the lines start and how long they are; and the PCM texts given to
-// the muxer.
+// The frame index scanners on bytes built by hand, and the PCM texts given
+// to the muxer. Each row is a list of pieces: the input is the pieces in a
+// row, and the expected lines are the pieces marked V (picture), A (sound)
+// or Z (zero run), at their positions; pieces marked - get no line.
 #include "core/byte_reader.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/index_scanners.h"
@@ -11,56 +12,62 @@ namespace {
 
 // A length-prefixed unit: header byte, a second byte, then filler that holds
 // no zero byte (so nothing inside it looks like a length field).
-QByteArray Unit(uint8_t header, uint8_t second, int payload)
+QByteArray Unit(uint8_t header, uint8_t second, int payload, char fill = '\x11')
 {
-    QByteArray u;
     const int length = 2 + payload;
+    QByteArray u;
     u.append(char(length >> 24)).append(char(length >> 16)).append(char(length >> 8)).append(char(length));
-    u.append(char(header)).append(char(second));
-    u.append(QByteArray(payload, '\x11'));
-    return u;
+    return u.append(char(header)).append(char(second)).append(QByteArray(payload, fill));
 }
 
 const QByteArray kIdr = Unit(0x65, 0x88, 30);   // a picture's first slice (first_mb 0)
 const QByteArray kP = Unit(0x41, 0x9A, 30);     // the next picture's first slice
+const QByteArray kSei = Unit(0x06, 0x05, 20);
 const QByteArray kAud = QByteArray::fromHex("000000020910");
+const QByteArray kMdat = QByteArray::fromHex("00100000") + "mdat";
+QByteArray Sound(int n) { return QByteArray(n, '\x55'); }
+QByteArray Zeros(int n) { return QByteArray(n, '\0'); }
 
-PatternSet IdrPattern()
+// An HEVC slice; the third payload byte holds first_slice_segment_in_pic_flag.
+QByteArray HevcSlice(uint8_t header, bool firstInPicture)
 {
-    PatternSet p;
-    p.add(0x658811);
-    return p;
+    QByteArray u = Unit(header, 0x01, 30);
+    u[6] = char(firstInPicture ? 0x80 : 0x11);
+    return u;
 }
 
-struct Scan {
-    QList<IndexLine> lines;
-    QList<IndexLine> of(IndexLine::Kind k) const
-    {
-        QList<IndexLine> out;
-        for (const IndexLine& l : lines)
-            if (l.kind == k)
-                out << l;
-        return out;
+QString LineText(const IndexLine& l)
+{
+    return QStringLiteral("%1%2+%3").arg(QLatin1Char("VAZ"[l.kind])).arg(l.pos).arg(l.size);
+}
+
+QString Scan(const QString& scanner, const QByteArray& bytes)
+{
+    QStringList lines;
+    MemoryReader r(bytes);
+    IndexScanner s(r, [&](const IndexLine& l) { lines << LineText(l); });
+    PatternSet patterns;
+    for (uint32_t p : {0x658811u, 0x060511u, 0x260180u})
+        patterns.add(p);
+    if (scanner == QLatin1String("sowt"))
+        s.runSowt(patterns, false);
+    else if (scanner == QLatin1String("twos"))
+        s.runTwos(1024);
+    else
+        s.runHevcPcm(patterns);
+    return lines.join(QLatin1Char(' '));
+}
+
+void Row(const char* tag, const char* scanner, std::initializer_list<std::pair<char, QByteArray>> pieces)
+{
+    QByteArray bytes;
+    QStringList lines;
+    for (const auto& p : pieces) {
+        if (p.first != '-')
+            lines << QStringLiteral("%1%2+%3").arg(QLatin1Char(p.first)).arg(bytes.size()).arg(p.second.size());
+        bytes += p.second;
     }
-};
-
-Scan RunSowt(const QByteArray& bytes)
-{
-    Scan s;
-    MemoryReader r(bytes);
-    IndexScanner scanner(r, [&](const IndexLine& l) { s.lines << l; });
-    const PatternSet patterns = IdrPattern();
-    scanner.runSowt(patterns, false);
-    return s;
-}
-
-Scan RunTwos(const QByteArray& bytes)
-{
-    Scan s;
-    MemoryReader r(bytes);
-    IndexScanner scanner(r, [&](const IndexLine& l) { s.lines << l; });
-    scanner.runTwos(1024);
-    return s;
+    QTest::newRow(tag) << QString::fromLatin1(scanner) << bytes << lines.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -69,207 +76,65 @@ class TestIndexScanners : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void lineText()
+    void lines_data()
     {
-        QCOMPARE((IndexLine{IndexLine::Video, 36, 14598}).text(), QStringLiteral("AVC(Vide) at = 36 Size = 14598"));
-        QCOMPARE((IndexLine{IndexLine::Audio, 7, 101}).text(), QStringLiteral("AAC(soun) at = 7 Size = 101"));
-        QCOMPARE((IndexLine{IndexLine::Zero, 0, 3}).text(), QStringLiteral("Zero(Zero) at = 0 Size = 3"));
+        QTest::addColumn<QString>("scanner");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("lines");
+        // Each picture is a line of its own; a sound run needs 101 bytes.
+        Row("sowt gap 100", "sowt", {{'V', kIdr}, {'V', kP}, {'-', Sound(100)}, {'V', kIdr}, {'V', kP}});
+        Row("sowt gap 101", "sowt", {{'V', kIdr}, {'V', kP}, {'A', Sound(101)}, {'V', kIdr}, {'V', kP}});
+        Row("sowt gap 4000", "sowt", {{'V', kIdr}, {'V', kP}, {'A', Sound(4000)}, {'V', kIdr}, {'V', kP}});
+        Row("sowt sound ahead of the first picture", "sowt",
+            {{'-', Sound(500)}, {'V', kIdr}, {'V', kP}, {'A', Sound(300)}, {'V', kIdr}, {'V', kP}});
+        // Delimiter, SEI and slice of one picture share a line; an SEI ahead
+        // of the first delimiter joins the first picture.
+        Row("sowt access units", "sowt", {{'V', kSei + kAud + kIdr}, {'V', kAud + kP}});
+        // A clur block inside zero padding doesn't split the run.
+        Row("sowt zero run with clur", "sowt",
+            {{'V', kIdr}, {'V', kP}, {'Z', Zeros(200) + QByteArray::fromHex("00800000636c7572") + Zeros(60)},
+             {'V', kIdr}, {'V', kP}});
+        Row("sowt zero run ends at a gap marker", "sowt",
+            {{'V', kIdr}, {'V', kP}, {'Z', Zeros(300)}, {'A', QByteArray::fromHex("001C0100") + Sound(200)},
+             {'V', kIdr}, {'V', kP}});
+        // A few zero samples at the head of the sound are sound, not padding:
+        // a run cut there would shift every sample behind it.
+        Row("sowt short zero stretch stays sound", "sowt",
+            {{'V', kIdr}, {'V', kP}, {'A', Zeros(20) + Sound(400)}, {'V', kIdr}, {'V', kP}});
+        Row("sowt second mdat ends the sound", "sowt",
+            {{'V', kIdr}, {'V', kP}, {'A', Sound(300)}, {'-', kMdat}, {'V', kIdr}, {'V', kP}});
+        Row("sowt unit past the end", "sowt", {{'V', kIdr}, {'V', kP}, {'V', kIdr}, {'-', kP.left(kP.size() - 5)}});
+        Row("sowt zeros only", "sowt", {{'-', Zeros(1000)}});
+        Row("twos pictures open with a delimiter", "twos",
+            {{'-', QByteArray(8, '\x22')}, {'V', kAud + kIdr}, {'V', kAud + kP}, {'A', Sound(300)},
+             {'V', kAud + kIdr}, {'-', Sound(99)}, {'V', kAud + kP}});
+        Row("twos second mdat ends the sound", "twos",
+            {{'V', kAud + kIdr}, {'A', Sound(300)}, {'-', kMdat}, {'V', kAud + kIdr}});
+        Row("twos empty", "twos", {});
+        // The atoms ahead of mdat are passed (a free atom's zeros hold no
+        // first frame), slices of one picture share a line, and a parameter
+        // set ends the chain, so what follows it up to the next picture is sound.
+        const QByteArray head = QByteArray::fromHex("00000010667479707174202000000000") + QByteArray::fromHex("00000100")
+                              + "free" + Zeros(248) + QByteArray::fromHex("00000000") + "mdat";
+        const QByteArray idr = HevcSlice(0x26, true) + HevcSlice(0x26, false), trail = HevcSlice(0x02, true);
+        Row("hevc", "hevc", {{'-', head}, {'V', idr}, {'V', trail}, {'A', Unit(0x44, 0x01, 10) + Sound(400)},
+                             {'V', idr}, {'V', trail}});
+    }
+    void lines()
+    {
+        QFETCH(QString, scanner);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, lines);
+        QCOMPARE(Scan(scanner, bytes), lines);
     }
 
-    void sowtGapBetweenPictures_data()
+    void noiseEnds()
     {
-        QTest::addColumn<int>("gap");
-        QTest::addColumn<int>("audioLines");
-        QTest::newRow("100 bytes: dropped") << 100 << 0;
-        QTest::newRow("101 bytes: a sound line") << 101 << 1;
-        QTest::newRow("4000 bytes") << 4000 << 1;
-    }
-    // Two pictures, sound, two pictures. Each picture is a line of its own;
-    // the sound line covers exactly the bytes between the two runs.
-    void sowtGapBetweenPictures()
-    {
-        QFETCH(int, gap);
-        QFETCH(int, audioLines);
-        const QByteArray head = kIdr + kP;
-        const QByteArray bytes = head + QByteArray(gap, '\x55') + kIdr + kP;
-        const Scan s = RunSowt(bytes);
-        const QList<IndexLine> video = s.of(IndexLine::Video);
-        QCOMPARE(video.size(), 4);
-        QCOMPARE(video[0].pos, 0u);
-        QCOMPARE(video[0].size, uint64_t(kIdr.size()));
-        QCOMPARE(video[1].pos, uint64_t(kIdr.size()));
-        QCOMPARE(video[2].pos, uint64_t(head.size() + gap));
-        const QList<IndexLine> audio = s.of(IndexLine::Audio);
-        QCOMPARE(audio.size(), audioLines);
-        if (audioLines) {
-            QCOMPARE(audio[0].pos, uint64_t(head.size()));
-            QCOMPARE(audio[0].size, uint64_t(gap));
-        }
-    }
-
-    // Sound ahead of the first picture has no line.
-    void sowtSoundBeforeFirstPicture()
-    {
-        const QByteArray bytes = QByteArray(500, '\x55') + kIdr + kP + QByteArray(300, '\x55') + kIdr + kP;
-        const Scan s = RunSowt(bytes);
-        QCOMPARE(s.of(IndexLine::Video).size(), 4);
-        QCOMPARE(s.of(IndexLine::Audio).size(), 1);
-        QCOMPARE(s.of(IndexLine::Audio)[0].pos, uint64_t(500 + kIdr.size() + kP.size()));
-    }
-
-    // Units of one picture (delimiter, SEI, slice) stay in one line; an SEI
-    // ahead of the first delimiter joins the first picture.
-    void sowtPicturesAreAccessUnits()
-    {
-        const QByteArray sei = Unit(0x06, 0x05, 20);
-        const QByteArray pic1 = sei + kAud + kIdr;
-        const QByteArray pic2 = kAud + kP;
-        PatternSet patterns;
-        patterns.add(0x060511);
-        Scan s;
-        const QByteArray bytes = pic1 + pic2;
-        MemoryReader r(bytes);
-        IndexScanner scanner(r, [&](const IndexLine& l) { s.lines << l; });
-        scanner.runSowt(patterns, false);
-        const QList<IndexLine> video = s.of(IndexLine::Video);
-        QCOMPARE(video.size(), 2);
-        QCOMPARE(video[0].size, uint64_t(pic1.size()));
-        QCOMPARE(video[1].pos, uint64_t(pic1.size()));
-        QCOMPARE(video[1].size, uint64_t(pic2.size()));
-    }
-
-    // Zero padding behind a picture gets a line; a clur block inside it is
-    // passed over and doesn't split it; the picture behind is found.
-    void sowtZeroRunWithClur()
-    {
-        const QByteArray head = kIdr + kP;
-        const QByteArray zeros = QByteArray(200, '\0') + QByteArray::fromHex("00800000636c7572") + QByteArray(60, '\0');
-        const QByteArray bytes = head + zeros + kIdr + kP;
-        const Scan s = RunSowt(bytes);
-        QCOMPARE(s.of(IndexLine::Video).size(), 4);
-        QCOMPARE(s.of(IndexLine::Audio).size(), 0);
-        const QList<IndexLine> zero = s.of(IndexLine::Zero);
-        QCOMPARE(zero.size(), 1);
-        QCOMPARE(zero[0].pos, uint64_t(head.size()));
-        QCOMPARE(zero[0].size, uint64_t(zeros.size()));
-    }
-
-    // A gap marker ends the zero run: the run's line stops at the marker.
-    void sowtZeroRunEndsAtMarker()
-    {
-        const QByteArray head = kIdr + kP;
-        const QByteArray bytes = head + QByteArray(300, '\0') + QByteArray::fromHex("001C0100") + QByteArray(200, '\x55')
-                               + kIdr + kP;
-        const Scan s = RunSowt(bytes);
-        const QList<IndexLine> zero = s.of(IndexLine::Zero);
-        QCOMPARE(zero.size(), 1);
-        QCOMPARE(zero[0].size, 300u);
-    }
-
-    // A second mdat header between the media data ends the sound run and
-    // is not filed with it, in both scans.
-    void secondMdatEndsSound()
-    {
-        const QByteArray mdat = QByteArray::fromHex("00100000") + QByteArray("mdat");
-        const QByteArray head = kIdr + kP;
-        const Scan s = RunSowt(head + QByteArray(300, '\x55') + mdat + kIdr + kP);
-        QCOMPARE(s.of(IndexLine::Video).size(), 4);
-        QCOMPARE(s.of(IndexLine::Audio).size(), 1);
-        QCOMPARE(s.of(IndexLine::Audio)[0].size, 300u);
-        QCOMPARE(s.of(IndexLine::Video)[2].pos, uint64_t(head.size() + 300 + mdat.size()));
-
-        const QByteArray pic = kAud + kIdr;
-        const Scan t = RunTwos(pic + QByteArray(300, '\x55') + mdat + pic);
-        QCOMPARE(t.of(IndexLine::Video).size(), 2);
-        QCOMPARE(t.of(IndexLine::Audio).size(), 1);
-        QCOMPARE(t.of(IndexLine::Audio)[0].size, 300u);
-    }
-
-    // A few zero samples at the head of the sound are sound, not padding:
-    // the sound line keeps them, so no sample is shifted.
-    void sowtShortZeroStretchStaysSound()
-    {
-        const QByteArray head = kIdr + kP;
-        const QByteArray sound = QByteArray(20, '\0') + QByteArray(400, '\x55');
-        const Scan s = RunSowt(head + sound + kIdr + kP);
-        QCOMPARE(s.of(IndexLine::Zero).size(), 0);
-        const QList<IndexLine> audio = s.of(IndexLine::Audio);
-        QCOMPARE(audio.size(), 1);
-        QCOMPARE(audio[0].pos, uint64_t(head.size()));
-        QCOMPARE(audio[0].size, uint64_t(sound.size()));
-    }
-
-    // twos: pictures open with a delimiter; timecode markers are stepped
-    // over, not filed as sound.
-    // HEVC with lpcm sound: the atoms ahead of mdat are passed (the zeros of
-    // a free atom hold no first frame), slices of one picture share a line
-    // until a slice opens the next picture, and a parameter set ends the
-    // chain, so what follows up to the next picture is sound.
-    void hevcPcmScan()
-    {
-        auto slice = [](uint8_t header, bool firstInPicture) {
-            QByteArray u = Unit(header, 0x01, 30);
-            u[6] = char(firstInPicture ? 0x80 : 0x11);
-            return u;
-        };
-        const QByteArray idr = slice(0x26, true) + slice(0x26, false);   // two slices, one picture
-        const QByteArray trail = slice(0x02, true);
-        const QByteArray pps = Unit(0x44, 0x01, 10);
-        const QByteArray sound(400, '\x55');
-        QByteArray head = QByteArray::fromHex("00000010667479707174202000000000");
-        head += QByteArray::fromHex("00000100") + "free" + QByteArray(248, '\0');
-        head += QByteArray::fromHex("00000000") + "mdat";
-        const QByteArray bytes = head + idr + trail + pps + sound + idr + trail;
-        PatternSet patterns;
-        patterns.add(0x260180);
-        Scan s;
-        MemoryReader r(bytes);
-        IndexScanner scanner(r, [&](const IndexLine& l) { s.lines << l; });
-        scanner.runHevcPcm(patterns);
-        const QList<IndexLine> video = s.of(IndexLine::Video);
-        QCOMPARE(video.size(), 4);
-        QCOMPARE(video[0].pos, uint64_t(head.size()));
-        QCOMPARE(video[0].size, uint64_t(idr.size()));
-        QCOMPARE(video[1].size, uint64_t(trail.size()));
-        const QList<IndexLine> audio = s.of(IndexLine::Audio);
-        QCOMPARE(audio.size(), 1);
-        QCOMPARE(audio[0].pos, uint64_t(head.size() + idr.size() + trail.size()));
-        QCOMPARE(audio[0].size, uint64_t(pps.size() + sound.size()));
-        QCOMPARE(s.of(IndexLine::Zero).size(), 0);
-    }
-
-    void twosSteersByDelimiters()
-    {
-        const QByteArray pic = kAud + kIdr;
-        const QByteArray pic2 = kAud + kP;
-        const QByteArray sound = QByteArray(300, '\x55');
-        const QByteArray bytes = QByteArray(8, '\x22') + pic + pic2 + sound + pic + QByteArray(99, '\x55') + pic2;
-        const Scan s = RunTwos(bytes);
-        const QList<IndexLine> video = s.of(IndexLine::Video);
-        QCOMPARE(video.size(), 4);
-        QCOMPARE(video[0].pos, 8u);
-        QCOMPARE(video[0].size, uint64_t(pic.size()));
-        const QList<IndexLine> audio = s.of(IndexLine::Audio);
-        QCOMPARE(audio.size(), 1);   // the 99-byte gap has no line
-        QCOMPARE(audio[0].pos, uint64_t(8 + pic.size() + pic2.size()));
-        QCOMPARE(audio[0].size, 300u);
-    }
-
-    // A unit whose length runs past the end is not indexed, and noise gives
-    // no line at all: the scans end.
-    void truncatedAndNoise()
-    {
-        QByteArray cut = kIdr + kP + kIdr + kP;
-        cut.chop(5);
-        QCOMPARE(RunSowt(cut).of(IndexLine::Video).size(), 3);
-
         QByteArray noise(1 << 20, '\0');
         for (int i = 0; i < noise.size(); ++i)
             noise[i] = char((uint32_t(i) * 7919u + uint32_t(i >> 5)) & 0xFF);
-        RunSowt(noise);
-        RunTwos(noise);
-        QCOMPARE(RunTwos(QByteArray()).lines.size(), 0);
-        QCOMPARE(RunSowt(QByteArray(1000, '\0')).lines.size(), 0);
+        for (const char* scanner : {"sowt", "twos", "hevc"})
+            Scan(QLatin1String(scanner), noise);
     }
 
     void pcmTexts()
@@ -284,12 +149,6 @@ private Q_SLOTS:
         QCOMPARE(PcmChannelText(6), QStringLiteral("2"));
         QCOMPARE(PcmChannelText(0), QStringLiteral("2"));
         QCOMPARE(PcmChannelText(1), QStringLiteral("1"));
-        const QString cmd = MuxVideoAndPcmCommand(QStringLiteral("/w d/video.h264"), PcmFormatText(16, QString()),
-                                                  PcmRateText(0), PcmChannelText(6), QStringLiteral("/w d/Audio.pcm"),
-                                                  QStringLiteral("out.mov"));
-        QVERIFY(cmd.endsWith(QStringLiteral(
-            "  -i \"/w d/video.h264\" -f s16le -ar 48000 -ac 2 -i \"/w d/Audio.pcm\" -c:v copy -c:a aac "
-            "-preset ultrafast \"out.mov\"")));
     }
 };
 
