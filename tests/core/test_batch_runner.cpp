@@ -1,8 +1,8 @@
-// reelwright-batch: usage errors, JSON lines, exit codes and Ctrl-C.
+// reelwright-batch: usage errors, JSON lines and verdicts for bad input,
+// the work root, exit codes and Ctrl-C.
 #include "support/test_videos.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QProcess>
 #include <QtTest>
@@ -38,31 +38,54 @@ private Q_SLOTS:
         QVERIFY(r.stderrText.startsWith("reelwright-batch: "));
     }
 
-    void verdictLinesAndEnd()
+    // Missing, unreadable, empty and tiny files, a folder, names with blanks and
+    // non-ASCII letters: each gets a negative verdict in the engine's order,
+    // nothing is written beside Repaired, and the inputs stay as they were.
+    void verdictLinesForBadInput()
     {
-        const QString a = m_dir + QStringLiteral("/broken clip.mov");
-        const QString b = m_dir + QStringLiteral("/zeros.avi");
-        writeAll(a, QByteArray(1000, '\x11'));
-        writeAll(b, QByteArray(5000, '\0'));
-        const QString hashA = sha256(a);
-        const BatchResult r = runBatch({a, b});
+        QDir().mkpath(m_dir + QStringLiteral("/folder.mov"));
+        const QList<QPair<QString, QByteArray>> made = {
+            {"broken clip.mov", QByteArray(1000, '\x11')}, {"empty.mp4", QByteArray()},
+            {"with blanks ä ö.mov", QByteArray(100, 'z')}, {"tiny.m4v", QByteArray("\0\0\0\x08", 4)},
+            {"unreadable.mov", QByteArray(500, '\x22')}, {"zeros.avi", QByteArray(5000, '\0')}};
+        QStringList files, hashes;
+        for (const auto& m : made) {
+            files << m_dir + QLatin1Char('/') + m.first;
+            writeAll(files.last(), m.second);
+            hashes << sha256(files.last());
+        }
+        QFile::setPermissions(m_dir + QStringLiteral("/unreadable.mov"), QFileDevice::WriteOwner);   // not for root
+        files.insert(1, m_dir + QStringLiteral("/missing.mov"));
+        files.insert(2, m_dir + QStringLiteral("/folder.mov"));
+
+        const BatchResult r = runBatch(files);
         QCOMPARE(r.exitCode, 0);
         const QList<QJsonObject> v = r.verdicts();
-        QVERIFY(v.size() >= 2);
-        QCOMPARE(v.first().value("signal").toString(), QStringLiteral("WriteStatus"));
+        for (const QString& f : files) {
+            const QString name = QFileInfo(f).fileName();
+            const bool avi = name.endsWith(QLatin1String(".avi"));
+            const auto it = std::find_if(v.begin(), v.end(), [&](const QJsonObject& o) {
+                return o.value("file").toString() == name;
+            });
+            QVERIFY2(it != v.end(), qPrintable(name));
+            QCOMPARE(it->value("signal").toString(), QString::fromLatin1(avi ? "WriteAVIFileStatus" : "WriteStatus"));
+            QCOMPARE(it->value("repaired").toBool(true), false);
+            QCOMPARE(it->contains("defaultCodec"), !avi);
+            if (!avi)
+                QCOMPARE(it->value("defaultCodec").toBool(true), false);
+        }
         QCOMPARE(v.first().value("file").toString(), QStringLiteral("broken clip.mov"));
-        QCOMPARE(v.first().value("repaired").toBool(true), false);
-        QVERIFY(v.first().contains("defaultCodec"));
-        QCOMPARE(v.last().value("signal").toString(), QStringLiteral("WriteAVIFileStatus"));
         QCOMPARE(v.last().value("file").toString(), QStringLiteral("zeros.avi"));
-        QVERIFY(!v.last().contains("defaultCodec"));
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
         QVERIFY(r.end().value("outputs").isArray());
         for (const QJsonValue& out : r.end().value("outputs").toArray())   // no file is named that wasn't made
             QVERIFY2(QFileInfo(out.toString()).isFile(), qPrintable(out.toString()));
         QCOMPARE(r.lines.last(), r.end());
         QVERIFY(r.stderrText.contains("broken clip.mov"));   // progress line
-        QCOMPARE(sha256(a), hashA);
+        QFile::setPermissions(m_dir + QStringLiteral("/unreadable.mov"), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        for (int i = 0; i < made.size(); ++i)
+            QCOMPARE(sha256(m_dir + QLatin1Char('/') + made[i].first), hashes[i]);
+        QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), made.size() + 3);
     }
 
     void quietAndWorkRoot()
@@ -75,7 +98,9 @@ private Q_SLOTS:
         QCOMPARE(r.exitCode, 0);
         QVERIFY(r.stderrText.isEmpty());
         QVERIFY(QFileInfo(root + QStringLiteral("/Repaired/logFile.txt")).isFile());
+        QVERIFY(!QFileInfo(root + QStringLiteral("/.hidden")).exists());
         QVERIFY(!QFileInfo(m_dir + QStringLiteral("/Repaired")).exists());
+        QVERIFY(!QFileInfo(m_dir + QStringLiteral("/.hidden")).exists());
     }
 
     void interruptAbortsTheRun()

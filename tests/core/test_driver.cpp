@@ -1,11 +1,11 @@
 // The per-file driver: run signals and progress, the Repaired workspace,
-// suffix routing, and bad input. The input is never changed.
+// suffix routing and the reference pass. Bad input and the work root are
+// tested through the batch runner.
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
 #include "support/test_videos.h"
 
 #include <QDir>
-#include <QFile>
 #include <QtTest>
 
 using namespace testvideo;
@@ -16,42 +16,45 @@ class TestDriver : public QObject {
 
     QString touch(const QString& name, const QByteArray& bytes = QByteArray(64, 'x'))
     {
-        const QString p = m_dir + QLatin1Char('/') + name;
-        writeAll(p, bytes);
-        return p;
+        writeAll(m_dir + QLatin1Char('/') + name, bytes);
+        return m_dir + QLatin1Char('/') + name;
     }
 
 private Q_SLOTS:
     void init()
     {
         m_dir = freshDir(QStringLiteral("driver"));
-        g_stopRequested = false;
-        g_referenceMode = false;
-        g_forgetReference = false;
+        g_stopRequested = g_referenceMode = g_forgetReference = false;
         g_referencePath.clear();
         g_customWorkRoot.clear();
         g_repairedPaths.clear();
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    void progressForOneAndTwoFiles()
+    void progress_data()
     {
-        {
-            ThreadVideoRepair t;
-            SignalLog log(t);
-            SignalLog::runAndWait(t, {touch(QStringLiteral("a.mov"))});
-            QCOMPARE(log.matching(QStringLiteral("OverAllProgressValue")),
-                     QStringList({"OverAllProgressValue 0 0", "OverAllProgressValue 0 0"}));
-            QCOMPARE(log.all().last(), QStringLiteral("RepairFinish"));
-        }
-        {
-            ThreadVideoRepair t;
-            SignalLog log(t);
-            SignalLog::runAndWait(t, {touch(QStringLiteral("a.mov")), touch(QStringLiteral("b.mp4"))});
-            QCOMPARE(log.matching(QStringLiteral("OverAllProgressValue")),
-                     QStringList({"OverAllProgressValue 0 0", "OverAllProgressValue 1 50", "OverAllProgressValue 2 100"}));
-            QCOMPARE(log.matching(QStringLiteral("OverAllProgressBarMax")), QStringList({"OverAllProgressBarMax 2"}));
-        }
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("one file") << QStringList({"a.mov"})
+                                  << QStringList({"OverAllProgressValue 0 0", "OverAllProgressValue 0 0"});
+        QTest::newRow("two files") << QStringList({"a.mov", "b.mp4"})
+                                   << QStringList({"OverAllProgressValue 0 0", "OverAllProgressValue 1 50",
+                                                   "OverAllProgressValue 2 100"});
+    }
+    void progress()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QStringList, expected);
+        QStringList files;
+        for (const QString& n : names)
+            files << touch(n);
+        ThreadVideoRepair t;
+        SignalLog log(t);
+        SignalLog::runAndWait(t, files);
+        QCOMPARE(log.matching(QStringLiteral("OverAllProgressValue")), expected);
+        QCOMPARE(log.matching(QStringLiteral("OverAllProgressBarMax")),
+                 QStringList({QStringLiteral("OverAllProgressBarMax %1").arg(files.size())}));
+        QCOMPARE(log.all().last(), QStringLiteral("RepairFinish"));
     }
 
     void emptyListAndEarlyStop()
@@ -73,39 +76,23 @@ private Q_SLOTS:
 
     void workspaceBesideTheSource()
     {
-        const QString src = touch(QStringLiteral("clip.mov"));
-        const QString before = sha256(src);
-        ThreadVideoRepair t;
-        SignalLog::runAndWait(t, {src});
-        QVERIFY(QFileInfo(m_dir + QStringLiteral("/Repaired/logFile.txt")).isFile());
-        QCOMPARE(readAll(m_dir + QStringLiteral("/.hidden")), QByteArray("Repaired\n"));
-        QCOMPARE(sha256(src), before);
-        // A second run keeps a single .hidden line.
-        SignalLog::runAndWait(t, {src});
-        QCOMPARE(readAll(m_dir + QStringLiteral("/.hidden")), QByteArray("Repaired\n"));
-        QStringList entries = QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        entries.sort();
-        QCOMPARE(entries, QStringList({".hidden", "Repaired", "clip.mov"}));
-    }
-
-    void customWorkRootAndStaleTempFolder()
-    {
-        const QString root = freshDir(QStringLiteral("root"));
-        g_customWorkRoot = root;
-        const QString src = touch(QStringLiteral("clip.mp4"));
-        ThreadVideoRepair t;
-        SignalLog::runAndWait(t, {src});
-        QVERIFY(QFileInfo(root + QStringLiteral("/Repaired/logFile.txt")).isFile());
-        QVERIFY(!QFileInfo(root + QStringLiteral("/.hidden")).exists());
-        QVERIFY(!QDir(m_dir + QStringLiteral("/Repaired")).exists());
-        QDir(root).removeRecursively();
-
         // A first pass clears a Repaired folder left in the temporary folder.
-        g_customWorkRoot.clear();
         const QString stale = QDir::tempPath() + QStringLiteral("/Repaired");
         QDir().mkpath(stale);
         writeAll(stale + QStringLiteral("/old.mov"), "x");
-        SignalLog::runAndWait(t, {src});
+
+        const QString src = touch(QStringLiteral("clip.mov"));
+        const QString before = sha256(src);
+        ThreadVideoRepair t;
+        for (int run = 0; run < 2; ++run) {   // a second run keeps a single .hidden line
+            SignalLog::runAndWait(t, {src});
+            QVERIFY(QFileInfo(m_dir + QStringLiteral("/Repaired/logFile.txt")).isFile());
+            QCOMPARE(readAll(m_dir + QStringLiteral("/.hidden")), QByteArray("Repaired\n"));
+        }
+        QCOMPARE(sha256(src), before);
+        QStringList entries = QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        entries.sort();
+        QCOMPARE(entries, QStringList({".hidden", "Repaired", "clip.mov"}));
         QVERIFY(!QFileInfo(stale).exists());
     }
 
@@ -133,52 +120,26 @@ private Q_SLOTS:
         SignalLog::runAndWait(t, {touch(name, QByteArray(4096, '\0'))});
         const QStringList verdicts = log.matching(signal + QLatin1Char(' '));
         QVERIFY2(!verdicts.isEmpty(), qPrintable(log.all().join(QLatin1String(" | "))));
-        for (const QString& v : verdicts)
-            QVERIFY2(v.startsWith(signal + QStringLiteral(" 0 ")), qPrintable(v));   // nothing to repair in zeros
+        for (const QString& v : verdicts)   // nothing to repair in zeros
+            QVERIFY2(v.startsWith(signal + QStringLiteral(" 0 ")), qPrintable(v));
     }
 
-    void badInputGetsAVerdict()
-    {
-        const QString folder = m_dir + QStringLiteral("/folder.mov");
-        QDir().mkpath(folder);
-        const QStringList files{
-            m_dir + QStringLiteral("/missing.mov"),
-            folder,
-            touch(QStringLiteral("empty.mp4"), QByteArray()),
-            touch(QStringLiteral("with blanks ä ö.mov"), QByteArray(100, 'z')),
-            touch(QStringLiteral("tiny.m4v"), QByteArray("\0\0\0\x08", 4)),
-        };
-        ThreadVideoRepair t;
-        SignalLog log(t);
-        SignalLog::runAndWait(t, files);
-        const QStringList verdicts = log.matching(QStringLiteral("WriteStatus"));
-        for (const QString& f : files) {
-            const QString name = QFileInfo(f).fileName();
-            QVERIFY2(verdicts.contains(QStringLiteral("WriteStatus 0 %1 0").arg(name)), qPrintable(name));
-        }
-        QCOMPARE(log.all().last(), QStringLiteral("RepairFinish"));
-        QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 6);
-    }
-
-    void unreadableReferenceIsNotARepair()
+    // A sample that can't be read is no repair; a forgotten sample turns the
+    // pass back into a first pass.
+    void referencePass()
     {
         g_referenceMode = true;
         g_referencePath = m_dir + QStringLiteral("/no-such-sample.mov");
-        ThreadVideoRepair t;
-        SignalLog log(t);
-        SignalLog::runAndWait(t, {touch(QStringLiteral("clip.mov"))}, true);
-        QCOMPARE(log.all().first(), QStringLiteral("OverAllProgressValue 0 0"));
-        QVERIFY(log.all().contains(QStringLiteral("disableAddReferenceBtn")));
-        QVERIFY(log.all().contains(QStringLiteral("WriteStatus 0 clip.mov 0")));
-        QVERIFY(!log.all().contains(QStringLiteral("WriteStatus 1 clip.mov 0")));
-        g_referenceMode = false;
-    }
-
-    void forgetReferenceDropsIt()
-    {
-        g_referenceMode = true;
+        {
+            ThreadVideoRepair t;
+            SignalLog log(t);
+            SignalLog::runAndWait(t, {touch(QStringLiteral("clip.mov"))}, true);
+            QCOMPARE(log.all().first(), QStringLiteral("OverAllProgressValue 0 0"));
+            QVERIFY(log.all().contains(QStringLiteral("disableAddReferenceBtn")));
+            QVERIFY(log.all().contains(QStringLiteral("WriteStatus 0 clip.mov 0")));
+            QVERIFY(!log.all().contains(QStringLiteral("WriteStatus 1 clip.mov 0")));
+        }
         g_forgetReference = true;
-        g_referencePath = m_dir + QStringLiteral("/sample.mov");
         ThreadVideoRepair t;
         SignalLog log(t);
         SignalLog::runAndWait(t, {touch(QStringLiteral("clip.mov"))});
