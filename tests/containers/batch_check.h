@@ -1,0 +1,65 @@
+#pragma once
+// Shared by the container tests: reelwright-batch on a set of inputs, with
+// what every run must keep (exit code 0, one verdict per input, no input
+// changed), and seeded random bytes for hostile input.
+#include "support/test_videos.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QRandomGenerator>
+
+namespace containers {
+
+inline QString repairedPath(const QString& input, const QString& name = QString())
+{
+    const QFileInfo f(input);
+    return f.absolutePath() + "/Repaired/" + (name.isEmpty() ? f.fileName() : name);
+}
+
+inline QByteArray randomBytes(int size, quint32 seed)
+{
+    QByteArray b(size, '\0');
+    QRandomGenerator(seed).fillRange(reinterpret_cast<quint32*>(b.data()), size / 4);
+    return b;
+}
+
+struct Batch {
+    QString fault;            // empty when the run kept every rule above
+    QList<bool> repaired;     // the verdict of each input
+    QStringList signalNames;  // the signal that carried each verdict
+    QStringList outputs;      // as the closing line lists them
+    bool ok(int i = 0) const { return repaired.value(i); }
+};
+
+// Runs the batch runner on inputs already on disk, with args in front.
+inline Batch repairFiles(const QStringList& inputs, const QStringList& args = {}, int timeoutMs = 120000)
+{
+    QStringList hashes;
+    for (const QString& in : inputs)
+        hashes << testvideo::sha256(in);
+    const testvideo::BatchResult r = testvideo::runBatch(args + QStringList{"--quiet"} + inputs, timeoutMs);
+    Batch b;
+    for (const QJsonObject& v : r.verdicts()) {
+        b.repaired << v.value("repaired").toBool();
+        b.signalNames << v.value("signal").toString();
+    }
+    for (const QJsonValue& o : r.end().value("outputs").toArray())
+        b.outputs << o.toString();
+    if (r.exitCode != 0)
+        b.fault = QString("exit code %1: %2").arg(r.exitCode).arg(QString::fromUtf8(r.stderrText));
+    else if (b.repaired.size() != inputs.size())
+        b.fault = QString("%1 verdicts for %2 inputs").arg(b.repaired.size()).arg(inputs.size());
+    for (int i = 0; i < inputs.size(); ++i)
+        if (testvideo::sha256(inputs[i]) != hashes[i])
+            b.fault = inputs[i] + " changed";
+    return b;
+}
+
+inline Batch repairBytes(const QString& path, const QByteArray& bytes, const QStringList& args = {})
+{
+    if (!testvideo::writeAll(path, bytes))
+        return Batch{"cannot write " + path, {}, {}, {}};
+    return repairFiles({path}, args);
+}
+
+} // namespace containers
