@@ -1,11 +1,13 @@
-// The stream scanner on crafted byte streams: chains of length-prefixed units,
-// filler runs, the two-byte delimiter, a damaged length, interleaved audio,
-// and the frame-size cap. Also the reduction to unique records and the
-// pattern set it feeds.
+// The stream scanner on crafted byte streams (chains of length-prefixed
+// units, filler runs, the delimiter, a damaged length, interleaved audio,
+// the frame-size cap, hostile bytes) and the pieces it is built from: bit
+// strings, ADTS headers, the NAL start sets, filler runs, the reduction to
+// unique records and the pattern set.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "recovery/h264/bit_tools.h"
 #include "recovery/h264/h264_recovery.h"
+#include "recovery/h264/nal_sets.h"
 #include "recovery/h264/stream_scanner.h"
 #include "support/test_videos.h"
 
@@ -16,7 +18,9 @@ using namespace testvideo;
 
 namespace {
 
-const QByteArray kParams = QByteArray::fromHex("0000000167640028AC") + QByteArray::fromHex("0000000168EE3C80");
+const QByteArray kParams = QByteArray::fromHex("0000000167640028AC0000000168EE3C80");
+const QByteArray kSc = QByteArray::fromHex("00000001");
+const QByteArray kPattern = QByteArray::fromHex("211A8F");
 
 QByteArray Be32(uint32_t v)
 {
@@ -26,45 +30,30 @@ QByteArray Be32(uint32_t v)
     return b;
 }
 
-// A unit of the given NAL header byte and payload length (header included).
-QByteArray Unit(uint8_t header, int length, char fill = 0x5A)
+// A unit of the given NAL header byte and length (header included).
+QByteArray Unit(uint8_t header, int length) { return Be32(uint32_t(length)) + char(header) + QByteArray(length - 1, 0x5A); }
+QByteArray AudioFrame(int size, const QByteArray& start = kPattern) { return start + QByteArray(size - 3, 0x33); }
+// Any mdat size but 0 and 1 puts the scan right behind the header.
+const QByteArray kMdat = Be32(1u << 20) + "mdat";
+
+int AdtsLength(const char* h)
 {
-    return Be32(uint32_t(length)) + char(header) + QByteArray(length - 1, fill);
+    const auto* b = reinterpret_cast<const uint8_t*>(h);
+    return (b[3] & 3) << 11 | b[4] << 3 | b[5] >> 5;
 }
 
-// An audio frame that starts with a learnt pattern.
-QByteArray AudioFrame(int size, QByteArray start = QByteArray::fromHex("211A8F"))
-{
-    return start + QByteArray(size - 3, 0x33);
-}
-
-// The mdat's size is not checked by the scan; any size but 0 and 1 puts the
-// scan right behind the header.
-QByteArray MdatHead(uint32_t size = 1u << 20)
-{
-    return Be32(size) + "mdat";
-}
-
-// Splits an Annex B stream at its start codes.
-QList<QByteArray> Units(const QByteArray& stream)
+QList<QByteArray> Payloads(const QList<QByteArray>& units)
 {
     QList<QByteArray> out;
-    const QByteArray sc = QByteArray::fromHex("00000001");
-    int at = stream.indexOf(sc);
-    while (at >= 0) {
-        const int next = stream.indexOf(sc, at + 4);
-        out << stream.mid(at + 4, next < 0 ? -1 : next - at - 4);
-        at = next;
-    }
+    for (const QByteArray& u : units)
+        out << u.mid(4);
     return out;
 }
 
 struct ScanResult {
-    QList<QByteArray> units;
-    QByteArray audio;
-    int gaps = 0;
-    int audioRuns = 0;
-    uint64_t audioFrames = 0;
+    QByteArray stream, audio;
+    QList<QByteArray> units;   // payloads in the stream, parameter sets left out
+    int gaps = 0, audioRuns = 0, audioFrames = 0;
 };
 
 } // namespace
@@ -87,30 +76,16 @@ class TestStreamScanner : public QObject {
         s.run();
         video.close();
         audio.close();
-        ScanResult r;
-        r.units = Units(readAll(m_dir + QStringLiteral("/video.h264")));
-        r.audio = readAll(m_dir + QStringLiteral("/audio.aac"));
-        r.gaps = s.frameGapCount();
-        r.audioRuns = s.audioRunCount();
-        r.audioFrames = s.audioFrames();
+        ScanResult r{readAll(m_dir + QStringLiteral("/video.h264")), readAll(m_dir + QStringLiteral("/audio.aac")),
+                     {}, s.frameGapCount(), s.audioRunCount(), int(s.audioFrames())};
+        for (int at = r.stream.indexOf(kSc); at >= 0;) {
+            const int next = r.stream.indexOf(kSc, at + 4);
+            const QByteArray payload = r.stream.mid(at + 4, next < 0 ? -1 : next - at - 4);
+            if (payload != kParams.mid(4, 5) && payload != kParams.mid(13))
+                r.units << payload;
+            at = next;
+        }
         return r;
-    }
-
-    // The payloads of the units as the scanner should give them back.
-    static QList<QByteArray> Payloads(const QList<QByteArray>& units)
-    {
-        QList<QByteArray> out;
-        for (const QByteArray& u : units)
-            out << u.mid(4);
-        return out;
-    }
-    static QList<QByteArray> WithoutParams(const QList<QByteArray>& units)
-    {
-        QList<QByteArray> out;
-        for (const QByteArray& u : units)
-            if (u != kParams.mid(4, 5) && u != kParams.mid(13))
-                out << u;
-        return out;
     }
 
 private Q_SLOTS:
@@ -122,31 +97,100 @@ private Q_SLOTS:
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    void chainedUnitsInBothModes()
+    void bitStringsAndAdtsHeaders()
     {
-        const QList<QByteArray> units = {Unit(0x06, 20), Unit(0x65, 9000), Unit(0x41, 300),
-                                         Unit(0x01, 5000), Unit(0x41, 40000), Unit(0x01, 77)};
-        QByteArray file = QByteArray::fromHex("00000014667479706D703432000000006D703432") + MdatHead();
-        for (const QByteArray& u : units)
-            file += u;
-        for (bool audioMode : {true, false}) {
-            const ScanResult r = scan(file, audioMode);
-            // The parameter sets stand once, at the head; the last unit ends
-            // at the end of the file and is whole.
-            QCOMPARE(r.units.mid(2), Payloads(units));
-            QCOMPARE(r.gaps, 0);
+        QCOMPARE(IntToBitString(2, 3), QStringLiteral("010"));
+        QCOMPARE(IntToBitString(8191, 13), QString(13, QLatin1Char('1')));
+        QCOMPARE(IntToBitString(-5, 3), QStringLiteral("000"));
+        QCOMPARE(IntToBitString(9, 3), QStringLiteral("1001"));   // not cut
+        QCOMPARE(BitStringToHexText(QStringLiteral("11111111111100010101000010000000")), QStringLiteral("FF F1 50 80"));
+        const uint8_t be[4] = {0x12, 0x34, 0x56, 0x78};
+        QCOMPARE(ReadBigEndian32(be), 0x12345678u);
+        QCOMPARE(ReadBigEndian32(nullptr), 0u);
+
+        for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000; two channels always
+            g_audioSampleRate = rate;
+            g_audioChannels = 1;
+            QVERIFY(BuildAdtsHeader(100));
+            QCOMPARE(g_audioSampleRate, int64_t(48000));
+            QCOMPARE(g_audioChannels, int64_t(2));
+            QCOMPARE((AdtsHeaderBytes[2] >> 2) & 0xF, 3);
         }
+        g_audioSampleRate = 44100;
+        QVERIFY(BuildAdtsHeader(0x173 - 7));
+        QByteArray header;
+        for (int b : AdtsHeaderBytes)
+            header.append(char(b));
+        QCOMPARE(header, QByteArray::fromHex("FFF150802E7FFC"));
+        QVERIFY(BuildAdtsHeader(8184));   // the largest frame: thirteen bits, header included
+        for (int i = 0; i < 7; ++i)
+            header[i] = char(AdtsHeaderBytes[i]);
+        QCOMPARE(AdtsLength(header.constData()), 8191);
+        g_audioSampleRate = 12345;   // no frequency index: refused
+        QVERIFY(!BuildAdtsHeader(100));
     }
 
-    void delimiterUnitsChain()
+    void nalStartsAndFillerRuns()
     {
+        const NalStartSet all[] = {NalStartSet::ReferenceNalBytes, NalStartSet::StreamFirstBytes,
+                                   NalStartSet::StreamBytes,       NalStartSet::VideoOnlyFirstBytes,
+                                   NalStartSet::VideoOnlyBytes,    NalStartSet::IndexScanBytes};
+        MemoryReader aud(QByteArray::fromHex("00000002091000000003090000000000"));
+        MemoryReader big(QByteArray::fromHex("0100000065"));
+        for (NalStartSet s : all) {
+            QVERIFY(IsNalStart(aud, 0, s));
+            QVERIFY(!IsNalStart(aud, 6, s));
+            QVERIFY(!IsNalStart(big, 0, s));   // b0 not 0
+        }
+        auto pass = [](uint8_t b4, uint8_t b5, NalStartSet s) {
+            const uint8_t b[6] = {0, 0, 0x10, 0, b4, b5};
+            return IsNalStartBytes(b, s);
+        };
+        QVERIFY(pass(0x0E, 0, NalStartSet::ReferenceNalBytes));
+        QVERIFY(!pass(0x0E, 0, NalStartSet::StreamBytes));
+        QVERIFY(pass(0x0C, 0, NalStartSet::StreamBytes));
+        QVERIFY(!pass(0x0C, 0, NalStartSet::StreamFirstBytes));
+        QVERIFY(!pass(0x67, 0, NalStartSet::IndexScanBytes));
+        QVERIFY(pass(0x67, 0, NalStartSet::StreamFirstBytes));
+        QVERIFY(pass(0x02, 0x01, NalStartSet::VideoOnlyBytes));
+        QVERIFY(!pass(0x02, 0x00, NalStartSet::VideoOnlyFirstBytes));
+        QVERIFY(!pass(0x02, 0x01, NalStartSet::StreamBytes));
+        QVERIFY(pass(0x40, 0, NalStartSet::VideoOnlyFirstBytes));
+        QVERIFY(!pass(0x40, 0, NalStartSet::ReferenceNalBytes));
+        MemoryReader tail(QByteArray::fromHex("000000"));   // past the end the missing bytes read as zero
+        QVERIFY(!IsNalStart(tail, 0, NalStartSet::StreamBytes));
+
+        MemoryReader r(QByteArray(128, '\0') + QByteArray(128, char(0xFF)) + QByteArray(127, char(0xFF)) + '\x01');
+        QVERIFY(IsFillerRun(r, 0, 128));
+        QVERIFY(IsFillerRun(r, 128, 128));
+        QVERIFY(!IsFillerRun(r, 64, 128));   // mixed zeros and 0xFF
+        QVERIFY(!IsFillerRun(r, 256, 128));
+    }
+
+    // The parameter sets stand once, at the head; the last unit ends at the
+    // end of the file and is whole.
+    void chains_data()
+    {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QList<QByteArray>>("units");
         const QByteArray aud = QByteArray::fromHex("0000000209F0");
-        const QList<QByteArray> units = {aud, Unit(0x65, 100), aud, Unit(0x41, 50), aud, Unit(0x01, 60)};
-        QByteArray file = MdatHead();
-        for (const QByteArray& u : units)
-            file += u;
-        QCOMPARE(scan(file, true).units.mid(2), Payloads(units));
-        QCOMPARE(scan(file, false).units.mid(2), Payloads(units));
+        QTest::newRow("chained units") << QByteArray::fromHex("00000014667479706D703432000000006D703432") + kMdat
+                                       << QList<QByteArray>{Unit(0x06, 20), Unit(0x65, 9000), Unit(0x41, 300),
+                                                            Unit(0x01, 5000), Unit(0x41, 40000), Unit(0x01, 77)};
+        QTest::newRow("delimiter units") << kMdat << QList<QByteArray>{aud, Unit(0x65, 100), aud, Unit(0x41, 50),
+                                                                      aud, Unit(0x01, 60)};
+    }
+    void chains()
+    {
+        QFETCH(QByteArray, head);
+        QFETCH(QList<QByteArray>, units);
+        for (bool audioMode : {true, false}) {
+            const ScanResult r = scan(head + units.join(QByteArray()), audioMode);
+            QVERIFY(r.stream.startsWith(kParams + kSc));
+            QCOMPARE(r.stream.count(kParams), 1);
+            QCOMPARE(r.units, Payloads(units));
+            QCOMPARE(r.gaps, 0);
+        }
     }
 
     void fillerRunsAreCrossed_data()
@@ -159,121 +203,105 @@ private Q_SLOTS:
         QTest::newRow("zeros 4096") << '\0' << 4096;
         QTest::newRow("0xFF 1031") << '\xFF' << 1031;
     }
+    // No unit is lost to the run: the one before it is judged good when the
+    // chain is found again behind it.
     void fillerRunsAreCrossed()
     {
         QFETCH(char, fill);
         QFETCH(int, length);
         const QList<QByteArray> before = {Unit(0x65, 1000), Unit(0x41, 200)};
         const QList<QByteArray> after = {Unit(0x41, 300), Unit(0x01, 400), Unit(0x41, 50)};
-        QByteArray file = MdatHead();
-        for (const QByteArray& u : before)
-            file += u;
-        file += QByteArray(length, fill);
-        for (const QByteArray& u : after)
-            file += u;
+        const QByteArray file = kMdat + before.join(QByteArray()) + QByteArray(length, fill) + after.join(QByteArray());
         for (bool audioMode : {true, false}) {
             const ScanResult r = scan(file, audioMode);
-            // No unit is lost to the run: the one before it is judged good
-            // when the chain is found again behind it.
-            QCOMPARE(WithoutParams(r.units), Payloads(before + after));
+            QCOMPARE(r.units, Payloads(before + after));
             if (audioMode)
                 QCOMPARE(r.gaps, 1);
         }
     }
 
+    // The second unit's length points into noise; a healthy chain starts
+    // a few kilobytes on. The damaged unit goes out with its own length, and
+    // after the gap every unit is preceded by the parameter sets again.
     void damagedLengthCostsNothing()
     {
-        // The second unit's length points into noise; a healthy chain starts
-        // a few kilobytes on. The damaged unit goes out with its own length.
         QByteArray noise(3000, '\0');
         for (int i = 0; i < noise.size(); ++i)
             noise[i] = char(0x80 | (i * 37 % 127));
         const QByteArray damaged = Be32(2000) + char(0x41) + QByteArray(99, 0x5A);
-        QByteArray file = MdatHead() + Unit(0x65, 500) + damaged + noise + Unit(0x41, 700) + Unit(0x01, 800);
+        const QByteArray file = kMdat + Unit(0x65, 500) + damaged + noise + Unit(0x41, 700) + Unit(0x01, 800);
         const ScanResult r = scan(file, true);
         QCOMPARE(r.gaps, 1);
-        const QList<QByteArray> got = WithoutParams(r.units);
-        QCOMPARE(got.size(), 4);
-        QCOMPARE(got[1], file.mid(8 + 504 + 4, 2000));
-        QCOMPARE(got[3], Unit(0x01, 800).mid(4));
-        // After the gap every unit is preceded by the parameter sets again.
-        const QByteArray stream = readAll(m_dir + QStringLiteral("/video.h264"));
-        QVERIFY(stream.endsWith(kParams + QByteArray::fromHex("00000001") + Unit(0x01, 800).mid(4)));
+        QCOMPARE(r.units.size(), 4);
+        QCOMPARE(r.units[1], file.mid(8 + 504 + 4, 2000));
+        QVERIFY(r.stream.endsWith(kParams + kSc + Unit(0x01, 800).mid(4)));
     }
 
     void interleavedAudio()
     {
         g_audioSampleRate = 44100;
-        const QByteArray p1 = QByteArray::fromHex("211A8F"), p2 = QByteArray::fromHex("211A93");
-        QByteArray file = MdatHead();
+        const QByteArray p2 = QByteArray::fromHex("211A93");
+        QByteArray file = kMdat;
         QList<QByteArray> video;
         QList<int> audioSizes;
         for (int run = 0; run < 4; ++run) {
             const QList<QByteArray> v = {Unit(run == 0 ? 0x65 : 0x41, 900 + run), Unit(0x01, 400 + run)};
-            for (const QByteArray& u : v)
-                file += u;
+            file += v.join(QByteArray()) + AudioFrame(300 + run) + AudioFrame(310, p2);
             video += v;
-            file += AudioFrame(300 + run, p1) + AudioFrame(310, p2);
             audioSizes << 300 + run << 310;
         }
-        file += Unit(0x41, 100) + Unit(0x01, 60);
         video << Unit(0x41, 100) << Unit(0x01, 60);
+        file += video[8] + video[9];
 
-        const ScanResult r = scan(file, true, {p1, p2});
-        QCOMPARE(WithoutParams(r.units), Payloads(video));
+        const ScanResult r = scan(file, true, {kPattern, p2});
+        QCOMPARE(r.units, Payloads(video));
         QCOMPARE(r.gaps, 0);
         QCOMPARE(r.audioRuns, 3);   // counted from -1: four runs ended on a valid chain
-        QCOMPARE(int(r.audioFrames), audioSizes.size());
+        QCOMPARE(r.audioFrames, audioSizes.size());
         // Each frame behind a 44.1 kHz ADTS header with its own length.
         int at = 0;
         for (int size : audioSizes) {
-            const auto* h = reinterpret_cast<const uint8_t*>(r.audio.constData() + at);
-            QCOMPARE(h[0], uint8_t(0xFF));
-            QCOMPARE((h[2] >> 2) & 0xF, 4);
-            const int length = (h[3] & 3) << 11 | h[4] << 3 | h[5] >> 5;
-            QCOMPARE(length, size + 7);
-            at += length;
+            QCOMPARE(uint8_t(r.audio[at]), uint8_t(0xFF));
+            QCOMPARE((uint8_t(r.audio[at + 2]) >> 2) & 0xF, 4);
+            QCOMPARE(AdtsLength(r.audio.constData() + at), size + 7);
+            at += size + 7;
         }
         QCOMPARE(at, r.audio.size());
         // The parameter block stands before every unit from the end of the
         // second audio run on, and not before.
-        const QByteArray stream = readAll(m_dir + QStringLiteral("/video.h264"));
-        QCOMPARE(stream.count(kParams), 1 + 3 * 2);
+        QCOMPARE(r.stream.count(kParams), 1 + 3 * 2);
     }
 
     void overlongAudioFrameIsCut()
     {
-        const QByteArray p = QByteArray::fromHex("211A8F");
-        for (int size : {8184, 8185}) {
-            g_averageAudioFrame = 640;
-            QByteArray file = MdatHead() + Unit(0x65, 100) + Unit(0x41, 80) + AudioFrame(size, p)
-                            + Unit(0x41, 90) + Unit(0x01, 70);
-            const ScanResult r = scan(file, true, {p});
-            QCOMPARE(int(r.audioFrames), 1);
-            QCOMPARE(r.audio.size(), 7 + (size == 8184 ? 8184 : 640));
-            QCOMPARE(r.audio.mid(7, 3), p);
+        // Above the cap the frame is cut to the sample's mean size; with no
+        // mean size it is dropped.
+        for (int size : {8184, 8185, 9000}) {
+            g_averageAudioFrame = size == 9000 ? 0 : 640;
+            const QByteArray file = kMdat + Unit(0x65, 100) + Unit(0x41, 80) + AudioFrame(size) + Unit(0x41, 90)
+                                  + Unit(0x01, 70);
+            const ScanResult r = scan(file, true, {kPattern});
+            QCOMPARE(r.audio.size(), size == 9000 ? 0 : 7 + (size == 8184 ? 8184 : 640));
+            if (size != 9000) {
+                QCOMPARE(r.audioFrames, 1);
+                QCOMPARE(r.audio.mid(7, 3), kPattern);
+            }
         }
-        // With no mean size from the sample an overlong frame is dropped.
-        g_averageAudioFrame = 0;
-        const QByteArray file = MdatHead() + Unit(0x65, 100) + Unit(0x41, 80) + AudioFrame(9000, p)
-                              + Unit(0x41, 90) + Unit(0x01, 70);
-        QCOMPARE(scan(file, true, {p}).audio.size(), 0);
     }
 
     void fileStartingWithAudioAndHostileBytes()
     {
-        const QByteArray p = QByteArray::fromHex("211A8F");
-        const QByteArray file = MdatHead() + AudioFrame(200, p) + AudioFrame(220, p) + Unit(0x65, 300) + Unit(0x41, 40);
-        const ScanResult r = scan(file, true, {p});
-        QCOMPARE(int(r.audioFrames), 2);
-        QCOMPARE(WithoutParams(r.units).size(), 2);
+        const QByteArray file = kMdat + AudioFrame(200) + AudioFrame(220) + Unit(0x65, 300) + Unit(0x41, 40);
+        const ScanResult r = scan(file, true, {kPattern});
+        QCOMPARE(r.audioFrames, 2);
+        QCOMPARE(r.units.size(), 2);
 
         // Zero sizes, lengths past the end, all zeros, all 0xFF: each ends.
-        QByteArray hostile = QByteArray::fromHex("00000000667265650000000000000000");
-        hostile += Be32(0x00FFFFFF) + char(0x65) + Be32(0x00FFFFFF) + char(0x41);
+        const QByteArray hostile = QByteArray::fromHex("00000000667265650000000000000000") + Be32(0x00FFFFFF) + char(0x65)
+                                 + Be32(0x00FFFFFF) + char(0x41);
         for (const QByteArray& f : {hostile, QByteArray(70000, '\0'), QByteArray(70000, '\xFF'),
                                     Be32(5) + "moov" + Unit(0x65, 10) + Be32(0) + "moov"}) {
-            scan(f, true, {QByteArray(3, '\0'), p});
+            scan(f, true, {QByteArray(3, '\0'), kPattern});
             scan(f, false);
         }
     }
@@ -281,31 +309,21 @@ private Q_SLOTS:
     void uniqueReduction()
     {
         const QString src = m_dir + QStringLiteral("/src"), dst = m_dir + QStringLiteral("/dst");
-        writeAll(src, QByteArray::fromHex("010203"));
-        ReduceToUnique(src, dst);
-        QCOMPARE(readAll(dst), QByteArray::fromHex("010203"));
-
-        QByteArray same;
-        for (int i = 0; i < 1000; ++i)
-            same += QByteArray::fromHex("211A8F");
-        writeAll(src, same + "xy");   // a short tail is ignored
-        ReduceToUnique(src, dst);
-        QCOMPARE(readAll(dst), QByteArray::fromHex("211A8F"));
-
-        // First-seen order, not sorted.
-        writeAll(src, QByteArray::fromHex("090000 010000 090000 050000 010000"));
-        ReduceToUnique(src, dst);
-        QCOMPARE(readAll(dst), QByteArray::fromHex("090000010000050000"));
-
+        auto reduce = [&](const QByteArray& in) {
+            writeAll(src, in);
+            ReduceToUnique(src, dst);
+            return readAll(dst);
+        };
+        QCOMPARE(reduce(QByteArray::fromHex("010203")), QByteArray::fromHex("010203"));
+        QCOMPARE(reduce(kPattern.repeated(1000) + "xy"), kPattern);   // a short tail is ignored
+        QCOMPARE(reduce(QByteArray::fromHex("090000 010000 090000 050000 010000")),
+                 QByteArray::fromHex("090000010000050000"));   // first-seen order, not sorted
         for (int n : {10000, 10001}) {
             QByteArray distinct;
             for (int i = 0; i < n; ++i)
                 distinct += char(i >> 16) + QByteArray(1, char(i >> 8)) + char(i);
-            writeAll(src, distinct);
-            ReduceToUnique(src, dst);
-            QCOMPARE(readAll(dst), distinct.left(30000));
+            QCOMPARE(reduce(distinct), distinct.left(30000));
         }
-
         // A missing source leaves an empty target and the chain goes on.
         ReduceToUnique(m_dir + QStringLiteral("/missing"), dst);
         QCOMPARE(readAll(dst), QByteArray());
@@ -316,7 +334,6 @@ private Q_SLOTS:
         PatternSet set;
         set.add(0);
         MemoryReader r(QByteArray::fromHex("0000000000"));
-        QVERIFY(set.matchAt(r, 0));
         QVERIFY(set.matchAt(r, 2));
         QVERIFY(!set.matchAt(r, 3));   // two real bytes and one of fill
         QVERIFY(!set.matchAt(r, 100));
@@ -326,8 +343,7 @@ private Q_SLOTS:
         PatternSet aac;
         aac.add(0x211A0B);
         aac.add(0x01409F);
-        for (const uint32_t t : {0x211A0Bu, 0x01409Fu})
-            QVERIFY(aac.has(t));
+        QVERIFY(aac.has(0x211A0B) && aac.has(0x01409F));
         for (const uint32_t t : {0x211A0Cu, 0x211B0Bu, 0x001A0Bu, 0x01409Eu, 0x21409Fu, 0x011A0Bu})
             QVERIFY2(!aac.has(t), qPrintable(QString::number(t, 16)));
     }
