@@ -1,6 +1,6 @@
-// The cached positioned reader: reads across window borders, past the end
-// (zero fill and real-byte counts), the typed helpers, the largest view, and
-// equality with a plain seek and read at random places of a random file.
+// The cached positioned reader gives exactly what a seek and a read give:
+// across window borders, past the end (zeros, real-byte counts), at the top
+// of the 64-bit range, for views larger than a window, and cheaply for far looks.
 #include "core/byte_reader.h"
 #include "support/test_videos.h"
 
@@ -12,15 +12,14 @@
 using namespace testvideo;
 
 namespace {
-
 constexpr size_t kSmallWindow = 2 * ByteReader::kAlign;   // the smallest window there is
 
 QByteArray randomBytes(int n, quint32 seed)
 {
     QRandomGenerator gen(seed);
     QByteArray b(n, '\0');
-    for (int i = 0; i < n; ++i)
-        b[i] = char(gen.bounded(256));
+    for (char& c : b)
+        c = char(gen.bounded(256));
     return b;
 }
 
@@ -28,10 +27,8 @@ QByteArray randomBytes(int n, quint32 seed)
 QByteArray expected(const QByteArray& data, uint64_t pos, size_t n)
 {
     QByteArray out(int(n), '\0');
-    if (pos < uint64_t(data.size())) {
-        const int real = int(std::min<uint64_t>(n, uint64_t(data.size()) - pos));
-        memcpy(out.data(), data.constData() + pos, size_t(real));
-    }
+    if (pos < uint64_t(data.size()))
+        memcpy(out.data(), data.constData() + pos, size_t(std::min<uint64_t>(n, uint64_t(data.size()) - pos)));
     return out;
 }
 
@@ -39,7 +36,6 @@ QByteArray viewBytes(ByteReader& r, uint64_t pos, size_t n)
 {
     return QByteArray(reinterpret_cast<const char*>(r.view(pos, n)), int(n));
 }
-
 } // namespace
 
 class TestByteReader : public QObject {
@@ -54,8 +50,8 @@ private Q_SLOTS:
         FileReader::setDefaultWindow(0);
     }
 
-    // Every read that starts or ends near a window border, with sizes that
-    // fit a window, span two, and span several.
+    // Reads and views that start or end near every window border and past the
+    // end, with sizes that fit a window, span two, and span several.
     void readsAcrossWindowBorders()
     {
         const QByteArray data = randomBytes(10 * int(kSmallWindow) + 123, 7);
@@ -66,55 +62,29 @@ private Q_SLOTS:
                 if (int64_t(border) + delta < 0)
                     continue;
                 const uint64_t pos = border + uint64_t(delta);
-                for (const size_t n : {size_t(1), size_t(4), size_t(8), size_t(4097), r.maxView(),
-                                       3 * kSmallWindow + 5}) {
+                for (const size_t n : {size_t(1), size_t(4), size_t(8), size_t(4097), r.maxView(), 3 * kSmallWindow + 5}) {
                     QByteArray got(int(n), '\x55');
                     const size_t real = r.read(pos, got.data(), n);
                     QCOMPARE(got, expected(data, pos, n));
-                    const uint64_t want = pos < uint64_t(data.size()) ? std::min<uint64_t>(n, data.size() - pos) : 0;
-                    QCOMPARE(uint64_t(real), want);
+                    QCOMPARE(uint64_t(real), pos < uint64_t(data.size()) ? std::min<uint64_t>(n, data.size() - pos) : 0);
                     if (n <= r.maxView())
                         QCOMPARE(viewBytes(r, pos, n), expected(data, pos, n));
                 }
             }
         }
+        // A view larger than the window grows it instead of handing out a short buffer.
+        for (const size_t n : {r.maxView() + 1, 3 * kSmallWindow})
+            QCOMPARE(viewBytes(r, ByteReader::kAlign - 1, n), expected(data, ByteReader::kAlign - 1, n));
+        QVERIFY(r.maxView() >= 3 * kSmallWindow);
+        QCOMPARE(viewBytes(r, 5000, 16), expected(data, 5000, 16));
     }
 
-    void pastTheEnd()
+    void typedWordsAndTheEnd()
     {
-        const QByteArray data("0123456789");
+        // A window edge inside every word.
+        const QByteArray data = QByteArray(int(ByteReader::kAlign) * 2 - 5, '\0') + QByteArray("\x01\x02\x03\x04\x05\x06\x07\x08\x09" "moov", 13);
         MemoryReader r(data, kSmallWindow);
-        char buf[16];
-        memset(buf, 'x', sizeof buf);
-        QCOMPARE(r.read(6, buf, 8), size_t(4));
-        QCOMPARE(QByteArray(buf, 8), QByteArray("6789\0\0\0\0", 8));
-        QCOMPARE(r.read(10, buf, 4), size_t(0));
-        QCOMPARE(r.read(1ull << 40, buf, 4), size_t(0));
-        QCOMPARE(QByteArray(buf, 4), QByteArray(4, '\0'));
-        // Positions at the top of the 64-bit range read as zeros too.
-        memset(buf, 'x', sizeof buf);
-        QCOMPARE(r.read(UINT64_MAX - 3, buf, 4), size_t(0));
-        QCOMPARE(QByteArray(buf, 4), QByteArray(4, '\0'));
-        QCOMPARE(r.be32(UINT64_MAX - 3), 0u);
-        // A word that straddles the end keeps its real bytes.
-        QCOMPARE(r.be32(8), 0x38390000u);
-        QCOMPARE(r.le16(9), uint16_t(0x0039));
-        QCOMPARE(r.u8(10), uint8_t(0));
-        QVERIFY(!r.ioError());
-
-        MemoryReader empty{QByteArray()};
-        QCOMPARE(empty.size(), uint64_t(0));
-        QCOMPARE(empty.be64(0), uint64_t(0));
-        QCOMPARE(empty.read(0, buf, 16), size_t(0));
-    }
-
-    void typedHelpers()
-    {
-        const QByteArray data("\x01\x02\x03\x04\x05\x06\x07\x08\x09" "moov", 13);
-        // A window edge inside every word: place the bytes across it.
-        QByteArray shifted = QByteArray(int(ByteReader::kAlign) * 2 - 5, '\0') + data;
-        MemoryReader r(shifted, kSmallWindow);
-        const uint64_t at = uint64_t(shifted.size() - data.size());
+        const uint64_t at = uint64_t(data.size() - 13);
         QCOMPARE(r.u8(at), uint8_t(0x01));
         QCOMPARE(r.be16(at), uint16_t(0x0102));
         QCOMPARE(r.be24(at), 0x010203u);
@@ -123,32 +93,21 @@ private Q_SLOTS:
         QCOMPARE(r.le16(at), uint16_t(0x0201));
         QCOMPARE(r.le32(at), 0x04030201u);
         QCOMPARE(r.le64(at), 0x0807060504030201ull);
-        QVERIFY(r.is4cc(at + 9, "moov"));
-        QVERIFY(!r.is4cc(at + 8, "moov"));
-        QCOMPARE(ByteReader::fourcc("mvhd"), 0x6d766864u);
-        // Codes with bytes above 0x7f compare as unsigned bytes.
-        QCOMPARE(ByteReader::fourcc("\xa9too"), 0xa9746f6fu);
-    }
-
-    // A view of maxView() bytes fits at any alignment; a larger request grows
-    // the window instead of handing out a short buffer.
-    void maxViewEdge()
-    {
-        const QByteArray data = randomBytes(6 * int(kSmallWindow), 11);
-        MemoryReader r(data, kSmallWindow);
-        const size_t m = r.maxView();
-        for (const uint64_t pos : {uint64_t(0), uint64_t(1), uint64_t(ByteReader::kAlign - 1),
-                                   uint64_t(ByteReader::kAlign), uint64_t(3 * kSmallWindow + 4095),
-                                   uint64_t(data.size()) - m, uint64_t(data.size()) - 1})
-            QCOMPARE(viewBytes(r, pos, m), expected(data, pos, m));
-
-        const size_t big = m + 1;
-        QCOMPARE(viewBytes(r, ByteReader::kAlign - 1, big), expected(data, ByteReader::kAlign - 1, big));
-        QVERIFY(r.maxView() >= big);
-        const size_t bigger = 3 * kSmallWindow;
-        QCOMPARE(viewBytes(r, 4095, bigger), expected(data, 4095, bigger));
-        for (const uint64_t pos : {uint64_t(0), uint64_t(5000), uint64_t(data.size()) - 3})
-            QCOMPARE(viewBytes(r, pos, 16), expected(data, pos, 16));
+        QVERIFY(r.is4cc(at + 9, "moov") && !r.is4cc(at + 8, "moov"));
+        QCOMPARE(ByteReader::fourcc("\xa9too"), 0xa9746f6fu);   // bytes above 0x7f count unsigned
+        // A word that straddles the end keeps its real bytes; positions at the
+        // top of the 64-bit range read as zeros.
+        QCOMPARE(r.be32(at + 11), 0x6f760000u);
+        QCOMPARE(r.le16(at + 12), uint16_t(0x0076));
+        char buf[4] = {'x', 'x', 'x', 'x'};
+        QCOMPARE(r.read(UINT64_MAX - 3, buf, 4), size_t(0));
+        QCOMPARE(QByteArray(buf, 4), QByteArray(4, '\0'));
+        QCOMPARE(r.be32(UINT64_MAX - 3), 0u);
+        QCOMPARE(r.read(1ull << 40, buf, 4), size_t(0));
+        QVERIFY(!r.ioError());
+        MemoryReader empty{QByteArray()};
+        QCOMPARE(empty.be64(0), uint64_t(0));
+        QCOMPARE(empty.read(0, buf, 4), size_t(0));
     }
 
     // Random reads of a random file, by the reader and by seek + read.
@@ -163,16 +122,13 @@ private Q_SLOTS:
     {
         QFETCH(int, window);
         const int size = 3 * 1024 * 1024 + 777;
-        const QByteArray data = randomBytes(size, 2024);
         const QString path = m_dir + QStringLiteral("/random.bin");
-        QVERIFY(writeAll(path, data));
+        QVERIFY(writeAll(path, randomBytes(size, 2024)));
         auto r = FileReader::open(path, size_t(window));
         QVERIFY(r);
         QCOMPARE(r->size(), uint64_t(size));
-        QCOMPARE(r->path(), path);
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadOnly));
-
         QRandomGenerator gen(99);
         for (int i = 0; i < 3000; ++i) {
             const uint64_t pos = gen.bounded(size + 20000);
@@ -181,8 +137,7 @@ private Q_SLOTS:
             qint64 got = 0;
             if (pos < uint64_t(size)) {
                 QVERIFY(f.seek(qint64(pos)));
-                got = f.read(want.data(), qint64(n));
-                QVERIFY(got >= 0);
+                QVERIFY((got = f.read(want.data(), qint64(n))) >= 0);
             }
             QByteArray have(int(n), '\x7f');
             QCOMPARE(uint64_t(r->read(pos, have.data(), n)), uint64_t(got));
@@ -194,9 +149,8 @@ private Q_SLOTS:
         QVERIFY(!r->ioError());
     }
 
-    // A walk that looks far ahead now and then (a length read in data that
-    // holds no unit) must not refill a whole window per look: the file is
-    // fetched about once, and every byte still reads right.
+    // A walk that now and then looks far ahead must not refill a whole window
+    // per look: the file is fetched about once.
     void farProbesCostLittle()
     {
         const int size = 24 << 20;
@@ -210,32 +164,25 @@ private Q_SLOTS:
                 QCOMPARE(viewBytes(r, ahead, 4), expected(data, ahead, 4));
             }
         }
-        // 384 looks ahead at a whole window each would fetch 3 GiB.
-        QVERIFY2(r.fetchedBytes() < 3 * uint64_t(size),
-                 qPrintable(QStringLiteral("fetched %1 bytes of a %2-byte file").arg(r.fetchedBytes()).arg(size)));
+        // 384 looks that each fetched a whole window would make 3 GiB.
+        QVERIFY2(r.fetchedBytes() < 3 * uint64_t(size), qPrintable(QString::number(r.fetchedBytes())));
     }
 
-    void openRefusesWhatIsNoFile()
+    // Only files open; the process-wide window applies to readers opened without one.
+    void openAndDefaultWindow()
     {
         QVERIFY(!FileReader::open(m_dir + QStringLiteral("/missing.mov")));
-        QVERIFY(!FileReader::open(m_dir));           // a folder
+        QVERIFY(!FileReader::open(m_dir));
         QVERIFY(!FileReader::open(QString()));
-    }
-
-    // The process-wide window applies to readers opened without one.
-    void defaultWindow()
-    {
         const QByteArray data = randomBytes(100000, 5);
         const QString path = m_dir + QStringLiteral("/d.bin");
         QVERIFY(writeAll(path, data));
         FileReader::setDefaultWindow(kSmallWindow);
         auto small = FileReader::open(path);
-        QVERIFY(small);
         QCOMPARE(small->maxView(), kSmallWindow - ByteReader::kAlign);
         QCOMPARE(viewBytes(*small, 50001, 300), data.mid(50001, 300));
         FileReader::setDefaultWindow(0);
-        auto normal = FileReader::open(path);
-        QCOMPARE(normal->maxView(), ByteReader::kDefaultWindow - ByteReader::kAlign);
+        QCOMPARE(FileReader::open(path)->maxView(), ByteReader::kDefaultWindow - ByteReader::kAlign);
     }
 };
 

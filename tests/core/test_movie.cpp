@@ -1,0 +1,556 @@
+// Finding and reading the movie. The search: the top-level walk, the two
+// windows near the end, the first MiB, the IMKH mark, on sparse files made by
+// code. The readers: flags and track facts of ffmpeg clips of every
+// sample-entry kind, by the damaged-file reader and by the sample's reader;
+// ctts, stsd copies and the early return on crafted movies; bad input ends.
+#include "core/thread_video_repair.h"
+#include "support/test_videos.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <iterator>
+
+using namespace testvideo;
+
+namespace {
+
+QByteArray be32(uint32_t v) { return QByteArray::fromHex(QByteArray::number(v, 16).rightJustified(8, '0')); }
+QByteArray atom(const char* code, const QByteArray& body) { return be32(uint32_t(8 + body.size())) + code + body; }
+uint32_t word(const QByteArray& f, qint64 at)
+{
+    return at < 0 || at + 4 > f.size() ? 0 : ByteReader::loadBe32(reinterpret_cast<const uint8_t*>(f.constData() + at));
+}
+
+// One track of a clip, found by atom sizes and told by its handler: the
+// position of its trak and ctts (-1: none), its stsd, its mdhd time scale.
+struct Track {
+    qint64 trak = -1, ctts = -1;
+    QByteArray stsd;
+    uint32_t timeScale = 0;
+};
+Track track(const QByteArray& f, const char* handler)
+{
+    const qint64 moov = findTopLevelAtom(f, "moov");
+    for (qint64 at = moov + 8; moov >= 0 && word(f, at) >= 8 && at < moov + word(f, moov); at += word(f, at)) {
+        const qint64 end = at + word(f, at);
+        const auto in = [&](const char* code) {
+            const qint64 c = f.indexOf(code, at);
+            return c > at && c < end ? c - 4 : -1;
+        };
+        if (f.mid(at + 4, 4) != "trak" || f.mid(in("hdlr") + 16, 4) != handler)
+            continue;
+        const qint64 stsd = in("stsd"), mdhd = in("mdhd");
+        return {at, in("ctts"), f.mid(stsd, int(word(f, stsd))), word(f, mdhd + (f[int(mdhd) + 8] == 1 ? 28 : 20))};
+    }
+    return {};
+}
+
+QString flagsOf(const ThreadVideoRepair& t)
+{
+    QStringList f;
+    const QList<QPair<bool, const char*>> all = {
+        {t.m_isJpeg, "jpeg"}, {t.m_isProRes, "prores"}, {t.m_isHevc, "hevc"}, {t.m_isMpeg4In3gp, "mpeg4in3gp"},
+        {t.m_isTwos, "twos"}, {t.m_isSowt, "sowt"}, {t.m_isLpcm, "lpcm"}, {t.m_isLpcmHevc, "lpcmHevc"}};
+    for (const auto& flag : all)
+        if (flag.first)
+            f << QLatin1String(flag.second);
+    return f.join(QLatin1Char(' '));
+}
+
+void clearGlobals()
+{
+    g_stopRequested = g_moovRead = g_hasSoundTrak = g_is3gp = false;
+    g_videoTimeScale = g_soundTimeScale = g_frameWidth = g_frameHeight = 0;
+    g_videoSampleDelta = g_audioSampleDelta = g_audioFrameSize = 0;
+}
+
+// The driver's part for the damaged file: open it, take its size, search.
+// True when a movie was found and it isn't a camera file.
+bool readDamaged(ThreadVideoRepair& t, const QString& path, bool* imkh = nullptr)
+{
+    t.m_file = ThreadVideoRepair::OpenReadOnly(path);
+    if (!t.m_file)
+        return false;
+    t.m_fileSize = g_inputSize = t.m_file->size();
+    g_is3gp = path.endsWith(QLatin1String(".3gp"));
+    bool mark = false;
+    const bool found = t.FindDamagedMovie(mark);
+    if (imkh)
+        *imkh = mark;
+    return found && !mark;
+}
+
+bool readReference(ThreadVideoRepair& t, const QString& path)
+{
+    g_is3gp = path.endsWith(QLatin1String(".3gp"));
+    return t.FindReferenceMovie(path);
+}
+
+const char* kH264 = "-c:v libx264 -preset veryfast -bf 2 -pix_fmt yuv420p";
+const char* kAac = "-c:a aac -b:a 64k";
+
+QStringList clipArgs(const QString& video, const QString& audio, int sampleRate = 48000, bool faststart = false,
+                     bool audioFirst = false)
+{
+    QStringList a = lavfiVideo(1, QStringLiteral("160x120"), 25) + lavfiAudio(1, sampleRate);
+    if (audioFirst)
+        a << QStringLiteral("-map") << QStringLiteral("1:a") << QStringLiteral("-map") << QStringLiteral("0:v");
+    a << video.split(QLatin1Char(' '), Qt::SkipEmptyParts) << audio.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (faststart)
+        a << QStringLiteral("-movflags") << QStringLiteral("faststart");
+    return a;
+}
+
+// A video stsd with one avc1 entry, padded to make the atom totalSize bytes.
+QByteArray videoStsd(int totalSize)
+{
+    return atom("stsd", be32(0) + be32(1) + be32(uint32_t(totalSize - 16)) + "avc1" + QByteArray(totalSize - 24, '\0'));
+}
+
+using CttsEntries = QList<QPair<uint32_t, uint32_t>>;
+QByteArray cttsAtom(const CttsEntries& entries)
+{
+    QByteArray body = be32(0) + be32(uint32_t(entries.size()));
+    for (const auto& e : entries)
+        body += be32(e.first) + be32(e.second);
+    return atom("ctts", body);
+}
+
+// A movie made by code: a 640x480 video track (time scale 30000, delta 1001)
+// and an AAC-like sound track (48000, 1024, sizes 300 350 320).
+QByteArray craftedMoov(int stsdSize = 120, const QByteArray& ctts = QByteArray())
+{
+    QByteArray tkhd(76, '\0');
+    tkhd += be32(640 << 16) + be32(480 << 16);
+    const auto mdhd = [](uint32_t scale) { return atom("mdhd", QByteArray(12, '\0') + be32(scale) + QByteArray(8, '\0')); };
+    const QByteArray videoStbl = videoStsd(stsdSize) + atom("stts", be32(0) + be32(1) + be32(30) + be32(1001)) + ctts
+                               + atom("stsc", QByteArray(8, '\0'));
+    const QByteArray soundStbl = atom("stsd", be32(0) + be32(1) + atom("mp4a", QByteArray(28, '\0')))
+                               + atom("stts", be32(0) + be32(1) + be32(10) + be32(1024)) + atom("stsc", QByteArray(8, '\0'))
+                               + atom("stsz", be32(0) + be32(0) + be32(3) + be32(300) + be32(350) + be32(320));
+    const QByteArray video = atom("trak", atom("tkhd", tkhd) + atom("mdia", mdhd(30000)
+        + atom("minf", atom("vmhd", QByteArray(12, '\0')) + atom("stbl", videoStbl))));
+    const QByteArray sound = atom("trak", atom("tkhd", QByteArray(84, '\0')) + atom("mdia", mdhd(48000)
+        + atom("minf", atom("smhd", QByteArray(8, '\0')) + atom("stbl", soundStbl))));
+    return atom("moov", atom("mvhd", QByteArray(100, '\0')) + video + sound);
+}
+
+// A sparse file of size with the given pieces written at their positions.
+void sparse(const QString& path, qint64 size, const QList<QPair<qint64, QByteArray>>& pieces)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QVERIFY(f.resize(size));
+    for (const auto& p : pieces)
+        QVERIFY(f.seek(p.first) && f.write(p.second) == p.second.size());
+}
+
+const QByteArray kFtyp = atom("ftyp", QByteArray(12, 'x'));
+
+} // namespace
+
+class TestMovie : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+    QString crafted(const QByteArray& moov, qint64 pad = 4096)
+    {
+        const QString p = m_dir + QStringLiteral("/crafted.mov");
+        writeAll(p, atom("ftyp", QByteArray("isom\0\0\0\0", 8)) + atom("mdat", QByteArray(int(pad), '\x11')) + moov);
+        return p;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = freshDir(QStringLiteral("movie"));
+        clearGlobals();
+    }
+    void cleanup()
+    {
+        QDir(m_dir).removeRecursively();
+        g_is3gp = false;
+        FileReader::setDefaultWindow(0);
+    }
+
+    // ---- The search ----
+
+    void walkFindsMovieAtTheEnd()
+    {
+        const qint64 mdatSize = 64 << 20;
+        const QString p = m_dir + QStringLiteral("/end.mov");
+        sparse(p, kFtyp.size() + mdatSize, {{0, kFtyp + be32(uint32_t(mdatSize)) + "mdat"}});
+        QFile f(p);
+        QVERIFY(f.open(QIODevice::Append) && f.write(craftedMoov()) > 0);
+        f.close();
+        ThreadVideoRepair t;
+        QList<ulong> ranges;
+        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { ranges << r; });
+        QVERIFY(readDamaged(t, p));
+        QVERIFY(g_moovRead);
+        QCOMPARE(g_frameWidth, 640u);
+        QCOMPARE(t.m_moovPos, uint64_t(kFtyp.size() + mdatSize + 4));
+        QCOMPARE(ranges, QList<ulong>());   // the walk sends no range of its own
+    }
+
+    void windowsAndFirstMiB_data()
+    {
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<qint64>("moovAt");
+        QTest::addColumn<ulong>("range");
+        QTest::newRow("last 4 MiB behind broken mdat") << qint64(64 << 20) << qint64(61 << 20) << ulong(50000);
+        QTest::newRow("between 4 and 10 MiB from the end") << qint64(64 << 20) << qint64(56 << 20) << ulong(50000);
+        QTest::newRow("first MiB behind damage") << qint64(64 << 20) << qint64(0x80000) << ulong(50000);
+        QTest::newRow("2 MiB file") << qint64(2 << 20) << qint64(1 << 20) << ulong(5000);
+        QTest::newRow("3.5 MiB file, window wraps to 0") << qint64(0x380000) << qint64(0x200000) << ulong(50000);
+    }
+    void windowsAndFirstMiB()
+    {
+        QFETCH(qint64, size);
+        QFETCH(qint64, moovAt);
+        QFETCH(ulong, range);
+        // A broken mdat size at the head makes the walk jump past the end.
+        const QString p = m_dir + QStringLiteral("/win.mov");
+        sparse(p, size, {{0, kFtyp + be32(0x7fffffff) + "mdat"}, {moovAt, craftedMoov()}});
+        ThreadVideoRepair t;
+        QList<ulong> ranges;
+        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { ranges << r; });
+        QVERIFY(readDamaged(t, p));
+        QVERIFY(g_moovRead);
+        QCOMPARE(t.m_moovPos, uint64_t(moovAt + 4));
+        QCOMPARE(ranges, QList<ulong>({range}));
+    }
+
+    void nothingFoundIn4GiBSparse()
+    {
+        const QString p = m_dir + QStringLiteral("/empty.mp4");
+        sparse(p, 4ll << 30, {{0, kFtyp}});
+        ThreadVideoRepair t;
+        int steps = 0;
+        connect(&t, &ThreadVideoRepair::setProgressvalue, [&](ulong) { ++steps; });
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!readDamaged(t, p));
+        QVERIFY(!g_moovRead);
+        QCOMPARE(steps, 50000);   // steps 0..49999 of the first window
+        QVERIFY2(timer.elapsed() < 10000, "search of a 4 GiB file took too long");
+    }
+
+    void imkhMark()
+    {
+        const QString p = m_dir + QStringLiteral("/cam.mp4");
+        sparse(p, 4096, {{0, QByteArray("IMKH0123")}});
+        ThreadVideoRepair t;
+        bool imkh = false;
+        readDamaged(t, p, &imkh);
+        QVERIFY(imkh);
+    }
+
+    void referenceOf3GiB()
+    {
+        const qint64 size = 3ll << 30;
+        const QString p = m_dir + QStringLiteral("/ref.mov");
+        sparse(p, size, {{0, kFtyp + be32(16) + "mdat"}, {size - (5 << 20), craftedMoov()}});
+        ThreadVideoRepair t;
+        QVERIFY(readReference(t, p));
+        QVERIFY(g_moovRead);
+        QCOMPARE(t.m_moovPos, uint64_t(size - (5 << 20) + 4));
+        QCOMPARE(g_referenceFullPath, QFileInfo(p).absoluteFilePath());
+        ThreadVideoRepair missing;
+        QVERIFY(!readReference(missing, m_dir + QStringLiteral("/nothing.mov")));
+    }
+
+    // ---- The readers ----
+
+    void sampleEntries_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("flags");      // of the damaged-file reader
+        QTest::addColumn<QString>("refFlags");   // of the sample's reader
+        QTest::addColumn<uint32_t>("audioDelta");
+        const QString h264 = QLatin1String(kH264), aac = QLatin1String(kAac);
+        const QString x265 = QStringLiteral("-c:v libx265 -preset ultrafast -x265-params log-level=error -pix_fmt yuv420p -tag:v ");
+        const QString mjpeg = QStringLiteral("-c:v mjpeg -q:v 5 -pix_fmt yuvj420p"), mpeg4 = QStringLiteral("-c:v mpeg4 -q:v 5");
+        const QString s16le = QStringLiteral("-c:a pcm_s16le"), s16be = QStringLiteral("-c:a pcm_s16be");
+        for (const bool faststart : {false, true}) {
+            const QString at = faststart ? QStringLiteral("start") : QStringLiteral("end");
+            // The clip's name is the row's file name with "_end" or "_start" added.
+            auto row = [&](const QString& name, const QString& video, const QString& audio, int rate,
+                           const char* flags, const char* refFlags, uint32_t audioDelta) {
+                const QFileInfo n(name);
+                QTest::newRow(qPrintable(name + QStringLiteral(", movie at the ") + at))
+                    << n.completeBaseName() + QLatin1Char('_') + at + QLatin1Char('.') + n.suffix()
+                    << clipArgs(video, audio, rate, faststart) << QString::fromLatin1(flags)
+                    << QString::fromLatin1(refFlags) << audioDelta;
+            };
+            for (const char* suffix : {"mov", "mp4"}) {
+                row(QStringLiteral("h264_aac.") + suffix, h264, aac, 48000, "", "", 1024);
+                for (const char* tag : {"hvc1", "hev1"})
+                    row(tag + QStringLiteral("_aac.") + suffix, x265 + tag, aac, 48000, "hevc", "hevc", 1024);
+            }
+            // ffmpeg writes lpcm entries only above 65535 Hz.
+            row("hvc1_lpcm.mov", x265 + "hvc1", s16le, 96000, "lpcm lpcmHevc", "lpcm lpcmHevc", 1);
+            row("mjpeg.mov", mjpeg, aac, 48000, "jpeg", "", 1024);
+            row("prores.mov", QStringLiteral("-c:v prores_ks"), aac, 48000, "prores", "prores", 1024);
+            row("mpeg4.3gp", mpeg4, aac, 48000, "mpeg4in3gp", "mpeg4in3gp", 1024);
+            row("mpeg4.mov", mpeg4, aac, 48000, "", "", 1024);
+            row("h264_sowt.mov", h264, s16le, 48000, "sowt", "sowt", 1);
+            row("h264_twos.mov", h264, s16be, 48000, "twos", "twos", 1);
+        }
+    }
+    void sampleEntries()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, args);
+        QFETCH(QString, flags);
+        QFETCH(QString, refFlags);
+        QFETCH(uint32_t, audioDelta);
+        const QString src = make(name, args);
+        QVERIFY2(!src.isEmpty(), "ffmpeg could not make the clip");
+        const QByteArray bytes = readAll(src);
+        const Track video = track(bytes, "vide"), sound = track(bytes, "soun");
+        QVERIFY(!video.stsd.isEmpty() && !sound.stsd.isEmpty() && video.timeScale && sound.timeScale);
+
+        for (const bool reference : {false, true}) {
+            clearGlobals();
+            ThreadVideoRepair t;
+            const QString log = m_dir + QStringLiteral("/log.txt");
+            if (reference) {
+                QVERIFY(t.m_logHandle.open(log));
+                QVERIFY(readReference(t, src));
+                QVERIFY(t.m_logHandle.close());
+                QVERIFY(!t.m_refFile);   // closed by the reader
+                QCOMPARE(readAll(log), QByteArray("FrameWidth = 160\r\nFrameHeight = 120\r\n"));
+            } else {
+                QVERIFY(readDamaged(t, src));
+                QVERIFY(g_hasSoundTrak);
+                QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
+                if (sound.timeScale < 65536)   // the integer part of the sound description's rate
+                    QCOMPARE(t.m_audioStsdRate, sound.timeScale);
+                // The per-byte count-down of the input size stays within the file.
+                QVERIFY(g_inputSize > 0 && g_inputSize < uint64_t(bytes.size()));
+            }
+            QVERIFY(g_moovRead);
+            QCOMPARE(flagsOf(t), reference ? refFlags : flags);
+            QCOMPARE(g_frameWidth, 160u);
+            QCOMPARE(g_frameHeight, 120u);
+            QCOMPARE(g_videoTimeScale, video.timeScale);
+            QCOMPARE(g_soundTimeScale, sound.timeScale);
+            QCOMPARE(g_videoSampleDelta, video.timeScale / 25);
+            QCOMPARE(g_audioSampleDelta, audioDelta);
+            QCOMPARE(qint64(t.m_videoStsdSize), qint64(video.stsd.size()));
+            // x265 writes its settings into hvcC: a stsd of some 2.5 KB, too big
+            // to be copied from the damaged file. The sample's is always copied.
+            QCOMPARE(t.m_videoStsd, reference || video.stsd.size() < 1000 ? video.stsd : QByteArray());
+            QCOMPARE(t.m_audioStsd, sound.stsd);
+        }
+    }
+
+    // B-frames give a ctts; the damaged-file reader takes its first entries,
+    // the sample's reader stops the video track before it. m_isJpeg belongs to
+    // the damaged file: the sample's reader neither sets nor clears it.
+    void cttsFromBFrames()
+    {
+        const QString src = make(QStringLiteral("h264_aac_end.mp4"), clipArgs(QLatin1String(kH264), QLatin1String(kAac)));
+        QVERIFY(!src.isEmpty());
+        const QByteArray bytes = readAll(src);
+        const qint64 c = track(bytes, "vide").ctts;
+        QVERIFY2(c > 0 && word(bytes, c + 12) > 1, "x264 with -bf 2 should give a ctts");
+        ThreadVideoRepair t;
+        t.m_isJpeg = true;
+        QVERIFY(readDamaged(t, src));
+        QVERIFY(!t.m_isJpeg);
+        QVERIFY(t.m_hasCtts);
+        QCOMPARE(t.m_cttsEntries, word(bytes, c + 12));
+        QCOMPARE(t.m_cttsCount0, word(bytes, c + 16));
+        QCOMPARE(t.m_cttsOffset0, word(bytes, c + 20));
+        QCOMPARE(t.m_cttsCount1, word(bytes, c + 24));
+        QCOMPARE(t.m_cttsOffset1, word(bytes, c + 28));
+        QVERIFY(g_hasSoundTrak);   // the sound track is still read
+        QCOMPARE(g_soundTimeScale, 48000u);
+
+        ThreadVideoRepair ref;
+        ref.m_isJpeg = true;
+        QVERIFY(readReference(ref, src));
+        QVERIFY(!ref.m_hasCtts);
+        QVERIFY(ref.m_isJpeg);
+    }
+
+    // The third offset is taken only when the first two entries hold one sample each.
+    void cttsThirdOffset_data()
+    {
+        QTest::addColumn<CttsEntries>("entries");
+        QTest::addColumn<bool>("hasCtts");
+        QTest::addColumn<uint32_t>("offset2");
+        using E = CttsEntries;
+        QTest::newRow("(1,a) (2,b): b") << E{{1, 1024}, {2, 2048}} << true << 2048u;
+        QTest::newRow("(1,a) (1,b) (1,c): c") << E{{1, 1024}, {1, 2560}, {1, 512}} << true << 512u;
+        QTest::newRow("(1,a) (3,b): none") << E{{1, 1024}, {3, 2048}, {1, 512}} << true << 0u;
+        QTest::newRow("one entry: no ctts") << E{{30, 1001}} << false << 0u;
+    }
+    void cttsThirdOffset()
+    {
+        QFETCH(CttsEntries, entries);
+        QFETCH(bool, hasCtts);
+        QFETCH(uint32_t, offset2);
+        ThreadVideoRepair t;
+        QVERIFY(readDamaged(t, crafted(craftedMoov(120, cttsAtom(entries)))));
+        QCOMPARE(t.m_hasCtts, hasCtts);
+        QCOMPARE(t.m_cttsEntries, uint32_t(entries.size()));
+        QCOMPARE(t.m_cttsOffset2, offset2);
+        QCOMPARE(g_videoSampleDelta, 1001u);
+        QCOMPARE(g_audioFrameSize, 300u);   // the first size 300 isn't 4: the second less 50
+    }
+
+    // The damaged file's video stsd is copied below 1000 bytes only; the
+    // sample's always. One whose size runs past the end is copied as far as the file goes.
+    void videoStsdSizes()
+    {
+        for (const int size : {999, 1000}) {
+            const QString p = crafted(craftedMoov(size));
+            ThreadVideoRepair t, ref;
+            QVERIFY(readDamaged(t, p));
+            QCOMPARE(t.m_videoStsdSize, uint32_t(size));
+            QCOMPARE(t.m_videoStsd, size < 1000 ? videoStsd(size) : QByteArray());
+            QCOMPARE(g_soundTimeScale, 48000u);   // the rest of the movie is read all the same
+            QVERIFY(readReference(ref, p));
+            QCOMPARE(ref.m_videoStsd, videoStsd(size));
+        }
+        QByteArray moov = craftedMoov();
+        const int at = moov.indexOf("stsd") - 4;
+        moov.replace(at, 4, be32(900));
+        const QString p = crafted(moov.left(at + 60));
+        ThreadVideoRepair t;
+        QVERIFY(readDamaged(t, p));
+        QCOMPARE(t.m_videoStsdSize, 900u);
+        QVERIFY(t.m_videoStsd.size() < 900 && readAll(p).endsWith(t.m_videoStsd));
+    }
+
+    // The scan passes over stretches without a code in large steps; a code
+    // must be found at any alignment, next to near-misses ("stsx", "trac")
+    // and across the reader's window edges.
+    void codesAtEveryAlignment()
+    {
+        static const char* const tokens[] = {"stsx", "trac", "mdh", "zzzz", "\0\0\0", "apcx", "uvw", "s", "lpc"};
+        FileReader::setDefaultWindow(2 * ByteReader::kAlign);
+        QRandomGenerator gen(17);
+        for (int shift = 0; shift < 40; ++shift) {
+            QByteArray filler;
+            while (filler.size() < 9000 + shift)
+                filler += QByteArray(tokens[gen.bounded(int(std::size(tokens)))]);
+            QByteArray moov = craftedMoov(120, cttsAtom({{1, 10}, {1, 20}, {1, 30}}));
+            moov.insert(moov.indexOf("trak") - 4, atom("free", filler));   // between mvhd and the first track
+            moov.replace(0, 4, be32(uint32_t(moov.size())));
+            const QString p = crafted(moov, 4096 + shift);
+            ThreadVideoRepair t, ref;
+            clearGlobals();
+            QVERIFY(readDamaged(t, p));
+            QCOMPARE(g_frameWidth, 640u);
+            QCOMPARE(g_videoTimeScale, 30000u);
+            QCOMPARE(g_videoSampleDelta, 1001u);
+            QCOMPARE(t.m_cttsOffset2, 30u);
+            QCOMPARE(t.m_videoStsdSize, 120u);
+            QCOMPARE(g_soundTimeScale, 48000u);
+            QCOMPARE(g_audioFrameSize, 300u);
+            clearGlobals();
+            QVERIFY(readReference(ref, p));
+            QCOMPARE(g_frameWidth, 640u);
+            QCOMPARE(g_soundTimeScale, 48000u);
+        }
+    }
+
+    // A moov whose size is not below the file size: the reader returns with
+    // every field cleared and g_moovRead as it was; the sample's reader leaves the file open.
+    void moovSizeNotBelowFileSize()
+    {
+        const QString p = crafted(craftedMoov());
+        QByteArray bytes = readAll(p);
+        bytes.replace(int(findTopLevelAtom(bytes, "moov")), 4, be32(uint32_t(bytes.size())));
+        writeAll(p, bytes);
+        for (const bool moovReadBefore : {false, true}) {
+            ThreadVideoRepair t;
+            t.m_isHevc = t.m_isSowt = t.m_hasCtts = true;
+            t.m_videoStsd = "old";
+            g_frameWidth = g_videoTimeScale = 7;
+            g_moovRead = moovReadBefore;
+            QVERIFY(readDamaged(t, p));
+            QCOMPARE(g_moovRead, moovReadBefore);
+            QCOMPARE(flagsOf(t), QString());
+            QVERIFY(!t.m_hasCtts && t.m_videoStsd.isEmpty());
+            QCOMPARE(g_frameWidth, 0u);
+            QCOMPARE(g_videoTimeScale, 0u);
+        }
+        ThreadVideoRepair ref;
+        g_moovRead = false;
+        QVERIFY(readReference(ref, p));
+        QVERIFY(!g_moovRead);
+        QVERIFY(ref.m_refFile);
+        QCOMPARE(g_frameWidth, 0u);
+    }
+
+    // Sound first, video second: the scan runs on through the video track and
+    // finds both. With sowt sound under a .3gp name the sample's reader clears
+    // g_is3gp before it meets mp4v.
+    void soundTrackFirst()
+    {
+        const QString made = make(QStringLiteral("mpeg4_sowt_soundfirst.mov"),
+                                  clipArgs(QStringLiteral("-c:v mpeg4 -q:v 5"), QStringLiteral("-c:a pcm_s16le"), 48000, false, true));
+        QVERIFY(!made.isEmpty());
+        const QByteArray bytes = readAll(made);
+        QVERIFY(track(bytes, "soun").trak < track(bytes, "vide").trak);
+        const QString src = m_dir + QStringLiteral("/soundfirst.3gp");
+        QVERIFY(QFile::copy(made, src));
+        ThreadVideoRepair t, ref;
+        QVERIFY(readDamaged(t, src));
+        QCOMPARE(flagsOf(t), QStringLiteral("mpeg4in3gp sowt"));
+        QCOMPARE(g_frameHeight, 120u);
+        QCOMPARE(g_soundTimeScale, 48000u);
+        QVERIFY(g_videoTimeScale > 0);
+        QCOMPARE(t.m_videoStsd, track(bytes, "vide").stsd);
+        QVERIFY(g_is3gp);
+        clearGlobals();
+        QVERIFY(readReference(ref, src));
+        QCOMPARE(flagsOf(ref), QStringLiteral("sowt"));
+        QVERIFY(!g_is3gp);
+        QCOMPARE(g_frameWidth, 160u);
+        QCOMPARE(g_soundTimeScale, 48000u);
+    }
+
+    // Sizes past the end, zero sizes, a moov inside mdat, tiny files, movies
+    // cut short: both readers end, count down no further than the file, and
+    // leave it unchanged.
+    void badInputEnds_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("8 bytes") << QByteArray("\0\0\0\x08" "ftyp", 8);
+        QTest::newRow("zero size") << QByteArray("\0\0\0\0" "free", 8) + QByteArray(100, '\0');
+        QTest::newRow("64-bit size that wraps") << QByteArray("\0\0\0\x01" "mdat\xff\xff\xff\xff\xff\xff\xff\xf0", 16);
+        QTest::newRow("truncated moov") << QByteArray("\0\0\x10\0" "moov\0\0\0\x6c" "mv", 14);
+        QTest::newRow("moov inside mdat") << atom("mdat", craftedMoov().left(60)) + QByteArray(50, '\0');
+        const QByteArray clip = readAll(make(QStringLiteral("h264_aac_end.mov"), clipArgs(QLatin1String(kH264), QLatin1String(kAac))));
+        const int mvhd = clip.indexOf("mvhd");
+        QTest::newRow("clip cut in mvhd's code") << clip.left(mvhd + 4);
+        QTest::newRow("clip cut in mvhd") << clip.left(mvhd + 30);
+        QTest::newRow("clip cut in the first track") << clip.left(mvhd + 400);
+        QTest::newRow("clip cut 300 bytes short") << clip.left(clip.size() - 300);
+    }
+    void badInputEnds()
+    {
+        QFETCH(QByteArray, bytes);
+        const QString p = m_dir + QStringLiteral("/bad.mov");
+        writeAll(p, bytes);
+        ThreadVideoRepair t, ref;
+        readDamaged(t, p);
+        QVERIFY(g_inputSize <= uint64_t(bytes.size()));
+        readReference(ref, p);
+        QCOMPARE(readAll(p), bytes);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMovie)
+#include "test_movie.moc"
