@@ -15,8 +15,9 @@ using namespace testvideo;
 
 class TestRemux : public QObject {
     Q_OBJECT
-    QString m_dir;
-    QString m_calls;
+    QString m_dir, m_calls;
+    ThreadVideoRepair* m_t = nullptr;
+    ChainPaths m_p;
 
     // Each call: a line "---", then one argument per line.
     QList<QStringList> calls() const
@@ -30,40 +31,41 @@ class TestRemux : public QObject {
         }
         return out;
     }
-
-    void prepare(ThreadVideoRepair& t, ChainPaths& p)
+    QStringList scratch() const
     {
-        g_workRoot = m_dir + QStringLiteral("/work root");
-        t.m_workDir = g_workRoot + QStringLiteral("/Repaired");
-        t.m_fileName = QStringLiteral("my clip.mov");
-        QDir().mkpath(t.m_workDir);
-        p = ChainPaths::in(t.m_workDir, m_dir + QStringLiteral("/in put.mov"));
-        for (const QString& f : {p.video, p.audio, p.videoText, p.audioText, p.indexing, p.videoUnique,
-                                 p.audioUnique})
-            writeAll(f, "x");
-        QFile::remove(m_calls);
+        return {m_p.video, m_p.audio, m_p.videoText, m_p.audioText, m_p.indexing, m_p.videoUnique, m_p.audioUnique};
     }
 
 private Q_SLOTS:
+    // Paths with blanks everywhere: the muxer's folder, the workspace, the
+    // input and the output's name.
     void init()
     {
         m_dir = freshDir(QStringLiteral("remux"));
-        g_appDir = m_dir + QStringLiteral("/app dir/Libmp4");
-        QDir().mkpath(g_appDir);
         m_calls = m_dir + QStringLiteral("/calls.txt");
-        const QString fake = g_appDir + QStringLiteral("/ffmpeg");
-        writeAll(fake, "#!/bin/sh\n"
-                       "echo --- >> '" + m_calls.toUtf8() + "'\n"
-                       "for a in \"$@\"; do echo \"$a\" >> '" + m_calls.toUtf8() + "'; done\n"
-                       "eval out=\\${$#}\n"
-                       "[ -e \"$out\" ] && exit 1\n"
-                       "[ -n \"$FAKE_NO_OUTPUT\" ] || echo made > \"$out\"\n");
-        QFile::setPermissions(fake, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        g_appDir = fakeMuxer(m_dir + QStringLiteral("/app dir/Libmp4"),
+                             "echo --- >> '" + m_calls.toUtf8() + "'\n"
+                             "for a in \"$@\"; do echo \"$a\" >> '" + m_calls.toUtf8() + "'; done\n"
+                             "eval out=\\${$#}\n"
+                             "[ -e \"$out\" ] && exit 1\n"
+                             "[ -n \"$FAKE_NO_OUTPUT\" ] || echo made > \"$out\"\n");
         g_stopRequested = false;
         g_passFailed = false;
         qunsetenv("FAKE_NO_OUTPUT");
+        g_workRoot = m_dir + QStringLiteral("/work root");
+        m_t = new ThreadVideoRepair;
+        m_t->m_workDir = g_workRoot + QStringLiteral("/Repaired");
+        m_t->m_fileName = QStringLiteral("my clip.mov");
+        QDir().mkpath(m_t->m_workDir);
+        m_p = ChainPaths::in(m_t->m_workDir, m_dir + QStringLiteral("/in put.mov"));
+        for (const QString& f : scratch())
+            writeAll(f, "x");
     }
-    void cleanup() { QDir(m_dir).removeRecursively(); }
+    void cleanup()
+    {
+        delete m_t;
+        QDir(m_dir).removeRecursively();
+    }
 
     void commandText()
     {
@@ -82,11 +84,13 @@ private Q_SLOTS:
                  lead + QStringLiteral(" -i \"/x y/in.mp4\" -vcodec copy -acodec copy -movflags faststart \"in.mp4\""));
         QCOMPARE(RemuxDamagedCommand(QStringLiteral("i"), QStringLiteral("n"), false),
                  lead + QStringLiteral(" -i \"i\" -vcodec copy -movflags faststart \"n\""));
-        QCOMPARE(MuxVideoAndPcmCommand(QStringLiteral("v"), QStringLiteral("s16le"), QStringLiteral("48000"),
+        QCOMPARE(MuxVideoAndPcmCommand(QStringLiteral("/w d/video.h264"), QStringLiteral("s16le"), QStringLiteral("48000"),
                                        QStringLiteral("2"), QStringLiteral("a"), QStringLiteral("o")),
-                 lead + QStringLiteral("  -i \"v\" -f s16le -ar 48000 -ac 2 -i \"a\" -c:v copy -c:a aac -preset ultrafast \"o\""));
+                 lead + QStringLiteral("  -i \"/w d/video.h264\" -f s16le -ar 48000 -ac 2 -i \"a\" -c:v copy -c:a aac"
+                                       " -preset ultrafast \"o\""));
     }
 
+    // A rate that can't be computed falls back to 30.
     void frameRate()
     {
         QCOMPARE(ComputeFrameRate(250, 10000, 1000), 25);
@@ -95,12 +99,10 @@ private Q_SLOTS:
         QCOMPARE(ComputeFrameRate(250, 10000, 0), 30);      // no time scale
         QCOMPARE(ComputeFrameRate(20, 900, 1000), 30);      // under a second
         QCOMPARE(ComputeFrameRate(5, 100000, 1000), 30);    // a rate of 0
-        for (int r : {25, 26, 31, 32})
-            QVERIFY(!NeedsSecondRun(r));
-        for (int r : {0, 24, 33, 60})
-            QVERIFY(NeedsSecondRun(r));
     }
 
+    // Rates outside 25..32 get a second run at the computed rate; the
+    // scratch files go, the output stays.
     void muxRunsAndDeletions_data()
     {
         QTest::addColumn<bool>("withAudio");
@@ -119,80 +121,72 @@ private Q_SLOTS:
         QFETCH(bool, withAudio);
         QFETCH(uint, samples);
         QFETCH(int, runs);
-        ThreadVideoRepair t;
-        ChainPaths p;
-        prepare(t, p);
         g_videoSampleCount = samples;
         g_movieDuration = 10000;
         g_movieTimescale = 1000;
-        withAudio ? t.MuxVideoAndAudio(p) : t.MuxVideoOnly(p);
+        withAudio ? m_t->MuxVideoAndAudio(m_p) : m_t->MuxVideoOnly(m_p);
 
         const QList<QStringList> c = calls();
         QCOMPARE(c.size(), runs);
-        // Paths with blanks arrive whole; the output is named relative to
-        // the workspace, where the muxer runs.
-        QVERIFY(c[0].contains(p.video));
-        QCOMPARE(c[0].contains(p.audio), withAudio);
+        // The output is named relative to the workspace, where the muxer runs.
+        QVERIFY(c[0].contains(m_p.video));
+        QCOMPARE(c[0].contains(m_p.audio), withAudio);
         QCOMPARE(c[0].last(), QStringLiteral("my clip.mov"));
         QCOMPARE(c[0].at(1), withAudio ? QStringLiteral("30") : QStringLiteral("30000/1001"));
         if (runs == 2) {
             QCOMPARE(c[1].last(), QStringLiteral("1_my clip.mov"));
             QCOMPARE(c[1].at(1), QString::number(samples / 10));
-            QVERIFY(QFile::exists(t.m_workDir + QStringLiteral("/1_my clip.mov")));
+            QVERIFY(QFile::exists(m_t->m_workDir + QStringLiteral("/1_my clip.mov")));
         }
-        QVERIFY(QFile::exists(t.m_workDir + QStringLiteral("/my clip.mov")));
-        for (const QString& f : {p.video, p.audio, p.videoText, p.audioText, p.indexing, p.videoUnique, p.audioUnique})
+        QVERIFY(QFile::exists(m_t->m_workDir + QStringLiteral("/my clip.mov")));
+        for (const QString& f : scratch())
             QVERIFY2(!QFile::exists(f), qPrintable(f));
         QVERIFY(!g_muxerBusy);
         QVERIFY(g_remuxed);
         QVERIFY(!g_passFailed);
     }
 
+    void remuxOfDamagedFile_data()
+    {
+        QTest::addColumn<bool>("sound");
+        QTest::newRow("with sound") << true;
+        QTest::newRow("without sound") << false;
+    }
     void remuxOfDamagedFile()
     {
-        for (bool sound : {true, false}) {
-            ThreadVideoRepair t;
-            ChainPaths p;
-            prepare(t, p);
-            g_hasSoundTrak = sound;
-            t.RemuxDamagedFile(p.input);
-            const QList<QStringList> c = calls();
-            QCOMPARE(c.size(), 1);
-            QCOMPARE(c[0].at(1), p.input);
-            QCOMPARE(c[0].contains(QStringLiteral("-acodec")), sound);
-            QCOMPARE(c[0].last(), QStringLiteral("my clip.mov"));
-            QVERIFY(!g_hasSoundTrak);
-            QVERIFY(!g_passFailed);
-        }
+        QFETCH(bool, sound);
+        g_hasSoundTrak = sound;
+        m_t->RemuxDamagedFile(m_p.input);
+        const QList<QStringList> c = calls();
+        QCOMPARE(c.size(), 1);
+        QCOMPARE(c[0].at(1), m_p.input);
+        QCOMPARE(c[0].contains(QStringLiteral("-acodec")), sound);
+        QCOMPARE(c[0].last(), QStringLiteral("my clip.mov"));
+        QVERIFY(!g_hasSoundTrak);
+        QVERIFY(!g_passFailed);
     }
 
     void noOutputIsANegativeVerdict()
     {
         qputenv("FAKE_NO_OUTPUT", "1");
-        ThreadVideoRepair t;
-        SignalLog log(t);
-        ChainPaths p;
-        prepare(t, p);
+        SignalLog log(*m_t);
         g_videoSampleCount = 0;
-        t.MuxVideoAndAudio(p);
+        m_t->MuxVideoAndAudio(m_p);
         QVERIFY(g_passFailed);
         QVERIFY(!g_moovRead);
         QCOMPARE(log.all(), QStringList{QStringLiteral("WriteStatus 0 my clip.mov 0")});
         g_passFailed = false;
-        t.RemuxDamagedFile(p.input);
+        m_t->RemuxDamagedFile(m_p.input);
         QVERIFY(g_passFailed);
     }
 
+    // The muxer would stop and ask before overwriting; nobody answers.
     void existingOutputIsReplaced()
     {
-        // The muxer would stop and ask before overwriting; nobody answers.
-        ThreadVideoRepair t;
-        ChainPaths p;
-        prepare(t, p);
-        const QString out = t.m_workDir + QStringLiteral("/my clip.mov");
+        const QString out = m_t->m_workDir + QStringLiteral("/my clip.mov");
         writeAll(out, "old result");
         g_videoSampleCount = 250;
-        t.MuxVideoOnly(p);
+        m_t->MuxVideoOnly(m_p);
         QCOMPARE(readAll(out), QByteArray("made\n"));
     }
 };
