@@ -9,7 +9,6 @@
 #include "support/test_videos.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRandomGenerator>
 #include <QtTest>
 
@@ -17,36 +16,12 @@ using namespace testvideo;
 
 namespace {
 
-QString Clip(const QString& name, const QStringList& extra, int rate = 44100)
-{
-    return make(name, lavfiVideo(2, QStringLiteral("160x120")) + lavfiAudio(2, rate)
-                          + QStringList{QStringLiteral("-c:v"), QStringLiteral("libx264"), QStringLiteral("-g"),
-                                        QStringLiteral("30"), QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p"),
-                                        QStringLiteral("-c:a"), QStringLiteral("aac"), QStringLiteral("-ac"),
-                                        QStringLiteral("2")}
-                          + extra);
-}
+QStringList Args(const char* text) { return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts); }
 
-// NAL units of an Annex B stream (start codes of three or four bytes).
-QList<QByteArray> AnnexBUnits(const QByteArray& s)
+QString Clip(const QString& name, const char* extra = "")
 {
-    QList<QByteArray> out;
-    int at = s.indexOf(QByteArray::fromHex("000001"));
-    while (at >= 0) {
-        const int next = s.indexOf(QByteArray::fromHex("000001"), at + 3);
-        QByteArray unit = s.mid(at + 3, next < 0 ? -1 : next - at - 3);
-        while (next >= 0 && unit.endsWith('\0'))
-            unit.chop(1);
-        out << unit;
-        at = next;
-    }
-    return out;
-}
-
-quint32 Be32At(const QByteArray& b, qint64 at)
-{
-    const auto* p = reinterpret_cast<const uchar*>(b.constData()) + at;
-    return quint32(p[0]) << 24 | quint32(p[1]) << 16 | quint32(p[2]) << 8 | p[3];
+    return make(name, lavfiVideo(2, QStringLiteral("160x120")) + lavfiAudio(2, 44100)
+                          + Args("-c:v libx264 -g 30 -pix_fmt yuv420p -c:a aac -ac 2") + Args(extra));
 }
 
 void SetBe32(QByteArray& b, qint64 at, quint32 v)
@@ -72,23 +47,23 @@ class TestSampleLearning : public QObject {
         [&] { QVERIFY(r); }();
         if (!r)
             return {};
-        FileWriter video, indexing, videoText, audioText;
-        video.open(m_dir + QStringLiteral("/video.h264"));
-        indexing.open(m_dir + QStringLiteral("/Indexing"));
-        videoText.open(m_dir + QStringLiteral("/videotext.txt"));
-        audioText.open(m_dir + QStringLiteral("/audio.txt"));
-        t.WalkSampleMovie(*r, video, indexing, videoText);
-        t.WalkSampleSound(*r, audioText);
-        for (FileWriter* w : {&video, &indexing, &videoText, &audioText})
-            w->close();
-        return {readAll(m_dir + QStringLiteral("/Indexing")), readAll(m_dir + QStringLiteral("/video.h264")),
-                readAll(m_dir + QStringLiteral("/videotext.txt")), readAll(m_dir + QStringLiteral("/audio.txt"))};
+        const QStringList names = {QStringLiteral("/video.h264"), QStringLiteral("/Indexing"),
+                                   QStringLiteral("/videotext.txt"), QStringLiteral("/audio.txt")};
+        FileWriter w[4];
+        for (int i = 0; i < 4; ++i)
+            w[i].open(m_dir + names[i]);
+        t.WalkSampleMovie(*r, w[0], w[1], w[2]);
+        t.WalkSampleSound(*r, w[3]);
+        for (FileWriter& f : w)
+            f.close();
+        return {readAll(m_dir + names[1]), readAll(m_dir + names[0]), readAll(m_dir + names[2]),
+                readAll(m_dir + names[3])};
     }
 
     QList<QJsonObject> batch(const QStringList& args) { return runBatch(QStringList{QStringLiteral("--quiet")} + args).verdicts(); }
 
-    // The first pass on a damaged copy: one or more verdicts, all negative,
-    // and the input unchanged.
+    // A pass over a damaged copy: one or more verdicts, all negative, and the
+    // input unchanged.
     void expectNegative(const QByteArray& bytes, const QString& name, const QString& sample = QString())
     {
         const QString in = m_dir + QLatin1Char('/') + name;
@@ -118,21 +93,25 @@ private Q_SLOTS:
 
     void parameterSetsMatchTheStream()
     {
-        const QString sample = Clip(QStringLiteral("learn.mov"), {});
+        const QString sample = Clip(QStringLiteral("learn.mov"));
         QVERIFY(!sample.isEmpty());
         const QString annexB = m_dir + QStringLiteral("/first.h264");
-        QCOMPARE(run(QStringLiteral("ffmpeg"), {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), sample,
-                                                QStringLiteral("-map"), QStringLiteral("0:v"), QStringLiteral("-c:v"),
-                                                QStringLiteral("copy"), QStringLiteral("-bsf:v"),
-                                                QStringLiteral("h264_mp4toannexb"), QStringLiteral("-frames:v"),
-                                                QStringLiteral("1"), QStringLiteral("-f"), QStringLiteral("h264"), annexB}),
-                 0);
+        QCOMPARE(run(QStringLiteral("ffmpeg"), Args("-v error -i") << sample << Args("-map 0:v -c:v copy -bsf:v "
+                                               "h264_mp4toannexb -frames:v 1 -f h264") << annexB), 0);
+        // The first SPS and PPS of the stream, without their start codes.
         QByteArray sps, pps;
-        for (const QByteArray& u : AnnexBUnits(readAll(annexB))) {
-            if (sps.isEmpty() && (u[0] & 0x1F) == 7)
+        const QByteArray stream = readAll(annexB), sc3 = QByteArray::fromHex("000001");
+        for (int at = stream.indexOf(sc3); at >= 0;) {
+            const int next = stream.indexOf(sc3, at + 3);
+            QByteArray u = stream.mid(at + 3, next < 0 ? -1 : next - at - 3);
+            while (next >= 0 && u.endsWith('\0'))
+                u.chop(1);
+            const int type = u.isEmpty() ? 0 : u[0] & 0x1F;
+            if (type == 7 && sps.isEmpty())
                 sps = u;
-            if (pps.isEmpty() && (u[0] & 0x1F) == 8)
+            if (type == 8 && pps.isEmpty())
                 pps = u;
+            at = next;
         }
         QVERIFY(!sps.isEmpty() && !pps.isEmpty());
         const QByteArray sc = QByteArray::fromHex("00000001");
@@ -148,8 +127,8 @@ private Q_SLOTS:
         QCOMPARE(l.videoText.size() % 3, 0);
         QVERIFY(l.videoText.startsWith(char(0x06)));
         QVERIFY(l.videoText.indexOf(char(0x65)) > 0);
-        // Sound: the rate and channels of the sample, a record per chunk and
-        // the fixed record at the end.
+        // Sound: the sample's rate and channels, a record per chunk and the
+        // fixed record at the end.
         QCOMPARE(g_audioSampleRate, int64_t(44100));
         QCOMPARE(g_audioChannels, int64_t(2));
         QVERIFY(g_averageAudioFrame > 100 && g_averageAudioFrame < 1000);
@@ -159,16 +138,13 @@ private Q_SLOTS:
 
     void movieOrderAndTrackOrderDontMatter()
     {
-        const Learnt atEnd = learn(Clip(QStringLiteral("learn.mov"), {}));
-        const Learnt atStart = learn(Clip(QStringLiteral("learn_faststart.mov"), {QStringLiteral("-movflags"), QStringLiteral("faststart")}));
+        const Learnt atEnd = learn(Clip(QStringLiteral("learn.mov")));
+        const Learnt atStart = learn(Clip(QStringLiteral("learn_faststart.mov"), "-movflags faststart"));
         QCOMPARE(atStart.indexing, atEnd.indexing);
         QCOMPARE(atStart.videoText, atEnd.videoText);
         QCOMPARE(atStart.audioText, atEnd.audioText);
-
         // Sound track first: the walk runs forward to the video's tables.
-        const QString soundFirst = Clip(QStringLiteral("learn_soundfirst.mp4"),
-                                        {QStringLiteral("-map"), QStringLiteral("1:a"), QStringLiteral("-map"), QStringLiteral("0:v")});
-        const Learnt l = learn(soundFirst);
+        const Learnt l = learn(Clip(QStringLiteral("learn_soundfirst.mp4"), "-map 1:a -map 0:v"));
         QCOMPARE(l.indexing, atEnd.indexing);
         QCOMPARE(g_videoSampleCount, 50u);
         QVERIFY(l.audioText.endsWith(QByteArray::fromHex("211A0B")));
@@ -176,7 +152,7 @@ private Q_SLOTS:
 
     void brokenChunkTablesWithoutSample()
     {
-        const QByteArray clip = readAll(Clip(QStringLiteral("learn.mov"), {}));
+        const QByteArray clip = readAll(Clip(QStringLiteral("learn.mov")));
         const qint64 stco = clip.indexOf("stco", findTopLevelAtom(clip, "moov"));   // the video track's
         QVERIFY(stco > 0);
         QByteArray pastEnd = clip;
@@ -187,42 +163,35 @@ private Q_SLOTS:
             SetBe32(b, stco + 8, count);
             expectNegative(b, QStringLiteral("count%1.mov").arg(count));
         }
-        // A count of four billion: two entries are read, the muxer decides;
-        // the run ends with a verdict either way.
+        // A count of four billion: two entries are read and the muxer
+        // decides; the run ends with a verdict either way.
         QByteArray huge = clip;
         SetBe32(huge, stco + 8, 0xFFFFFFF0u);
-        const QString in = m_dir + QStringLiteral("/huge.mov");
-        writeAll(in, huge);
-        QVERIFY(!batch({in}).isEmpty());
+        writeAll(m_dir + QStringLiteral("/huge.mov"), huge);
+        QVERIFY(!batch({m_dir + QStringLiteral("/huge.mov")}).isEmpty());
     }
 
+    // A sample without a movie, a sample of another codec, a sample whose
+    // SPS length runs past its end, and random bytes with and without a sample.
     void badSamplesAndNoise()
     {
-        const QString clip = Clip(QStringLiteral("learn.mov"), {});
+        const QString clip = Clip(QStringLiteral("learn.mov"));
         QByteArray cut = readAll(clip);
         cutMoov(cut);
-
-        // A sample without a movie, a sample of another codec, a sample whose
-        // parameter set lengths run past its end.
-        QByteArray noMovie = cut;
-        writeAll(m_dir + QStringLiteral("/nomovie.mov"), noMovie);
+        writeAll(m_dir + QStringLiteral("/nomovie.mov"), cut);
         expectNegative(cut, QStringLiteral("a.mov"), m_dir + QStringLiteral("/nomovie.mov"));
 
-        const QString mjpeg = make(QStringLiteral("learn_mjpeg.mov"), lavfiVideo(2, QStringLiteral("160x120"))
-                                   << QStringLiteral("-c:v") << QStringLiteral("mjpeg"));
-        const QString in = m_dir + QStringLiteral("/b.mov");
-        writeAll(in, cut);
-        QVERIFY(!batch({QStringLiteral("--reference"), mjpeg, in}).isEmpty());
+        const QString mjpeg = make(QStringLiteral("learn_mjpeg.mov"), lavfiVideo(2, QStringLiteral("160x120")) + Args("-c:v mjpeg"));
+        writeAll(m_dir + QStringLiteral("/b.mov"), cut);
+        QVERIFY(!batch({QStringLiteral("--reference"), mjpeg, m_dir + QStringLiteral("/b.mov")}).isEmpty());
 
         QByteArray badAvcC = readAll(clip);
         const qint64 avcC = badAvcC.indexOf("avcC", findTopLevelAtom(badAvcC, "moov"));
-        SetBe32(badAvcC, avcC + 8, Be32At(badAvcC, avcC + 8) | 0xFFFF);   // SPS length 0xFFFF
-        const QString badSample = m_dir + QStringLiteral("/badavcc.mov");
-        writeAll(badSample, badAvcC);
+        badAvcC[int(avcC + 10)] = badAvcC[int(avcC + 11)] = char(0xFF);   // SPS length 0xFFFF
+        writeAll(m_dir + QStringLiteral("/badavcc.mov"), badAvcC);
         writeAll(m_dir + QStringLiteral("/c.mov"), cut);
-        QVERIFY(!batch({QStringLiteral("--reference"), badSample, m_dir + QStringLiteral("/c.mov")}).isEmpty());
+        QVERIFY(!batch({QStringLiteral("--reference"), m_dir + QStringLiteral("/badavcc.mov"), m_dir + QStringLiteral("/c.mov")}).isEmpty());
 
-        // Random bytes: no movie on the first pass, no frame with the sample.
         QByteArray noise(2 << 20, '\0');
         QRandomGenerator gen(7);
         for (int i = 0; i < noise.size(); i += 4)
