@@ -1,7 +1,6 @@
 // The HEVC pass's own pieces on crafted input: its constant tables, the
-// parameter sets of an hvcC box in any shape, the chunk walk of a sample, the
-// header tests, the top-level walk past mmpu, and the first pass's test of a
-// damaged file's own chunk table.
+// parameter sets of an hvcC box in any shape, the chunk walk of a sample,
+// the header tests, the top-level walk past mmpu and the rate default.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/thread_video_repair.h"
@@ -25,24 +24,22 @@ QByteArray Be32(quint32 v)
     return b;
 }
 
-QByteArray Be16(quint16 v) { return QByteArray(1, char(v >> 8)) + char(v & 0xFF); }
-
 QByteArray Atom(const char* code, const QByteArray& body) { return Be32(quint32(body.size() + 8)) + code + body; }
 
 // An hvcC array: head (completeness flag and type), unit count, units.
 QByteArray NalArray(quint8 head, const QList<QByteArray>& units, int claimedCount = -1)
 {
-    QByteArray a(1, char(head));
-    a += Be16(quint16(claimedCount < 0 ? units.size() : claimedCount));
+    const int count = claimedCount < 0 ? units.size() : claimedCount;
+    QByteArray a = QByteArray(1, char(head)) + char(count >> 8) + char(count);
     for (const QByteArray& u : units)
-        a += Be16(quint16(u.size())) + u;
+        a += char(u.size() >> 8) + QByteArray(1, char(u.size())) + u;
     return a;
 }
 
 QByteArray HvcC(const QList<QByteArray>& arrays)
 {
     QByteArray config(22, '\0');
-    config[0] = 1;   // configurationVersion
+    config[0] = 1;             // configurationVersion
     config[21] = char(0x0F);   // lengthSizeMinusOne 3
     config += char(arrays.size());
     for (const QByteArray& a : arrays)
@@ -54,67 +51,13 @@ const QByteArray kVps = QByteArray::fromHex("40010c01ffff016000000300b0");
 const QByteArray kSps = QByteArray::fromHex("420101016000000300b0000003005da0");
 const QByteArray kSps2 = QByteArray::fromHex("420101016000000300b0a1000102");   // holds the bytes of an SPS head
 const QByteArray kPps = QByteArray::fromHex("4401c172b46240");
-const QByteArray kSc = QByteArray::fromHex("00000001");
-
-// The HEVC frame-start records, built from their rows: for each first
-// payload byte the types 9, 8 and (from E2 on, ahead of them) 1, with the
-// CRA, PPS and type 1 records at their places.
-QByteArray SliceTableFromRows()
-{
-    auto rec = [](int h, int x) { return QByteArray::fromHex(QByteArray::number(h, 16).rightJustified(2, '0') + "01")
-                                         + char(x); };
-    QByteArray t = rec(0x12, 0xE0) + rec(0x10, 0xE0) + rec(0x12, 0xE1) + rec(0x10, 0xE1);
-    const QMap<int, QByteArray> behind = {
-        {0xE3, rec(0x02, 0xD1)}, {0xE7, rec(0x2A, 0xAD) + rec(0x02, 0xD2)}, {0xEB, rec(0x02, 0xD3)},
-        {0xEF, rec(0x2A, 0xAE) + rec(0x02, 0xD4)}, {0xF3, rec(0x02, 0xD5)},
-        {0xF7, rec(0x2A, 0xAF) + rec(0x02, 0xD6)}, {0xFB, rec(0x02, 0xD7)}};
-    for (int x = 0xE2; x <= 0xFF; ++x) {
-        t += rec(0x02, x);
-        if (x == 0xF3)
-            t += rec(0x44, 0xC0);
-        t += rec(0x12, x) + rec(0x10, x) + behind.value(x);
-    }
-    return t;
-}
+const QByteArray kSliceTable(reinterpret_cast<const char*>(HevcSliceStartTable), sizeof HevcSliceStartTable);
 
 } // namespace
 
 class TestHevcUnits : public QObject {
     Q_OBJECT
     QString m_dir;
-
-    // Runs the parameter-set copy on an hvcC box behind a few leading bytes;
-    // returns what went to Indexing and whether the box was taken.
-    QByteArray parameterSets(const QByteArray& box, bool* taken)
-    {
-        const QString path = m_dir + QStringLiteral("/box");
-        writeAll(path, QByteArray(16, 'x') + box + QByteArray(64, '\0'));
-        auto r = FileReader::open(path);
-        FileWriter video, indexing;
-        video.open(m_dir + QStringLiteral("/video.hevc"));
-        indexing.open(m_dir + QStringLiteral("/Indexing"));
-        ThreadVideoRepair t;
-        *taken = t.CopyHevcParameterSets(*r, 16 + 4, video, indexing);
-        video.close();
-        indexing.close();
-        const QByteArray out = readAll(m_dir + QStringLiteral("/Indexing"));
-        [&] { QCOMPARE(readAll(m_dir + QStringLiteral("/video.hevc")), out); }();
-        return out;
-    }
-
-    // The chunk walk over a file made of body, with its stco at tablePos.
-    QByteArray frameStarts(const QByteArray& file, qint64 tablePos)
-    {
-        const QString path = m_dir + QStringLiteral("/ref");
-        writeAll(path, file);
-        auto r = FileReader::open(path);
-        FileWriter text;
-        text.open(m_dir + QStringLiteral("/videotext.txt"));
-        ThreadVideoRepair t;
-        t.HevcFrameStarts(*r, uint64_t(tablePos), false, text);
-        text.close();
-        return readAll(m_dir + QStringLiteral("/videotext.txt"));
-    }
 
 private Q_SLOTS:
     void init()
@@ -126,15 +69,16 @@ private Q_SLOTS:
 
     void tablesAreTheWrittenLists()
     {
-        const QByteArray slices = QByteArray::fromHex(
+        QCOMPARE(kSliceTable, QByteArray::fromHex(
         "1201E01001E01201E11001E10201E21201E21001E20201E31201E31001E30201D10201E41201E41001E40201E51201E5"
         "1001E50201E61201E61001E60201E71201E71001E72A01AD0201D20201E81201E81001E80201E91201E91001E90201EA"
         "1201EA1001EA0201EB1201EB1001EB0201D30201EC1201EC1001EC0201ED1201ED1001ED0201EE1201EE1001EE0201EF"
         "1201EF1001EF2A01AE0201D40201F01201F01001F00201F11201F11001F10201F21201F21001F20201F34401C01201F3"
         "1001F30201D50201F41201F41001F40201F51201F51001F50201F61201F61001F60201F71201F71001F72A01AF0201D6"
         "0201F81201F81001F80201F91201F91001F90201FA1201FA1001FA0201FB1201FB1001FB0201D70201FC1201FC1001FC"
-        "0201FD1201FD1001FD0201FE1201FE1001FE0201FF1201FF1001FF");
-        const QByteArray aac = QByteArray::fromHex(
+        "0201FD1201FD1001FD0201FE1201FE1001FE0201FF1201FF1001FF"));
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(HevcAacStartTable), sizeof HevcAacStartTable),
+                 QByteArray::fromHex(
         "212003214EEB216C0F210C0F212C14214ED7216C14210C0E210C0C214EEF216C08210C0B214EB7210C08210C0A210C09"
         "214E9F214EE6214EF6214E6E214EFA214EFD214EF7214EFB214EDF214EF9214E7E214EFF214EBF214E7F216C09214EF3"
         "214E7B214E96214EE9216C0C214ED3214EDE214EDB214ED6216C0E212C0D214EF4214EDA214E2F214EBC214EF2212C0C"
@@ -143,53 +87,49 @@ private Q_SLOTS:
         "012E37012C37012837010012012A5701209B013637012637015880014237013E3701385701129A013AF7014037012237"
         "012437012A37011C37012037012E57012CF7011A37011C5701069B010A9A011EF70116370114370110370126570122F7"
         "012C5701447401A653011837012457011A9A012AF701109B0132570134F7011C9B010C9B011E5701149B01225701169B"
-        "0126F70138F701145701049B01109A0130F7");
-        const QByteArray table(reinterpret_cast<const char*>(HevcSliceStartTable), sizeof HevcSliceStartTable);
-        QCOMPARE(table.size(), 315);
-        QCOMPARE(table, slices);
-        QCOMPARE(SliceTableFromRows(), slices);
-        QCOMPARE(QByteArray(reinterpret_cast<const char*>(HevcAacStartTable), sizeof HevcAacStartTable), aac);
+        "0126F70138F701145701049B01109A0130F7"));
+        QCOMPARE(kSliceTable.size(), 315);
     }
 
     void parameterSets_data()
     {
         QTest::addColumn<QByteArray>("box");
         QTest::addColumn<bool>("taken");
-        QTest::addColumn<QByteArray>("sets");
-        const QByteArray all = kSc + kVps + kSc + kSps + kSc + kPps;
-        QTest::newRow("complete arrays") << HvcC({NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps}), NalArray(0xA2, {kPps})})
-                                         << true << all;
+        const QByteArray vps = NalArray(0xA0, {kVps}), sps = NalArray(0xA1, {kSps}), pps = NalArray(0xA2, {kPps});
+        QTest::newRow("complete arrays") << HvcC({vps, sps, pps}) << true;
         QTest::newRow("VPS 20 00 01") << HvcC({NalArray(0x20, {kVps}), NalArray(0x21, {kSps}), NalArray(0x22, {kPps})})
-                                      << true << all;
-        QTest::newRow("two SPS units") << HvcC({NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps, kSps2}), NalArray(0xA2, {kPps})})
-                                       << true << all;
-        QTest::newRow("arrays in another order")
-            << HvcC({NalArray(0xA2, {kPps}), NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps})}) << true << all;
-        QTest::newRow("SEI array between") << HvcC({NalArray(0xA0, {kVps}), NalArray(0x27, {QByteArray::fromHex("4e0105")}),
-                                                    NalArray(0xA1, {kSps}), NalArray(0xA2, {kPps})})
-                                           << true << all;
-        QTest::newRow("no PPS") << HvcC({NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps})}) << false << QByteArray();
-        QByteArray cut = HvcC({NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps}), NalArray(0xA2, {kPps})});
-        cut.chop(4);
-        QTest::newRow("PPS cut off by the box") << Be32(quint32(cut.size())) + cut.mid(4) << false << QByteArray();
-        QTest::newRow("unit count past the box")
-            << HvcC({NalArray(0xA0, {kVps}), NalArray(0xA1, {kSps}, 60000)}) << false << QByteArray();
-        QTest::newRow("box size 0") << Be32(0) + HvcC({NalArray(0xA0, {kVps})}).mid(4) << false << QByteArray();
+                                      << true;
+        QTest::newRow("two SPS units") << HvcC({vps, NalArray(0xA1, {kSps, kSps2}), pps}) << true;
+        QTest::newRow("arrays in another order") << HvcC({pps, vps, sps}) << true;
+        QTest::newRow("SEI array between") << HvcC({vps, NalArray(0x27, {QByteArray::fromHex("4e0105")}), sps, pps}) << true;
+        QTest::newRow("no PPS") << HvcC({vps, sps}) << false;
+        const QByteArray cut = HvcC({vps, sps, pps}).chopped(4);
+        QTest::newRow("PPS cut off by the box") << Be32(quint32(cut.size())) + cut.mid(4) << false;
+        QTest::newRow("unit count past the box") << HvcC({vps, NalArray(0xA1, {kSps}, 60000)}) << false;
+        QTest::newRow("box size 0") << Be32(0) + HvcC({vps}).mid(4) << false;
     }
+    // The sets go to Indexing and to the stream, first SPS only; a box that
+    // lacks one of them is not taken.
     void parameterSets()
     {
         QFETCH(QByteArray, box);
         QFETCH(bool, taken);
-        QFETCH(QByteArray, sets);
-        bool wasTaken = !taken;
-        QCOMPARE(parameterSets(box, &wasTaken), sets);
-        QCOMPARE(wasTaken, taken);
+        MemoryReader r(QByteArray(16, 'x') + box + QByteArray(64, '\0'));
+        FileWriter video, indexing;
+        video.open(m_dir + QStringLiteral("/video.hevc"));
+        indexing.open(m_dir + QStringLiteral("/Indexing"));
+        QCOMPARE(ThreadVideoRepair().CopyHevcParameterSets(r, 16 + 4, video, indexing), taken);
+        video.close();
+        indexing.close();
+        const QByteArray sc = QByteArray::fromHex("00000001");
+        QCOMPARE(readAll(m_dir + QStringLiteral("/Indexing")), taken ? sc + kVps + sc + kSps + sc + kPps : QByteArray());
+        QCOMPARE(readAll(m_dir + QStringLiteral("/video.hevc")), readAll(m_dir + QStringLiteral("/Indexing")));
     }
 
-    // Unit headers: type 21 (CRA, 2A) opens a sample's chunk and a scanned
-    // unit but not a damaged file's own first chunk; parameter sets close a
-    // unit but don't open one in the scan; type 0 needs 01 behind it; the
-    // second header byte must be layer 0 with a temporal id.
+    // Type 21 (CRA, 2A) opens a sample's chunk and a scanned unit but not a
+    // damaged file's own first chunk; parameter sets close a unit but don't
+    // open one in the scan; type 0 needs 01 behind it; the second header
+    // byte must be layer 0 with a temporal id.
     void headerTests()
     {
         auto test = [](const char* hex, NalStartSet set) {
@@ -210,60 +150,49 @@ private Q_SLOTS:
         QVERIFY(!test("00001234211a", NalStartSet::HevcStreamBytes));
         QVERIFY(!test("010012340201", NalStartSet::HevcReferenceBytes));
         QVERIFY(test("000000020900", NalStartSet::HevcOwnIndexBytes));
-        // The H.264 sets are untouched by the second-byte rule.
-        QVERIFY(test("00001234211a", NalStartSet::StreamBytes));
+        QVERIFY(test("00001234211a", NalStartSet::StreamBytes));   // the H.264 sets keep no second-byte rule
     }
 
+    // Two chunks of two units each, then one of one unit: the first unit of
+    // every chunk and the second where it is a slice, then the whole table.
     void chunkWalk()
     {
-        // Two chunks of two units each, then one of one unit; the table
-        // points at them.
-        QByteArray media;
-        QList<quint32> chunks;
         auto unit = [](const char* hex) { const QByteArray u = QByteArray::fromHex(hex); return Be32(quint32(u.size())) + u; };
-        chunks << 16;
-        media += unit("2801af00") + unit("0201e100aa");
-        chunks << quint32(16 + media.size());
-        media += unit("4e0105ff") + unit("0201e2");
-        chunks << quint32(16 + media.size());
-        media += unit("2a01ad0000");
-        QByteArray stco = Be32(0) + Be32(quint32(chunks.size()));
-        for (quint32 c : chunks)
-            stco += Be32(c);
-        const QByteArray file = QByteArray(16, 'x') + media + Be32(quint32(stco.size() + 8)) + "stco" + stco;
+        const QByteArray media = unit("2801af00") + unit("0201e100aa") + unit("4e0105ff") + unit("0201e2") + unit("2a01ad0000");
+        const QByteArray stco = Be32(0) + Be32(3) + Be32(16) + Be32(16 + 17) + Be32(16 + 17 + 15);
+        const QByteArray file = QByteArray(16, 'x') + media + Atom("stco", stco);
         const qint64 tablePos = 16 + media.size() + 4;
-        const QByteArray table(reinterpret_cast<const char*>(HevcSliceStartTable), sizeof HevcSliceStartTable);
-        QCOMPARE(frameStarts(file, tablePos),
-                 QByteArray::fromHex("2801af" "2801af" "0201e1" "4e0105" "4e0105" "0201e2" "2a01ad" "2a01ad") + table);
+        auto frameStarts = [&](const QByteArray& bytes) {
+            MemoryReader r(bytes);
+            FileWriter text;
+            text.open(m_dir + QStringLiteral("/videotext.txt"));
+            ThreadVideoRepair().HevcFrameStarts(r, uint64_t(tablePos), false, text);
+            text.close();
+            return readAll(m_dir + QStringLiteral("/videotext.txt"));
+        };
+        QCOMPARE(frameStarts(file), QByteArray::fromHex("2801af2801af0201e14e01054e01050201e22a01ad2a01ad") + kSliceTable);
 
-        // One chunk: the table alone.
-        QByteArray one = file;
+        QByteArray one = file;   // one chunk: the table alone
         one.replace(int(tablePos + 8), 4, Be32(1));
-        QCOMPARE(frameStarts(one, tablePos), table);
+        QCOMPARE(frameStarts(one), kSliceTable);
 
         // Entries past the end of the file and a count far beyond the table
-        // give no records and end.
+        // give no records, and the walk ends.
         QByteArray wild = file;
-        wild.replace(int(tablePos + 8), 4, Be32(0xFFFFFFFF));
-        wild.replace(int(tablePos + 12), 4, Be32(0x7FFFFFFF));
-        QVERIFY(frameStarts(wild, tablePos).endsWith(table));
+        wild.replace(int(tablePos + 8), 8, Be32(0xFFFFFFFF) + Be32(0x7FFFFFFF));
+        QVERIFY(frameStarts(wild).endsWith(kSliceTable));
     }
 
-    void walkPassesMmpu()
+    void walkPassesMmpuAndRateDefault()
     {
         const QByteArray file = Atom("ftyp", "isom") + Atom("mmpu", QByteArray(20, 'm')) + Atom("moov", QByteArray(8, '\0'));
-        const QString path = m_dir + QStringLiteral("/walk");
-        writeAll(path, file);
-        auto r = FileReader::open(path);
+        MemoryReader r(file);
         uint64_t pos = 4;
-        QVERIFY(WalkToMovie(*r, pos, true, nullptr, nullptr, true));
+        QVERIFY(WalkToMovie(r, pos, true, nullptr, nullptr, true));
         QCOMPARE(qint64(pos), qint64(file.indexOf("moov")));
         pos = 4;
-        QVERIFY(!WalkToMovie(*r, pos, true));
-    }
+        QVERIFY(!WalkToMovie(r, pos, true));
 
-    void hevcRateDefault()
-    {
         QCOMPARE(ComputeFrameRate(0, 10000, 1000, 25), 25);
         QCOMPARE(ComputeFrameRate(250, 500, 1000, 25), 25);   // under a second
         QCOMPARE(ComputeFrameRate(300, 10000, 1000, 25), 30);
