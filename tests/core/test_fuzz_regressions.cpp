@@ -1,11 +1,18 @@
-// Every input the fuzzers once broke the engine with, plus a few hostile
-// shapes per route, through the driver with the fuzz harness's checks
-// (nothing written beside Repaired, the input unchanged, no crash).
+// Every input the fuzzers once broke the engine with (fuzz/regressions/<route>/),
+// plus a few hostile shapes per route, through the driver with the fuzz
+// harness's checks: nothing written beside Repaired, the input unchanged, no crash.
 #include "fuzz_harness.h"
 
 #include <QDir>
 #include <QFile>
 #include <QtTest>
+
+namespace {
+void Feed(const QByteArray& bytes, const FuzzOptions& options)
+{
+    FuzzThroughDriver(reinterpret_cast<const uint8_t*>(bytes.constData()), size_t(bytes.size()), options);
+}
+}
 
 class TestFuzzRegressions : public QObject {
     Q_OBJECT
@@ -23,8 +30,7 @@ private Q_SLOTS:
             for (const QString& name : dir.entryList(QDir::Files)) {
                 QFile f(dir.filePath(name));
                 QVERIFY(f.open(QIODevice::ReadOnly));
-                const QByteArray bytes = f.readAll();
-                FuzzThroughDriver(reinterpret_cast<const uint8_t*>(bytes.constData()), size_t(bytes.size()), options);
+                Feed(f.readAll(), options);
                 ++count;
             }
         }
@@ -43,22 +49,17 @@ private Q_SLOTS:
         QFETCH(QString, route);
         FuzzOptions options;
         QVERIFY(FuzzOptionsForRoute(route, options));
-        QList<QByteArray> inputs;
-        inputs << QByteArray() << QByteArray(7, '\0') << QByteArray(70000, '\xFF') << QByteArray(70000, '\0');
         QByteArray noise(200000, '\0');
         quint32 x = 99;
-        for (char& c : noise) {
-            x = x * 1664525u + 1013904223u;
-            c = char(x >> 24);
-        }
-        inputs << noise;
-        // Headers that claim huge sizes right at the start.
-        inputs << QByteArray::fromHex("ffffffff6d6f6f76ffffffff6d766864") + QByteArray(100, '\x01');
-        inputs << QByteArray("RIFF\xff\xff\xff\xff" "AVI LIST\xff\xff\xff\xff" "hdrlavih", 28) + QByteArray(5000, '\x7f');
-        inputs << QByteArray::fromHex("1a45dfa3ffffffffffffffff") + QByteArray(4000, '\xff');
-        inputs << QByteArray("FLV\x01\x05\x00\x00\x00\x09", 9) + QByteArray(4000, '\xff');
-        for (const QByteArray& in : inputs)
-            FuzzThroughDriver(reinterpret_cast<const uint8_t*>(in.constData()), size_t(in.size()), options);
+        for (char& c : noise)
+            c = char((x = x * 1664525u + 1013904223u) >> 24);
+        // Empty, tiny, flat and random files, and headers that claim huge sizes right at the start.
+        for (const QByteArray& in : {QByteArray(), QByteArray(7, '\0'), QByteArray(70000, '\xFF'), QByteArray(70000, '\0'), noise,
+                                     QByteArray::fromHex("ffffffff6d6f6f76ffffffff6d766864") + QByteArray(100, '\x01'),
+                                     QByteArray("RIFF\xff\xff\xff\xff" "AVI LIST\xff\xff\xff\xff" "hdrlavih", 28) + QByteArray(5000, '\x7f'),
+                                     QByteArray::fromHex("1a45dfa3ffffffffffffffff") + QByteArray(4000, '\xff'),
+                                     QByteArray("FLV\x01\x05\x00\x00\x00\x09", 9) + QByteArray(4000, '\xff')})
+            Feed(in, options);
     }
 };
 

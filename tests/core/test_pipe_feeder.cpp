@@ -1,8 +1,7 @@
-// Feeding a stream to a reader through a named pipe while it is written, and
-// the muxer run on such pipes: every byte arrives in order whenever the
-// reader comes, and the stream file stays empty; a reader that falls
-// behind, goes away or never reads makes the run fail (so that the stream is
-// made again into the file), and nothing waits for ever.
+// A stream fed to a reader through a named pipe while it is written, and the
+// muxer run on such pipes: every byte arrives in order whenever the reader
+// comes; a reader that falls behind, goes away or never reads makes the run
+// fail (so the stream is made again into its file), and nothing waits for ever.
 #include "core/file_writer.h"
 #include "core/pipe_feeder.h"
 #include "recovery/h264/overlapped_mux.h"
@@ -20,7 +19,6 @@
 using namespace testvideo;
 
 namespace {
-
 QByteArray Pattern(int n, int seed)
 {
     QByteArray b(n, '\0');
@@ -29,21 +27,21 @@ QByteArray Pattern(int n, int seed)
     return b;
 }
 
-// Opens the pipe for reading (as the muxer does) and reads to its end.
+void Push(PipeFeeder& f, const QByteArray& b) { f.push(reinterpret_cast<const uint8_t*>(b.constData()), size_t(b.size())); }
+
+// Opens the pipe for reading, as the muxer does, and reads to its end.
 QByteArray ReadPipe(const QString& path)
 {
     QByteArray all;
     const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
-    if (fd < 0)
-        return all;
     char buf[65536];
     ssize_t n;
-    while ((n = ::read(fd, buf, sizeof buf)) > 0)
+    while (fd >= 0 && (n = ::read(fd, buf, sizeof buf)) > 0)
         all.append(buf, int(n));
-    ::close(fd);
+    if (fd >= 0)
+        ::close(fd);
     return all;
 }
-
 } // namespace
 
 class TestPipeFeeder : public QObject {
@@ -55,46 +53,39 @@ private Q_SLOTS:
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
     // The reader opens the pipe late, after more than the pipe holds was
-    // pushed: the writer waits for it, every byte arrives in order, and the
-    // end of the stream comes behind them.
+    // pushed: the writer waits, every byte arrives in order, then the end.
     void lateReaderGetsEverything()
     {
         PipeFeeder feeder;
         const QString path = m_dir + QStringLiteral("/s.h264");
         QVERIFY(feeder.start(path));
-        QByteArray got;
+        QByteArray got, sent;
         std::thread reader([&] {
             QThread::msleep(150);
             got = ReadPipe(path);
         });
-        QByteArray sent;
         for (int i = 0; i < 30; ++i) {
-            const QByteArray chunk = Pattern(100000 + i, i);
-            feeder.push(reinterpret_cast<const uint8_t*>(chunk.constData()), size_t(chunk.size()));
-            sent += chunk;
+            sent += Pattern(100000 + i, i);
+            Push(feeder, sent.right(100000 + i));
         }
         feeder.finish();
         reader.join();
         QCOMPARE(got.size(), sent.size());
         QCOMPARE(got, sent);
-        QVERIFY(feeder.drained());
-        QVERIFY(!feeder.failed());
+        QVERIFY(feeder.drained() && !feeder.failed());
     }
 
     // A reader that never comes makes a full pipe give up after the stall
-    // time, the reader's end at once; nothing pushed gives up at the finish.
+    // time, the reader's end at once; a stream that got no bytes fails at the finish.
     void givingUp()
     {
         const QByteArray big = Pattern(3 << 20, 1);   // more than the pipe holds
-        const auto push = [&](PipeFeeder& f) {
-            f.push(reinterpret_cast<const uint8_t*>(big.constData()), size_t(big.size()));
-        };
         QElapsedTimer clock;
         {
             PipeFeeder feeder(std::chrono::milliseconds(200));
             QVERIFY(feeder.start(m_dir + QStringLiteral("/a")));
             clock.start();
-            push(feeder);
+            Push(feeder, big);
             QVERIFY(feeder.failed());
             QVERIFY(clock.elapsed() >= 150);
             feeder.finish();
@@ -109,7 +100,7 @@ private Q_SLOTS:
                 feeder.readerGone();
             });
             clock.start();
-            push(feeder);
+            Push(feeder, big);
             gone.join();
             QVERIFY(feeder.failed());
             QVERIFY(clock.elapsed() < 2000);
@@ -120,26 +111,24 @@ private Q_SLOTS:
         QVERIFY(empty.failed());
     }
 
-    // The muxer run on pipes: a reader that takes the stream completes; one
-    // that leaves without reading, or never ends, is ended, and the run
-    // counts as failed.
+    // The muxer run on pipes: a reader that takes the stream completes, with
+    // the stream file left empty; one that stops early, or is abandoned without
+    // reading, ends and the run fails; the switch off writes the file as usual.
     void overlappedRuns()
     {
         const QString out = m_dir + QStringLiteral("/out.bin");
+        const QString videoFile = m_dir + QStringLiteral("/video.h264");
         const QByteArray stream = Pattern(3 << 20, 7);
         const QByteArray head("\0\0\0\1SPS", 7);
         auto run = [&](const QString& script, bool abandon) {
             FileWriter video;
-            video.open(m_dir + QStringLiteral("/video.h264"));
+            video.open(videoFile);
             video.write(head);
             OverlappedMux mux;
-            const bool started = mux.start(m_dir, false, video, nullptr, [&](bool, const QString& v, const QString&) {
-                return QStringLiteral("/bin/sh -c \"") + QString(script).replace(QStringLiteral("VIDEO"), v)
-                     + QLatin1Char('"');
-            });
-            if (!started)
-                return false;
-            if (mux.videoHead() != head)
+            if (!mux.start(m_dir, false, video, nullptr, [&](bool, const QString& v, const QString&) {
+                    return QStringLiteral("/bin/sh -c \"") + QString(script).replace(QStringLiteral("VIDEO"), v)
+                         + QLatin1Char('"');
+                }) || mux.videoHead() != head)
                 return false;
             video.write(stream);
             video.close();
@@ -149,10 +138,10 @@ private Q_SLOTS:
             }
             return mux.complete(out);
         };
-        QVERIFY(run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
+        const QString cat = QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\'');
+        QVERIFY(run(cat, false));
         QCOMPARE(readAll(out), head + stream);
-        // The stream, head and all, went to the reader alone.
-        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), QByteArray());
+        QCOMPARE(readAll(videoFile), QByteArray());   // head and all went to the reader alone
 
         QElapsedTimer clock;
         clock.start();
@@ -163,9 +152,9 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_dir + QStringLiteral("/pipe-video.h264")));
 
         qputenv(OverlappedMux::kAfterScanVariable, "1");
-        QVERIFY(!run(QStringLiteral("cat 'VIDEO' > '") + out + QLatin1Char('\''), false));
+        QVERIFY(!run(cat, false));
         qunsetenv(OverlappedMux::kAfterScanVariable);
-        QCOMPARE(readAll(m_dir + QStringLiteral("/video.h264")), head);   // no pipe: the file as usual
+        QCOMPARE(readAll(videoFile), head);   // no pipe: the file as usual
     }
 };
 
