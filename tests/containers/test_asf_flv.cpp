@@ -1,0 +1,690 @@
+// ASF/WMV and FLV repair. On crafted bytes: the ASF header object walk, the
+// new Header Object and the packet walk; the FLV tag scan, the new
+// onMetaData tag in both forms, the duration and the metadata window; hostile
+// sizes for both. End to end through reelwright-batch on ffmpeg-made clips
+// (WMV2 + WMA2 as .wmv and .asf; Sorenson + MP3 and H.264 + AAC as .flv):
+// whole, cut at 70 %, three holes, and for ASF the header zeroed with a sample.
+#include "batch_check.h"
+#include "core/log_cipher.h"
+#include "core/thread_video_repair.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUuid>
+#include <QtEndian>
+#include <QtTest>
+#include <cstring>
+
+using namespace testvideo;
+using containers::repairedPath;
+
+namespace {
+
+template <typename T> QByteArray le(T v)
+{
+    QByteArray b(int(sizeof(T)), '\0');
+    qToLittleEndian(v, b.data());
+    return b;
+}
+template <typename T> QByteArray be(T v)
+{
+    QByteArray b(int(sizeof(T)), '\0');
+    qToBigEndian(v, b.data());
+    return b;
+}
+quint32 le32(const QByteArray& b, qint64 at) { return qFromLittleEndian<quint32>(b.constData() + at); }
+quint64 le64(const QByteArray& b, qint64 at) { return qFromLittleEndian<quint64>(b.constData() + at); }
+quint32 be32(const QByteArray& b, int at) { return qFromBigEndian<quint32>(b.constData() + at); }
+quint32 be24(const QByteArray& b, int at) { return be32(b, at - 1) & 0xFFFFFF; }
+
+// A GUID in ASF byte order, made from its text independently of the engine.
+QByteArray guid(const char* text)
+{
+    QByteArray b = QUuid(QString::fromLatin1(text)).toRfc4122();
+    std::reverse(b.begin(), b.begin() + 4);
+    std::reverse(b.begin() + 4, b.begin() + 6);
+    std::reverse(b.begin() + 6, b.begin() + 8);
+    return b;
+}
+const QByteArray kHeader = guid("75B22630-668E-11CF-A6D9-00AA0062CE6C");
+const QByteArray kData = guid("75B22636-668E-11CF-A6D9-00AA0062CE6C");
+const QByteArray kFileProps = guid("8CABDCA1-A947-11CF-8EE4-00C00C205365");
+const QByteArray kStreamProps = guid("B7DC0791-A9B7-11CF-8EE6-00C00C205365");
+const QByteArray kVideo = guid("BC19EFC0-5B4D-11CF-A8FD-00805F5C442B");
+const QByteArray kAudio = guid("F8699E40-5B4D-11CF-A8FD-00805F5C442B");
+const QByteArray kCodecList = guid("86D15240-311D-11D0-A3A4-00A0C90348F6");
+const QByteArray kExtContent = guid("D2D0A440-E307-11D2-97F0-00A0C95EA850");
+const QByteArray kContent = guid("75B22633-668E-11CF-A6D9-00AA0062CE6C");
+const QByteArray kHeaderExt = guid("5FBF03B5-A92E-11CF-8EE3-00C00C205365");
+const QByteArray kHeaderExtReserved = guid("ABD3D211-A9BA-11CF-8EE6-00C00C205365");
+const QByteArray kSimpleIndex = guid("33000890-E5B1-11CF-89F4-00A0C90349CB");
+
+QByteArray object(const QByteArray& id, const QByteArray& body) { return id + le(quint64(24 + body.size())) + body; }
+
+QByteArray fileProperties(quint32 packetSize)
+{
+    return object(kFileProps, QByteArray(16, 'F') + le(quint64(123456)) + le(quint64(0)) + le(quint64(99))
+                                  + le(quint64(0x1122334455667788))   // Play Duration
+                                  + le(quint64(0x0102030405060708)) + le(quint64(3000)) + le(quint32(2))
+                                  + le(packetSize) + le(packetSize) + le(quint32(1000000)));
+}
+QByteArray streamProperties(const QByteArray& type, char mark, int extra = 10)
+{
+    return object(kStreamProps, type + QByteArray(16, '\0') + le(quint64(0)) + le(quint32(extra)) + le(quint32(0))
+                                    + le(quint16(mark == 'a' ? 2 : 1)) + le(quint32(0)) + QByteArray(extra, mark));
+}
+QByteArray codecList() { return object(kCodecList, QByteArray(16, '\0') + le(quint32(0)) + "codecs"); }
+QByteArray extContent(int pad = 0) { return object(kExtContent, le(quint16(0)) + "ext" + QByteArray(pad, 'e')); }
+QByteArray content() { return object(kContent, QByteArray(10, '\0') + "desc"); }
+
+QByteArray headerObject(const QList<QByteArray>& objects)
+{
+    QByteArray body = le(quint32(objects.size())) + QByteArray("\x01\x02", 2);
+    for (const QByteArray& o : objects)
+        body += o;
+    return object(kHeader, body);
+}
+
+const QByteArray kDataTail = QByteArray(16, 'I') + le(quint64(77)) + QByteArray("\x01\x01", 2);
+
+// A data packet: error correction 82 00 00, the two flag bytes, padding
+// length, send time at byte 7, duration, then filler.
+QByteArray packet(quint32 size, quint32 sendTime, char fill)
+{
+    const QByteArray p = QByteArray("\x82\x00\x00\x11\x5d", 5) + le(quint16(0)) + le(sendTime) + le(quint16(40));
+    return p + QByteArray(int(size) - p.size(), fill);
+}
+QByteArray dataObject(const QByteArray& packets) { return kData + le(quint64(50 + packets.size())) + kDataTail + packets; }
+QByteArray asfFile(const QList<QByteArray>& objects, const QByteArray& packets, const QByteArray& behind = QByteArray())
+{
+    return headerObject(objects) + dataObject(packets) + behind;
+}
+QByteArray minimalAsf(quint32 packetSize, const QByteArray& packets, const QByteArray& behind = QByteArray())
+{
+    return asfFile({fileProperties(packetSize), streamProperties(kVideo, 'v'), codecList()}, packets, behind);
+}
+
+struct Obj {
+    QByteArray id;
+    qint64 pos;
+    quint64 size;
+};
+
+// The objects of a Header Object; empty when a size disagrees with the bytes.
+QList<Obj> headerObjects(const QByteArray& f)
+{
+    QList<Obj> list;
+    const qint64 end = f.left(16) == kHeader ? qint64(le64(f, 16)) : 0;
+    qint64 pos = 30;
+    for (; pos < end; pos += qint64(list.last().size)) {
+        const quint64 size = le64(f, pos + 16);
+        if (size < 24 || pos + qint64(size) > end)
+            return {};
+        list << Obj{f.mid(int(pos), 16), pos, size};
+    }
+    return pos == end ? list : QList<Obj>();
+}
+
+// An FLV tag with its PreviousTagSize; the timestamp's top byte goes to TimestampExtended.
+QByteArray tag(int type, quint32 time, const QByteArray& data)
+{
+    return QByteArray(1, char(type)) + be(quint32(data.size())).mid(1) + be(time).mid(1) + char(time >> 24)
+         + QByteArray(3, '\0') + data + be(quint32(data.size() + 11));
+}
+QByteArray video(quint32 time, char first, int size = 20) { return tag(9, time, first + QByteArray(size - 1, 'v')); }
+QByteArray audio(quint32 time, int size = 12) { return tag(8, time, '\x2f' + QByteArray(size - 1, 'a')); }
+
+const QByteArray kFlvHeader = QByteArray("FLV\x01\x05\x00\x00\x00\x09", 9) + be(quint32(0));
+
+QByteArray metaTag(const QList<QPair<QByteArray, double>>& entries)
+{
+    QByteArray d = QByteArray("\x02\x00\x0a", 3) + "onMetaData" + '\x08' + be(quint32(entries.size()));
+    for (const auto& e : entries)
+        d += be(quint16(e.first.size())) + e.first + '\0' + be(e.second);
+    return tag(18, 0, d + QByteArray("\x00\x00\x09", 3));
+}
+
+// The new script tag: DataSize, array count, each key's 8 raw value bytes,
+// and where the copied tags begin.
+struct Script {
+    quint32 dataSize = 0, count = 0, previousSize = 0;
+    QMap<QByteArray, QByteArray> values;
+    int tagsAt = 0;
+};
+Script parseScript(const QByteArray& out)
+{
+    Script s;
+    s.dataSize = be24(out, 14);
+    s.count = be32(out, 13 + 11 + 14);
+    for (int at = 13 + 11 + 18, n; at + 2 < out.size() && (n = qFromBigEndian<quint16>(out.constData() + at)); at += 11 + n)
+        s.values[out.mid(at + 2, n)] = out.mid(at + 3 + n, 8);
+    s.previousSize = be32(out, 13 + 11 + int(s.dataSize));
+    s.tagsAt = 13 + 11 + int(s.dataSize) + 4;
+    return s;
+}
+
+// Bytes in memory behind the engine's reader, counting what the reader fetches.
+class CountingReader final : public ByteReader {
+public:
+    CountingReader(QByteArray data, quint64* fetched)
+        : ByteReader(quint64(data.size()), 64 * 1024), m_data(std::move(data)), m_fetched(fetched) {}
+
+private:
+    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override
+    {
+        const size_t k = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
+        std::memcpy(dst, m_data.constData() + pos, k);
+        *m_fetched += k;
+        return k;
+    }
+    QByteArray m_data;
+    quint64* m_fetched;
+};
+
+QStringList clipArgs(int seconds, const QString& key)
+{
+    static const QHash<QString, QStringList> codecs{
+        {"wmv", {"-c:v", "wmv2", "-q:v", "5", "-c:a", "wmav2", "-b:a", "128k"}},
+        {"flv1", {"-c:v", "flv1", "-q:v", "5", "-c:a", "libmp3lame", "-b:a", "128k"}},
+        {"h264", {"-c:v", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p", "-c:a", "aac", "-b:a", "96k"}}};
+    // Noise keeps frames large, so that a 32 KiB hole touches only a few.
+    return lavfiVideo(seconds) + lavfiAudio(seconds, 44100) + QStringList{"-vf", "noise=alls=12:allf=t"}
+         + codecs.value(key == "asf" ? "wmv" : key);
+}
+
+struct Range {
+    qint64 from, to;   // [from, to)
+};
+
+// Packets of one stream ("v" or "a") that still stand whole in the damaged
+// file: before the cut and clear of every hole. A packet's bytes reach a
+// little beyond pos + size: an ASF payload is spread over data packets with
+// their own headers, an FLV tag has its header and PreviousTagSize.
+int remaining(const QString& clip, const QString& kind, qint64 fileSize, const QList<Range>& holes, qint64 asfPacket)
+{
+    QByteArray out;
+    run("ffprobe", {"-v", "error", "-select_streams", kind + ":0", "-show_entries", "packet=pos,size", "-of",
+                    "compact=p=0", clip}, &out);
+    int n = 0;
+    for (const QByteArray& line : out.split('\n')) {
+        qint64 pos = -1, size = -1;   // "size=754|pos=21324", in ffprobe's order
+        for (const QByteArray& field : line.trimmed().split('|')) {
+            if (field.startsWith("pos="))
+                pos = field.mid(4).toLongLong();
+            else if (field.startsWith("size="))
+                size = field.mid(5).toLongLong();
+        }
+        if (pos < 0 || size < 0)
+            continue;
+        const qint64 end = asfPacket ? pos + size + size / 16 + asfPacket : pos + 11 + size + 4;
+        bool whole = end <= fileSize;
+        for (const Range& h : holes)
+            whole = whole && (end <= h.from || pos >= h.to);
+        n += whole;
+    }
+    return n;
+}
+
+} // namespace
+
+class TestAsfFlv : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+    struct AsfResult {
+        bool found = false, failed = false;
+        QByteArray out, data;   // the output, and its Data Object onwards
+        quint32 playDurationLow() const { return le32(out, 94); }
+    };
+    // Walks the header of headerSource, then rewrites from packetSource (the
+    // same bytes unless a sample gives the header).
+    AsfResult repairAsf(const QByteArray& headerSource, const QByteArray* packetSource = nullptr)
+    {
+        AsfResult r;
+        g_passFailed = false;
+        ThreadVideoRepair t;
+        t.m_workDir = m_dir;
+        t.m_fileName = "clip.wmv";
+        g_sourceFullPath = m_dir + "/source/clip.wmv";
+        t.m_file = std::make_unique<MemoryReader>(headerSource, 64 * 1024);
+        t.ReadAsfHeaderObjects();
+        r.found = t.m_asfHeadersFound;
+        if (r.found) {
+            t.m_file = std::make_unique<MemoryReader>(packetSource ? *packetSource : headerSource, 64 * 1024);
+            t.RewriteAsfFile(m_dir);
+            r.out = readAll(m_dir + "/clip.wmv");
+            r.data = r.out.mid(r.out.indexOf(kData));
+        }
+        r.failed = g_passFailed;
+        g_passFailed = false;
+        return r;
+    }
+
+    struct FlvResult {
+        QStringList verdicts;   // "1 clip.flv" per WriteStatus
+        bool written = false;
+        QByteArray out;
+        QStringList logLines;
+    };
+    FlvResult repairFlv(const QByteArray& input, quint64* fetched = nullptr)
+    {
+        FlvResult r;
+        ThreadVideoRepair t;
+        connect(&t, &ThreadVideoRepair::WriteStatus,
+                [&r](bool ok, bool, QString name, bool) { r.verdicts << QString("%1 %2").arg(int(ok)).arg(name); });
+        if (fetched)
+            t.m_file = std::make_unique<CountingReader>(input, fetched);
+        else
+            t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);
+        g_inputSize = t.m_fileSize = quint64(input.size());
+        t.m_workDir = m_dir;
+        t.m_fileName = "clip.flv";
+        t.m_logPath = m_dir + "/logFile.txt";
+        g_sourceFullPath = m_dir + "/source/clip.flv";
+        if (!t.m_logHandle.open(t.m_logPath))
+            return r;
+        t.RepairFlvFile(t.m_fileName);
+        r.written = QFile::exists(m_dir + "/clip.flv");
+        r.out = readAll(m_dir + "/clip.flv");
+        for (const QByteArray& line : readAll(t.m_logPath).split('\n'))
+            if (!line.trimmed().isEmpty())
+                r.logLines << LogCipher().decryptToString(QString::fromLatin1(line.trimmed()));
+        return r;
+    }
+
+    QHash<QString, QString> m_clips;
+    QString clip(const QString& key, const QString& suffix, int seconds)
+    {
+        const QString name = key + (seconds == 2 ? "_sample." : ".") + suffix;
+        if (!m_clips.contains(name))
+            m_clips[name] = make(name, clipArgs(seconds, key));
+        return m_clips[name];
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = freshDir("asf-flv");
+        g_stopRequested = false;
+        g_referencePath.clear();
+        g_repairedPaths.clear();
+    }
+    void cleanup() { QDir(m_dir).removeRecursively(); }
+
+    void asfHeaderTakesTheObjectsInItsOwnOrder_data()
+    {
+        QTest::addColumn<bool>("audioFirst");
+        QTest::newRow("video stream first") << false;
+        QTest::newRow("audio stream first") << true;
+    }
+    void asfHeaderTakesTheObjectsInItsOwnOrder()
+    {
+        QFETCH(bool, audioFirst);
+        const QByteArray video = streamProperties(kVideo, 'v'), audio = streamProperties(kAudio, 'a', 18);
+        // A second video or audio stream is passed over and dropped from the header.
+        const QByteArray video2 = streamProperties(kVideo, 'w'), audio2 = streamProperties(kAudio, 'b', 18);
+        QList<QByteArray> objects{content(), fileProperties(256)};
+        objects << (audioFirst ? audio : video) << (audioFirst ? audio2 : video2) << (audioFirst ? video : audio)
+                << (audioFirst ? video2 : audio2) << extContent() << codecList();
+        const QByteArray packets = packet(256, 100, 'a') + packet(256, 140, 'b') + packet(256, 180, 'c');
+        const AsfResult r = repairAsf(asfFile(objects, packets, kSimpleIndex + le(quint64(56))));
+        QVERIFY(r.found && !r.failed);
+        QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.wmv"});
+
+        const QList<Obj> objs = headerObjects(r.out);
+        QCOMPARE(objs.size(), 7);
+        QCOMPARE(r.out.mid(24, 6), le(7u) + "\x01\x02");
+        const QList<QByteArray> expected{kFileProps, kHeaderExt, kExtContent, kStreamProps, kStreamProps, kCodecList, kContent};
+        for (int i = 0; i < objs.size(); ++i)
+            QCOMPARE(objs[i].id, expected[i]);
+        QCOMPARE(r.out.mid(int(objs[1].pos), 46), kHeaderExt + le(quint64(46)) + kHeaderExtReserved + QByteArray(6, '\0'));
+        QCOMPARE(r.out.mid(int(objs[3].pos), int(objs[3].size + objs[4].size)), video + audio);
+        QCOMPARE(r.out.mid(int(objs[5].pos), int(objs[5].size + objs[6].size)), codecList() + content());
+
+        // File Properties copied whole but for the low half of Play Duration.
+        QByteArray props = fileProperties(256);
+        QCOMPARE(objs[0].pos, 30);
+        QCOMPARE(r.playDurationLow(), 140u * 10000);
+        props.replace(64, 4, r.out.mid(94, 4));
+        QCOMPARE(r.out.mid(30, props.size()), props);
+
+        // Data Object: the kept tail, then the packets whose successor begins
+        // like a packet; the last one, followed by the index object, is not.
+        QCOMPARE(r.out.mid(int(objs.last().pos + objs.last().size), 16), kData);
+        QCOMPARE(r.data.mid(16), le(quint64(512)) + kDataTail + packets.left(512));
+    }
+
+    // The new header holds `objects` objects; its count says 7 all the same.
+    void asfRequiredObjectsAndTheOneMiBLimit_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<int>("objects");   // 0: the walk fails
+        const QByteArray packets = packet(128, 1, 'p') + packet(128, 2, 'q');
+        const QByteArray fp = fileProperties(128), v = streamProperties(kVideo, 'v'), cl = codecList();
+        QTest::newRow("all required") << asfFile({fp, v, cl}, packets) << 4;
+        QTest::newRow("codec list and stream ahead of File Properties") << asfFile({cl, v, fp}, packets) << 4;
+        QTest::newRow("no packets") << asfFile({fp, v, cl}, QByteArray()) << 4;
+        // A Data Object met first doesn't end the walk while objects are missing.
+        QTest::newRow("data object ahead of the header") << dataObject(QByteArray()) + headerObject({fp, v, cl}) + packets << 4;
+        QTest::newRow("no codec list") << asfFile({fp, v}, packets) << 0;
+        QTest::newRow("audio only") << asfFile({fp, streamProperties(kAudio, 'a'), cl}, packets) << 0;
+        QTest::newRow("no data object") << headerObject({fp, v, cl}) + packets << 0;
+        QTest::newRow("header over 1 MiB") << asfFile({fp, v, extContent(0x110000), cl}, packets) << 0;
+        QTest::newRow("data object beyond 1 MiB") << asfFile({fp, v, cl, extContent(0x110000)}, packets) << 0;
+        QTest::newRow("header just under 1 MiB") << asfFile({fp, v, cl, extContent(0xF0000)}, packets) << 5;
+        QTest::newRow("packet size 0") << asfFile({fileProperties(0), v, cl}, packets) << 0;
+        QTest::newRow("packet size 4 billion") << asfFile({fileProperties(4000000000u), v, cl}, packets) << 0;
+        QByteArray shortProps = fp, hugeCodecs = cl, zeroSize = cl;
+        shortProps.replace(16, 8, le(quint64(60)));
+        QTest::newRow("File Properties shorter than its fields") << asfFile({shortProps, v, cl}, packets) << 0;
+        hugeCodecs.replace(16, 8, le(quint64(1) << 40));
+        QTest::newRow("codec list sized past the end") << asfFile({fp, v, hugeCodecs}, packets) << 0;
+        zeroSize.replace(16, 8, le(quint64(0)));
+        QTest::newRow("codec list of size 0, then a good one") << asfFile({fp, v, zeroSize, cl}, packets) << 4;
+        QTest::newRow("random bytes") << containers::randomBytes(300000, 3) << 0;
+        QTest::newRow("GUIDs alone at the end") << QByteArray(100, 'x') + kFileProps + kStreamProps + kCodecList + kData << 0;
+    }
+    void asfRequiredObjectsAndTheOneMiBLimit()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(int, objects);
+        const AsfResult r = repairAsf(input);
+        QCOMPARE(r.found, objects > 0);
+        if (!objects)
+            return;
+        QVERIFY(!r.failed);
+        QCOMPARE(headerObjects(r.out).size(), objects);
+        QCOMPARE(le32(r.out, 24), 7u);
+        QCOMPARE(le64(r.data, 16), quint64(r.data.size() - 50));
+    }
+
+    void asfPacketSuccessor_data()
+    {
+        QTest::addColumn<QByteArray>("successor");
+        QTest::addColumn<int>("packetsTaken");
+        QTest::newRow("82 00 00") << QByteArray("\x82\x00\x00", 3) << 2;
+        QTest::newRow("82 ff ff") << QByteArray("\x82\xff\xff", 3) << 2;
+        QTest::newRow("01") << QByteArray("\x01zz", 3) << 2;
+        QTest::newRow("02") << QByteArray("\x02zz", 3) << 2;
+        // A packet head with another error correction length is not a successor.
+        QTest::newRow("81 00 00") << QByteArray("\x81\x00\x00", 3) << 1;
+        QTest::newRow("00") << QByteArray("\x00zz", 3) << 1;
+    }
+    void asfPacketSuccessor()
+    {
+        QFETCH(QByteArray, successor);
+        QFETCH(int, packetsTaken);
+        // Two packets, then the byte under test where a third would begin.
+        const QByteArray packets = packet(200, 10, 'a') + packet(200, 20, 'b');
+        const AsfResult r = repairAsf(minimalAsf(200, packets, successor + QByteArray(40, 'z')));
+        QVERIFY(r.found);
+        QCOMPARE(r.data.mid(16), le(quint64(200 * packetsTaken)) + kDataTail + packets.left(200 * packetsTaken));
+        QCOMPARE(r.playDurationLow(), quint32(10 * packetsTaken) * 10000);
+    }
+
+    // Packets behind a hole of odd length are found again; the packet cut by
+    // the end of the file is not taken (its successor reads as zeros).
+    void asfPacketWalkResynchronisesAndDropsCutPackets()
+    {
+        const QByteArray p1 = packet(300, 1, 'a'), p2 = packet(300, 2, 'b'), p3 = packet(300, 3, 'c');
+        const QByteArray p4 = packet(300, 4, 'd'), p5 = packet(300, 5, 'e');
+        const AsfResult r = repairAsf(minimalAsf(300, p1 + p2 + QByteArray(77, 'n') + p3 + p4 + p5.left(250)));
+        QCOMPARE(r.data.mid(16), le(quint64(900)) + kDataTail + p1 + p3 + p4);
+        QCOMPARE(r.playDurationLow(), 4u * 10000);
+    }
+
+    void asfUnwritableOutputIsAFailure()
+    {
+        // The output name is a link to a device that refuses every write.
+        if (!QFile::exists("/dev/full"))
+            QSKIP("no /dev/full");
+        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.wmv"));
+        QByteArray packets;
+        for (int i = 0; i < 2000; ++i)
+            packets += packet(512, quint32(i), 'x');
+        const AsfResult r = repairAsf(minimalAsf(512, packets, QByteArray(1, '\x82')));
+        QVERIFY(r.found && r.failed);
+        QVERIFY(g_repairedPaths.isEmpty());
+        QVERIFY(QFile::exists("/dev/full"));
+    }
+
+    void flvTakesTagsFromTheFirstUsableVideoTag()
+    {
+        const QList<QPair<QByteArray, double>> meta{{"duration", 99},      {"width", 320},    {"height", 240},
+                                                    {"videodatarate", 500}, {"framerate", 25}, {"videocodecid", 7},
+                                                    {"audiodatarate", 128}, {"audiocodecid", 10}};
+        const QByteArray head = kFlvHeader + metaTag(meta) + audio(0) + video(0, '\x27') + audio(20);
+        const QList<QByteArray> taken{video(40, '\x17'), audio(60), video(80, '\x27'),
+                                      tag(9, 100, QByteArray()),                       // DataSize 0
+                                      video(0x01000000 + 5040, '\x27', 15000)};        // TimestampExtended 1
+        // A last tag whose PreviousTagSize (00 00 01 00) is cut after three
+        // bytes: zeros past the end would make it agree.
+        const QByteArray last = video(6000, '\x27', 245).left(11 + 245 + 3);
+        QByteArray copied;
+        QStringList logged;
+        for (const QByteArray& t : taken) {
+            logged << QString("%1 %2").arg(head.size() + copied.size()).arg(t.size() - 4);
+            copied += t;
+        }
+
+        const FlvResult r = repairFlv(head + copied + last);
+        QCOMPARE(r.verdicts, QStringList{"1 clip.flv"});
+        QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.flv"});
+        QCOMPARE(r.out.left(13), kFlvHeader);
+        const Script s = parseScript(r.out);
+        QCOMPARE(s.dataSize, 208u);
+        QCOMPARE(s.count, 15u);
+        QCOMPARE(s.previousSize, 219u);
+        QCOMPARE(r.out.mid(13, 11), QByteArray("\x12\x00\x00\xd0", 4) + QByteArray(7, '\0'));
+        QCOMPARE(r.out.mid(13 + 11, 13), QByteArray("\x02\x00\x0aonMetaData", 13));
+        QCOMPARE(r.out.mid(13 + 11 + 208 - 4, 4), QByteArray("\x00\x00\x00\x09", 4));
+        QCOMPARE(s.values.size(), 9);
+        // (5040 - 40) / 1000 whole seconds: the extended timestamp byte is not read.
+        QCOMPARE(s.values["duration"], be(5.0));
+        QCOMPARE(s.values["starttime"], QByteArray(8, '\0'));
+        for (int k = 1; k < meta.size(); ++k)
+            QCOMPARE(s.values[meta[k].first], be(meta[k].second));
+        QCOMPARE(r.out.mid(s.tagsAt), copied);
+        QCOMPARE(r.logLines, logged);
+    }
+
+    void flvMetadataWindowAndForms_data()
+    {
+        QTest::addColumn<int>("scriptAt");   // -1: no script tag
+        QTest::addColumn<bool>("longForm");
+        QTest::newRow("script tag at byte 14999") << 14999 << true;
+        QTest::newRow("script tag at byte 15000") << 15000 << false;
+        QTest::newRow("no script tag") << -1 << false;
+    }
+    void flvMetadataWindowAndForms()
+    {
+        QFETCH(int, scriptAt);
+        QFETCH(bool, longForm);
+        // A usable video tag sized so that the next tag starts at scriptAt.
+        const QByteArray first = kFlvHeader + video(0, '\x12', (scriptAt < 0 ? 16000 : scriptAt) - 13 - 15);
+        const QByteArray meta = scriptAt < 0 ? QByteArray() : metaTag({{"duration", 1}, {"width", 640}, {"framerate", 30}});
+        const QByteArray tail = video(2500, '\x22') + audio(2600);
+        const FlvResult r = repairFlv(first + meta + tail);
+        QCOMPARE(r.verdicts.size(), 1);
+        const Script s = parseScript(r.out);
+        QCOMPARE(s.count, 15u);
+        QCOMPARE(s.dataSize, longForm ? 208u : 61u);
+        QCOMPARE(s.previousSize, longForm ? 219u : 72u);
+        QCOMPARE(s.values.size(), longForm ? 9 : 2);
+        QCOMPARE(s.values["duration"], be(2.0));
+        if (longForm) {
+            QCOMPARE(s.values["width"], be(640.0));
+            QCOMPARE(s.values["framerate"], be(30.0));
+            QCOMPARE(s.values["height"], QByteArray(8, '\0'));   // not in the old tag
+        }
+        QCOMPARE(r.out.mid(s.tagsAt), first.mid(13) + tail);
+    }
+
+    void flvDuration_data()
+    {
+        QTest::addColumn<QList<quint32>>("times");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("rounded down") << QList<quint32>{1000, 2000, 4999} << 3.0;
+        QTest::newRow("low 24 bits only") << QList<quint32>{0x00FFF000, 0x02FFFFFF} << 4.0;
+        // A latest timestamp that doesn't exceed the first gives 0.
+        QTest::newRow("one tag") << QList<quint32>{7000} << 0.0;
+        QTest::newRow("equal") << QList<quint32>{5000, 5000} << 0.0;
+        QTest::newRow("latest below first") << QList<quint32>{9000, 12000, 3000} << 0.0;
+    }
+    void flvDuration()
+    {
+        QFETCH(QList<quint32>, times);
+        QFETCH(double, seconds);
+        QByteArray in = kFlvHeader;
+        for (int i = 0; i < times.size(); ++i)
+            in += video(times[i], i == 0 ? '\x12' : '\x22', i == 0 ? 15100 : 30);
+        const FlvResult r = repairFlv(in);
+        QCOMPARE(r.verdicts.size(), 1);
+        QCOMPARE(parseScript(r.out).values["duration"], be(seconds));
+    }
+
+    void flvWhenNoFileIsWritten_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<int>("tagsCopied");   // -1: no file, a negative verdict
+        QTest::newRow("no video tag") << kFlvHeader + audio(0, 16000) + audio(30) << -1;
+        QTest::newRow("15000 bytes") << kFlvHeader + video(0, '\x12', 15000 - 28) << -1;
+        QTest::newRow("15001 bytes") << kFlvHeader + video(0, '\x12', 15001 - 28) << 1;
+        QTest::newRow("no usable video tag") << kFlvHeader + video(0, '\x27', 16000) + audio(10) << 0;
+        QTest::newRow("random bytes") << containers::randomBytes(200000, 9) << -1;
+        // Sizes past the end, and a PreviousTagSize that disagrees.
+        QByteArray wrong = video(50, '\x27', 40);
+        wrong[wrong.size() - 1] = char(wrong.at(wrong.size() - 1) + 1);
+        QTest::newRow("sizes past the end") << kFlvHeader + video(0, '\x17', 16000) + tag(9, 40, QByteArray(100, 'x')).left(60)
+                                                   + "\x09\xff\xff\xff" + QByteArray(200, '\x08') + wrong << 1;
+    }
+    void flvWhenNoFileIsWritten()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(int, tagsCopied);
+        const FlvResult r = repairFlv(input);
+        if (tagsCopied < 0) {
+            QVERIFY(!r.written && g_repairedPaths.isEmpty());
+            QCOMPARE(r.verdicts, QStringList{"0 clip.flv"});
+            return;
+        }
+        QCOMPARE(r.verdicts, QStringList{"1 clip.flv"});
+        QCOMPARE(r.logLines.size(), tagsCopied);
+        QCOMPARE(r.out.size(), 13 + 11 + 61 + 4 + (tagsCopied ? 11 + int(be24(input, 14)) + 4 : 0));
+    }
+
+    // Between two good tags, an 8, 9 or 18 every 32 bytes whose DataSize
+    // (1.5 MiB) points far beyond the reader's window, and inside the file
+    // for the first 96 KiB of them: each is tested without fetching the far
+    // bytes anew each time.
+    void flvGarbageFullOfCandidatesIsReadOnce()
+    {
+        QByteArray garbage;
+        for (int i = 0; i < (1536 + 96) * 1024 / 32; ++i)
+            garbage += char("\x08\x09\x12"[i % 3]) + QByteArray("\x18\x00\x00", 3) + QByteArray(28, '\0');
+        const QByteArray first = video(0, '\x12', 200), second = video(40, '\x22', 200);
+        const QByteArray in = kFlvHeader + first + garbage + second;
+        quint64 fetched = 0;
+        const FlvResult r = repairFlv(in, &fetched);
+        QCOMPARE(r.verdicts, QStringList{"1 clip.flv"});
+        QCOMPARE(r.out.mid(parseScript(r.out).tagsAt), first + second);
+        QVERIFY2(fetched < 4 * quint64(in.size()), qPrintable(QString("%1 bytes fetched for %2").arg(fetched).arg(in.size())));
+    }
+
+    void flvUnwritableOutputGetsANegativeVerdict()
+    {
+        if (!QFile::exists("/dev/full"))
+            QSKIP("no /dev/full");
+        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.flv"));
+        QByteArray in = kFlvHeader;
+        for (int i = 0; i < 400; ++i)
+            in += video(quint32(i * 40), i == 0 ? '\x12' : '\x22', 5000);
+        QCOMPARE(repairFlv(in).verdicts, QStringList{"0 clip.flv"});
+        QVERIFY(g_repairedPaths.isEmpty());
+        QVERIFY(QFile::exists("/dev/full"));
+    }
+
+    void endToEnd_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<QString>("damage");
+        for (const QString source : {"wmv wmv", "asf asf", "flv1 flv", "h264 flv"})
+            for (const QString damage : {"whole", "cut at 70%", "holes", "header zeroed"})
+                if (damage != "header zeroed" || !source.endsWith("flv"))
+                    QTest::newRow(qPrintable(source.section(' ', 0, 0) + ' ' + damage))
+                        << source.section(' ', 0, 0) << source.section(' ', 1) << damage;
+    }
+    // At least 90% of the video and sound frames that remain in the input decode.
+    void endToEnd()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, suffix);
+        QFETCH(QString, damage);
+        const QString clipPath = clip(source, suffix, 6);
+        QVERIFY2(!clipPath.isEmpty(), "ffmpeg could not make the clip");
+        QByteArray bytes = readAll(clipPath);
+        qint64 asfPacket = 0;
+        if (suffix != "flv") {
+            // Maximum Data Packet Size of the File Properties Object.
+            const int props = bytes.left(4096).indexOf(kFileProps);
+            QVERIFY(props > 0);
+            asfPacket = le32(bytes, props + 96);
+            QVERIFY(asfPacket > 0);
+        }
+
+        QList<Range> holes;
+        QStringList args;
+        if (damage == "cut at 70%") {
+            cutAtFraction(bytes, 0.7);
+        } else if (damage == "holes") {
+            for (int k = 1; k <= 3; ++k) {
+                holes << Range{bytes.size() * k / 4, bytes.size() * k / 4 + 32 * 1024};
+                zeroRange(bytes, holes.last().from, 32 * 1024);
+            }
+        } else if (damage == "header zeroed") {
+            // The Header Object and the head of the Data Object behind it.
+            const qint64 headerEnd = qint64(le64(bytes, 16)) + 50;
+            QVERIFY(headerEnd > 100 && headerEnd < 65536);
+            zeroRange(bytes, 0, headerEnd);
+            args << "--reference" << clip(source, suffix, 2);
+        }
+        const QString input = m_dir + "/clip." + suffix;
+        const containers::Batch b = containers::repairBytes(input, bytes, args);
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.signalNames, QStringList{"WriteStatus"});
+        QVERIFY(b.ok());
+        QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        QVERIFY(probeOpens(b.outputs[0]));
+
+        // Sound as well; a damaged MP3 frame can take its neighbour along.
+        for (const QString kind : {"v", "a"}) {
+            const int wanted = remaining(clipPath, kind, bytes.size(), holes, asfPacket);
+            const int decoded = decodedFrames(b.outputs[0], kind + ":0");
+            qInfo("%s: %d of %d remaining frames decode", qPrintable(kind), decoded, wanted);
+            QVERIFY(wanted > 50 && decoded * 10 >= wanted * 9);
+        }
+        if (asfPacket) {
+            // Whole packets behind the new header, and the Data Object's size says how many.
+            const QByteArray o = readAll(b.outputs[0]);
+            const qint64 header = qint64(le64(o, 16));
+            QVERIFY(header > 30 && header + 50 <= o.size());
+            QCOMPARE(qint64(le64(o, header + 16)), o.size() - header - 50);
+            QCOMPARE((o.size() - header - 50) % asfPacket, 0);
+        }
+    }
+
+    void asfZeroedHeaderWithoutSampleFails()
+    {
+        QByteArray bytes = readAll(clip("wmv", "wmv", 6));
+        QVERIFY(!bytes.isEmpty());
+        zeroRange(bytes, 0, qint64(le64(bytes, 16)) + 50);
+        const containers::Batch b = containers::repairBytes(m_dir + "/clip.wmv", bytes);
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QVERIFY(!b.repaired.isEmpty() && !b.repaired.contains(true));
+        QVERIFY(b.outputs.isEmpty() && !QFile::exists(repairedPath(m_dir + "/clip.wmv")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAsfFlv)
+#include "test_asf_flv.moc"
