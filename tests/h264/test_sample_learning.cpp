@@ -136,18 +136,15 @@ private Q_SLOTS:
         QVERIFY(l.audioText.endsWith(QByteArray::fromHex("211A0B")));
     }
 
-    void movieOrderAndTrackOrderDontMatter()
+    // A sample whose sound track comes first is an end-to-end row.
+    void movieAtTheStartTeachesTheSame()
     {
         const Learnt atEnd = learn(Clip(QStringLiteral("learn.mov")));
         const Learnt atStart = learn(Clip(QStringLiteral("learn_faststart.mov"), "-movflags faststart"));
+        QVERIFY(!atEnd.indexing.isEmpty() && !atEnd.audioText.isEmpty());
         QCOMPARE(atStart.indexing, atEnd.indexing);
         QCOMPARE(atStart.videoText, atEnd.videoText);
         QCOMPARE(atStart.audioText, atEnd.audioText);
-        // Sound track first: the walk runs forward to the video's tables.
-        const Learnt l = learn(Clip(QStringLiteral("learn_soundfirst.mp4"), "-map 1:a -map 0:v"));
-        QCOMPARE(l.indexing, atEnd.indexing);
-        QCOMPARE(g_videoSampleCount, 50u);
-        QVERIFY(l.audioText.endsWith(QByteArray::fromHex("211A0B")));
     }
 
     void brokenChunkTablesWithoutSample()
