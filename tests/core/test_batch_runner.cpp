@@ -43,46 +43,36 @@ private Q_SLOTS:
     // nothing is written beside Repaired, and the inputs stay as they were.
     void verdictLinesForBadInput()
     {
-        QDir().mkpath(m_dir + QStringLiteral("/folder.mov"));
         const QList<QPair<QString, QByteArray>> made = {
             {"broken clip.mov", QByteArray(1000, '\x11')}, {"empty.mp4", QByteArray()},
             {"with blanks ä ö.mov", QByteArray(100, 'z')}, {"tiny.m4v", QByteArray("\0\0\0\x08", 4)},
             {"unreadable.mov", QByteArray(500, '\x22')}, {"zeros.avi", QByteArray(5000, '\0')}};
-        QStringList files, hashes;
+        QStringList files = {m_dir + QStringLiteral("/missing.mov"), m_dir + QStringLiteral("/folder.mov")}, hashes;
+        QDir().mkpath(files.last());
         for (const auto& m : made) {
             files << m_dir + QLatin1Char('/') + m.first;
             writeAll(files.last(), m.second);
             hashes << sha256(files.last());
         }
-        QFile::setPermissions(m_dir + QStringLiteral("/unreadable.mov"), QFileDevice::WriteOwner);   // not for root
-        files.insert(1, m_dir + QStringLiteral("/missing.mov"));
-        files.insert(2, m_dir + QStringLiteral("/folder.mov"));
-
+        const QString unreadable = m_dir + QStringLiteral("/unreadable.mov");
+        QFile::setPermissions(unreadable, QFileDevice::WriteOwner);   // not for root
         const BatchResult r = runBatch(files);
+        QFile::setPermissions(unreadable, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         QCOMPARE(r.exitCode, 0);
         const QList<QJsonObject> v = r.verdicts();
-        for (const QString& f : files) {
-            const QString name = QFileInfo(f).fileName();
-            const bool avi = name.endsWith(QLatin1String(".avi"));
-            const auto it = std::find_if(v.begin(), v.end(), [&](const QJsonObject& o) {
-                return o.value("file").toString() == name;
-            });
-            QVERIFY2(it != v.end(), qPrintable(name));
-            QCOMPARE(it->value("signal").toString(), QString::fromLatin1(avi ? "WriteAVIFileStatus" : "WriteStatus"));
-            QCOMPARE(it->value("repaired").toBool(true), false);
-            QCOMPARE(it->contains("defaultCodec"), !avi);
-            if (!avi)
-                QCOMPARE(it->value("defaultCodec").toBool(true), false);
+        QCOMPARE(v.size(), files.size());
+        for (int i = 0; i < files.size(); ++i) {
+            const bool avi = files[i].endsWith(QLatin1String(".avi"));
+            QCOMPARE(v[i].value("file").toString(), QFileInfo(files[i]).fileName());
+            QCOMPARE(v[i].value("signal").toString(), QString::fromLatin1(avi ? "WriteAVIFileStatus" : "WriteStatus"));
+            QCOMPARE(v[i].value("repaired").toBool(true), false);
+            QCOMPARE(v[i].contains("defaultCodec"), !avi);
+            QCOMPARE(v[i].value("defaultCodec").toBool(), false);
         }
-        QCOMPARE(v.first().value("file").toString(), QStringLiteral("broken clip.mov"));
-        QCOMPARE(v.last().value("file").toString(), QStringLiteral("zeros.avi"));
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
-        QVERIFY(r.end().value("outputs").isArray());
-        for (const QJsonValue& out : r.end().value("outputs").toArray())   // no file is named that wasn't made
-            QVERIFY2(QFileInfo(out.toString()).isFile(), qPrintable(out.toString()));
+        QCOMPARE(r.end().value("outputs").toArray(), QJsonArray());
         QCOMPARE(r.lines.last(), r.end());
         QVERIFY(r.stderrText.contains("broken clip.mov"));   // progress line
-        QFile::setPermissions(m_dir + QStringLiteral("/unreadable.mov"), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         for (int i = 0; i < made.size(); ++i)
             QCOMPARE(sha256(m_dir + QLatin1Char('/') + made[i].first), hashes[i]);
         QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), made.size() + 3);

@@ -178,50 +178,48 @@ private Q_SLOTS:
 
     // ---- The search ----
 
-    void walkFindsMovieAtTheEnd()
-    {
-        const qint64 mdatSize = 64 << 20;
-        const QString p = m_dir + QStringLiteral("/end.mov");
-        sparse(p, kFtyp.size() + mdatSize, {{0, kFtyp + be32(uint32_t(mdatSize)) + "mdat"}});
-        QFile f(p);
-        QVERIFY(f.open(QIODevice::Append) && f.write(craftedMoov()) > 0);
-        f.close();
-        ThreadVideoRepair t;
-        QList<ulong> ranges;
-        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { ranges << r; });
-        QVERIFY(readDamaged(t, p));
-        QVERIFY(g_moovRead);
-        QCOMPARE(g_frameWidth, 640u);
-        QCOMPARE(t.m_moovPos, uint64_t(kFtyp.size() + mdatSize + 4));
-        QCOMPARE(ranges, QList<ulong>());   // the walk sends no range of its own
-    }
-
-    void windowsAndFirstMiB_data()
+    void search_data()
     {
         QTest::addColumn<qint64>("size");
+        QTest::addColumn<uint32_t>("mdatSize");   // the size word of the mdat behind ftyp
         QTest::addColumn<qint64>("moovAt");
-        QTest::addColumn<ulong>("range");
-        QTest::newRow("last 4 MiB behind broken mdat") << qint64(64 << 20) << qint64(61 << 20) << ulong(50000);
-        QTest::newRow("between 4 and 10 MiB from the end") << qint64(64 << 20) << qint64(56 << 20) << ulong(50000);
-        QTest::newRow("first MiB behind damage") << qint64(64 << 20) << qint64(0x80000) << ulong(50000);
-        QTest::newRow("2 MiB file") << qint64(2 << 20) << qint64(1 << 20) << ulong(5000);
-        QTest::newRow("3.5 MiB file, window wraps to 0") << qint64(0x380000) << qint64(0x200000) << ulong(50000);
+        QTest::addColumn<bool>("reference");
+        QTest::addColumn<QList<ulong>>("ranges");
+        const qint64 mib = 1 << 20, walkEnd = 64 * mib + kFtyp.size();
+        QTest::newRow("walk: at the end behind a whole mdat") << walkEnd + craftedMoov().size() << uint32_t(64 * mib)
+                                                              << walkEnd << false << QList<ulong>();
+        // A broken mdat size makes the walk jump past the end; the windows search.
+        const auto row = [&](const char* name, qint64 size, qint64 moovAt, ulong range) {
+            QTest::newRow(name) << size << 0x7fffffffu << moovAt << false << QList<ulong>({range});
+        };
+        row("last 4 MiB behind broken mdat", 64 * mib, 61 * mib, 50000);
+        row("between 4 and 10 MiB from the end", 64 * mib, 56 * mib, 50000);
+        row("first MiB behind damage", 64 * mib, 0x80000, 50000);
+        row("2 MiB file", 2 * mib, mib, 5000);
+        row("3.5 MiB file, window wraps to 0", 0x380000, 0x200000, 50000);
+        // The sample's search announces its range before the walk, and again for the windows.
+        QTest::newRow("3 GiB reference, 5 MiB from its end") << (3ll << 30) << 16u << (3ll << 30) - 5 * mib << true
+                                                             << QList<ulong>({50000, 50000});
     }
-    void windowsAndFirstMiB()
+    void search()
     {
         QFETCH(qint64, size);
+        QFETCH(uint32_t, mdatSize);
         QFETCH(qint64, moovAt);
-        QFETCH(ulong, range);
-        // A broken mdat size at the head makes the walk jump past the end.
-        const QString p = m_dir + QStringLiteral("/win.mov");
-        sparse(p, size, {{0, kFtyp + be32(0x7fffffff) + "mdat"}, {moovAt, craftedMoov()}});
+        QFETCH(bool, reference);
+        QFETCH(QList<ulong>, ranges);
+        const QString p = m_dir + QStringLiteral("/sparse.mov");
+        sparse(p, size, {{0, kFtyp + be32(mdatSize) + "mdat"}, {moovAt, craftedMoov()}});
         ThreadVideoRepair t;
-        QList<ulong> ranges;
-        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { ranges << r; });
-        QVERIFY(readDamaged(t, p));
+        QList<ulong> got;
+        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { got << r; });
+        QVERIFY(reference ? readReference(t, p) : readDamaged(t, p));
         QVERIFY(g_moovRead);
+        QCOMPARE(g_frameWidth, 640u);
         QCOMPARE(t.m_moovPos, uint64_t(moovAt + 4));
-        QCOMPARE(ranges, QList<ulong>({range}));
+        QCOMPARE(got, ranges);
+        if (reference)
+            QCOMPARE(g_referenceFullPath, QFileInfo(p).absoluteFilePath());
     }
 
     void nothingFoundIn4GiBSparse()
@@ -237,6 +235,8 @@ private Q_SLOTS:
         QVERIFY(!g_moovRead);
         QCOMPARE(steps, 50000);   // steps 0..49999 of the first window
         QVERIFY2(timer.elapsed() < 10000, "search of a 4 GiB file took too long");
+        ThreadVideoRepair missing;
+        QVERIFY(!readReference(missing, m_dir + QStringLiteral("/nothing.mov")));
     }
 
     void imkhMark()
@@ -247,20 +247,6 @@ private Q_SLOTS:
         bool imkh = false;
         readDamaged(t, p, &imkh);
         QVERIFY(imkh);
-    }
-
-    void referenceOf3GiB()
-    {
-        const qint64 size = 3ll << 30;
-        const QString p = m_dir + QStringLiteral("/ref.mov");
-        sparse(p, size, {{0, kFtyp + be32(16) + "mdat"}, {size - (5 << 20), craftedMoov()}});
-        ThreadVideoRepair t;
-        QVERIFY(readReference(t, p));
-        QVERIFY(g_moovRead);
-        QCOMPARE(t.m_moovPos, uint64_t(size - (5 << 20) + 4));
-        QCOMPARE(g_referenceFullPath, QFileInfo(p).absoluteFilePath());
-        ThreadVideoRepair missing;
-        QVERIFY(!readReference(missing, m_dir + QStringLiteral("/nothing.mov")));
     }
 
     // ---- The readers ----
@@ -315,9 +301,17 @@ private Q_SLOTS:
         const Track video = track(bytes, "vide"), sound = track(bytes, "soun");
         QVERIFY(!video.stsd.isEmpty() && !sound.stsd.isEmpty() && video.timeScale && sound.timeScale);
 
+        const qint64 ctts = video.ctts;
+        if (name.startsWith(QLatin1String("h264")))
+            QVERIFY2(ctts > 0 && word(bytes, ctts + 12) > 1, "x264 with -bf 2 should give a ctts");
+        // m_isJpeg belongs to the damaged file: the sample's reader neither sets
+        // nor clears it. Each reader starts with it the other way round.
+        const bool jpegBefore = !flags.contains(QLatin1String("jpeg"));
+
         for (const bool reference : {false, true}) {
             clearGlobals();
             ThreadVideoRepair t;
+            t.m_isJpeg = jpegBefore;
             const QString log = m_dir + QStringLiteral("/log.txt");
             if (reference) {
                 QVERIFY(t.m_logHandle.open(log));
@@ -325,8 +319,18 @@ private Q_SLOTS:
                 QVERIFY(t.m_logHandle.close());
                 QVERIFY(!t.m_refFile);   // closed by the reader
                 QCOMPARE(readAll(log), QByteArray("FrameWidth = 160\r\nFrameHeight = 120\r\n"));
+                QVERIFY(!t.m_hasCtts);   // the video track ends before its ctts
             } else {
                 QVERIFY(readDamaged(t, src));
+                // The first entries of a ctts with more than one.
+                QCOMPARE(t.m_hasCtts, ctts > 0 && word(bytes, ctts + 12) > 1);
+                if (t.m_hasCtts) {
+                    QCOMPARE(t.m_cttsEntries, word(bytes, ctts + 12));
+                    QCOMPARE(t.m_cttsCount0, word(bytes, ctts + 16));
+                    QCOMPARE(t.m_cttsOffset0, word(bytes, ctts + 20));
+                    QCOMPARE(t.m_cttsCount1, word(bytes, ctts + 24));
+                    QCOMPARE(t.m_cttsOffset1, word(bytes, ctts + 28));
+                }
                 QVERIFY(g_hasSoundTrak);
                 QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
                 if (sound.timeScale < 65536)   // the integer part of the sound description's rate
@@ -335,7 +339,7 @@ private Q_SLOTS:
                 QVERIFY(g_inputSize > 0 && g_inputSize < uint64_t(bytes.size()));
             }
             QVERIFY(g_moovRead);
-            QCOMPARE(flagsOf(t), reference ? refFlags : flags);
+            QCOMPARE(flagsOf(t), reference ? (QString::fromLatin1(jpegBefore ? "jpeg " : "") + refFlags).trimmed() : flags);
             QCOMPARE(g_frameWidth, 160u);
             QCOMPARE(g_frameHeight, 120u);
             QCOMPARE(g_videoTimeScale, video.timeScale);
@@ -348,36 +352,6 @@ private Q_SLOTS:
             QCOMPARE(t.m_videoStsd, reference || video.stsd.size() < 1000 ? video.stsd : QByteArray());
             QCOMPARE(t.m_audioStsd, sound.stsd);
         }
-    }
-
-    // B-frames give a ctts; the damaged-file reader takes its first entries,
-    // the sample's reader stops the video track before it. m_isJpeg belongs to
-    // the damaged file: the sample's reader neither sets nor clears it.
-    void cttsFromBFrames()
-    {
-        const QString src = make(QStringLiteral("h264_aac_end.mp4"), clipArgs(QLatin1String(kH264), QLatin1String(kAac)));
-        QVERIFY(!src.isEmpty());
-        const QByteArray bytes = readAll(src);
-        const qint64 c = track(bytes, "vide").ctts;
-        QVERIFY2(c > 0 && word(bytes, c + 12) > 1, "x264 with -bf 2 should give a ctts");
-        ThreadVideoRepair t;
-        t.m_isJpeg = true;
-        QVERIFY(readDamaged(t, src));
-        QVERIFY(!t.m_isJpeg);
-        QVERIFY(t.m_hasCtts);
-        QCOMPARE(t.m_cttsEntries, word(bytes, c + 12));
-        QCOMPARE(t.m_cttsCount0, word(bytes, c + 16));
-        QCOMPARE(t.m_cttsOffset0, word(bytes, c + 20));
-        QCOMPARE(t.m_cttsCount1, word(bytes, c + 24));
-        QCOMPARE(t.m_cttsOffset1, word(bytes, c + 28));
-        QVERIFY(g_hasSoundTrak);   // the sound track is still read
-        QCOMPARE(g_soundTimeScale, 48000u);
-
-        ThreadVideoRepair ref;
-        ref.m_isJpeg = true;
-        QVERIFY(readReference(ref, src));
-        QVERIFY(!ref.m_hasCtts);
-        QVERIFY(ref.m_isJpeg);
     }
 
     // The third offset is taken only when the first two entries hold one sample each.
