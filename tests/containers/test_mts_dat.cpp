@@ -1,0 +1,421 @@
+// MTS, DAT and IMKH camera files. On hand-made units: the four system
+// templates, the classes of packet heads, the rebuild with its system sets,
+// the unit-for-unit copy of a stream with an intact start, streams with
+// nothing to copy. End to end: ffmpeg-made BDAV streams through
+// reelwright-batch (whole, start zeroed, holes), a video CD style .dat
+// encoded anew into a .mov, an IMKH file remuxed under its own name, and the
+// muxer's command lines and failures through fake muxers.
+#include "batch_check.h"
+#include "containers/mpegts.h"
+#include "core/thread_video_repair.h"
+#include "support/signal_log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QtTest>
+
+using namespace testvideo;
+using containers::repairedPath;
+using mts::HeadClass;
+
+namespace {
+
+constexpr int kUnit = 192;
+
+QByteArray bytesOf(const mts::Unit& u) { return QByteArray(reinterpret_cast<const char*>(u.data()), int(u.size())); }
+const QByteArray kPat = bytesOf(mts::PatUnit), kPmt = bytesOf(mts::PmtUnit);
+const QByteArray kSit = bytesOf(mts::SitUnit), kPcr = bytesOf(mts::PcrUnit);
+const QByteArray kTemplates = kPat + kPmt + kSit + kPcr;
+
+// A unit with the given head; serial marks it so that it can be found in an
+// output. No byte but the sync byte is 0x47, so no false head appears.
+QByteArray unit(quint32 head, int serial)
+{
+    QByteArray u(kUnit, char(0xAA));
+    u[0] = char(0x40);
+    u[3] = char(serial & 0x3F);
+    for (int i = 0; i < 4; ++i)
+        u[4 + i] = char(head >> (24 - 8 * i));
+    u[8] = char(0x10 + (serial >> 6 & 0x1F));
+    u[9] = char(serial & 0x3F);
+    return u;
+}
+
+// Format names and codecs as ffprobe lists them, such as "h264 aac mov,mp4,...".
+QString formatAndCodecs(const QString& path)
+{
+    QByteArray out;
+    run("ffprobe", {"-v", "error", "-show_entries", "format=format_name:stream=codec_name", "-of", "csv=p=0", path}, &out);
+    return QString::fromUtf8(out).remove('"').simplified();
+}
+
+// Records its arguments (one a line) and folder, and writes "x" to its last argument.
+const QByteArray kRecordingMuxer = "printf '%s\\n' \"$@\" > \"$(dirname \"$0\")/args.txt\"\n"
+                                   "pwd > \"$(dirname \"$0\")/cwd.txt\"\n"
+                                   "for a; do last=$a; done\nprintf x > \"$last\"\n";
+
+} // namespace
+
+class TestMtsDat : public QObject {
+    Q_OBJECT
+    QString m_dir;
+    QString m_savedAppDir = g_appDir;
+    QByteArray m_savedPath = qgetenv("PATH");
+
+    struct Run {
+        bool done = false, listed = false, exists = false;
+        QByteArray out;
+    };
+    // RepairMtsFile over bytes in memory; the output lands in m_dir.
+    Run repairMts(const QByteArray& input)
+    {
+        ThreadVideoRepair t;
+        t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);   // small window: edges get crossed
+        t.m_workDir = m_dir;
+        t.m_fileName = "clip.mts";
+        g_sourceFullPath = m_dir + "/nowhere/clip.mts";
+        t.m_mtsUnitCount = 5;   // left over from an earlier file
+        t.RepairMtsFile();
+        const QString out = m_dir + "/clip.mts";
+        return Run{t.m_mtsDone, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
+    }
+
+    QString clip(const QString& name)
+    {
+        const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p"};
+        if (name == "bdav.mts")
+            // As cameras write it: H.264 on PID 0x1011, AC-3 on 0x1100. A
+            // short GOP keeps the loss of a damaged start to a few frames.
+            return make(name, lavfiVideo(8) + lavfiAudio(8) + h264
+                                  + QStringList{"-g", "12", "-c:a", "ac3", "-streamid", "0:0x1011", "-streamid",
+                                                "1:0x1100", "-f", "mpegts", "-mpegts_m2ts_mode", "1"});
+        if (name == "vcd.dat")
+            return make(name, lavfiVideo(4) + lavfiAudio(4) + QStringList{"-target", "ntsc-vcd"});
+        return make(name, lavfiVideo(4) + lavfiAudio(4) + h264 + QStringList{"-c:a", "mp2", "-f", "mpeg"});
+    }
+    QString imkhFile(const QString& name)
+    {
+        const QString path = m_dir + '/' + name;
+        writeAll(path, "IMKH" + QByteArray(36, '\0') + readAll(clip("camera.mpg")));
+        return path;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = freshDir("mts-dat");
+        g_appDir = binDir() + "/Libmp4";
+        g_workRoot = m_dir;
+        g_passFailed = g_stopRequested = g_referenceMode = false;
+        g_customWorkRoot.clear();
+        g_repairedPaths.clear();
+    }
+    void cleanup()
+    {
+        QDir(m_dir).removeRecursively();
+        g_appDir = m_savedAppDir;
+        g_passFailed = g_stopRequested = false;
+        qputenv("PATH", m_savedPath);
+    }
+
+    // As the format tables give them: zero extra header, the packet, 0xFF to the end of the unit.
+    void templatesByteForByte()
+    {
+        const auto expected = [](const char* hex) {
+            const QByteArray u = QByteArray(4, '\0') + QByteArray::fromHex(hex);
+            return u + QByteArray(kUnit - u.size(), char(0xFF));
+        };
+        QCOMPARE(kPat, expected("474000100000B0110000C100000000E01F0001E100235AAB82"));
+        QCOMPARE(kPmt, expected("474100100002B0390001C10000F001F00C050448444D5688040FFFFCFC1BF011F00A050848444D56FF1B563F"
+                                "81F100F00C050441432D338104042805009565B40F"));
+        QCOMPARE(kSit, expected("47401F10007FF019FFFFC10000F00A6308C0AFC8FFFFFFFFFF00018000AEB43A35"));
+        QCOMPARE(kPcr, expected("47100120B710000000000000"));
+    }
+
+    void classifyHeads_data()
+    {
+        QTest::addColumn<quint32>("head");
+        QTest::addColumn<int>("cls");
+        const QList<QPair<quint32, HeadClass>> rows{
+            {0x474000FFu, HeadClass::System}, {0x47410010u, HeadClass::System},        // PAT, PMT
+            {0x47401F10u, HeadClass::System}, {0x47100120u, HeadClass::System},        // SIT, PCR only
+            {0x47100130u, HeadClass::None},                                            // PCR with payload
+            {0x47101117u, HeadClass::Media},  {0x47301130u, HeadClass::Media},         // video, + priority
+            {0x47701110u, HeadClass::Media},  {0x47501130u, HeadClass::MediaCounted},  // + start
+            {0x47310012u, HeadClass::Media},  {0x47710010u, HeadClass::MediaCounted},  // audio, + start
+            {0x47110010u, HeadClass::None},   {0x47510010u, HeadClass::None},          // audio without priority
+            {0x47401110u, HeadClass::None},   {0x471FFF10u, HeadClass::None},          // SDT, null packet
+            {0u, HeadClass::None}};
+        for (const auto& r : rows)
+            QTest::newRow(qPrintable(QString::number(r.first, 16))) << r.first << int(r.second);
+    }
+    void classifyHeads()
+    {
+        QFETCH(quint32, head);
+        QFETCH(int, cls);
+        QCOMPARE(int(mts::ClassifyHead(head)), cls);
+    }
+
+    // 140 payload starts: a set after every seventh, the SIT in every tenth set only.
+    void rebuildRepeatsSystemSets()
+    {
+        QByteArray input(4 * kUnit, '\0'), expected = kTemplates;   // damaged start
+        for (int i = 1; i <= 140; ++i) {
+            input += unit(0x47501110u, i);
+            expected += unit(0x47501110u, i);
+            if (i % 7 == 0)
+                expected += kPat + kPmt + (i % 70 == 0 ? kSit : QByteArray()) + kPcr;
+        }
+        const Run r = repairMts(input);
+        QVERIFY(r.done && r.listed);
+        QVERIFY(r.out == expected);
+        QCOMPARE(r.out.count(kSit), 3);
+    }
+
+    // System units of the file are dropped, unknown PIDs and junk skipped,
+    // and media units copied whole in their order.
+    void rebuildKeepsOnlyMedia()
+    {
+        QByteArray input(4 * kUnit, '\0'), expected = kTemplates;
+        const QList<quint32> heads{0x47400010u, 0x47410010u, 0x47401F10u, 0x47100120u, 0x47101110u, 0x47301130u,
+                                   0x47701110u, 0x47501130u, 0x47310010u, 0x47710010u, 0x47110010u, 0x47510010u,
+                                   0x471FFF10u, 0x47401110u};
+        int serial = 0;
+        for (quint32 h : heads) {
+            input += unit(h, ++serial);
+            if (mts::ClassifyHead(h) == HeadClass::Media || mts::ClassifyHead(h) == HeadClass::MediaCounted)
+                expected += unit(h, serial);
+        }
+        input += QByteArray(37, char(0x5C)) + unit(0x47101110u, ++serial);   // junk that shifts the unit grid
+        expected += unit(0x47101110u, serial);
+        const Run r = repairMts(input);
+        QVERIFY(r.done);
+        QVERIFY(r.out == expected);
+    }
+
+    // A damaged first unit sends even a sound stream down the rebuild, and
+    // everything in front of offset 750 (units 0 to 3) is dropped.
+    void damagedStartDropsFirstUnits()
+    {
+        QByteArray input;
+        for (int i = 0; i < 12; ++i)
+            input += unit(0x47101110u, i);
+        input[4] = 0;
+        const Run r = repairMts(input);
+        QVERIFY(r.done);
+        QVERIFY(r.out == kTemplates + input.mid(4 * kUnit));
+    }
+
+    // With PAT first and a PCR unit fourth the stream is copied unit for unit;
+    // each unit comes from where its head was found, so a hole or junk costs
+    // only what it covers, and a cut last unit is filled up with zeros.
+    void intactStartIsCopied()
+    {
+        QByteArray input = unit(0x47400010u, 0) + unit(0x47410010u, 1) + unit(0x47401F10u, 2) + unit(0x47100120u, 3);
+        for (int i = 4; i < 40; ++i)
+            input += unit(i % 5 ? 0x47101110u : 0x47501110u, i);
+        QCOMPARE(repairMts(input).out, input);
+
+        QByteArray damaged = input, expected = input;
+        zeroRange(damaged, 10 * kUnit, kUnit);                     // a lost unit
+        damaged.insert(21 * kUnit, QByteArray(37, char(0x5C)));   // junk between units
+        cutFrom(damaged, damaged.size() - 50);
+        expected.remove(10 * kUnit, kUnit);
+        expected.replace(expected.size() - 50, 50, QByteArray(50, '\0'));
+        const Run r = repairMts(damaged);
+        QVERIFY(r.done);
+        QVERIFY(r.out == expected);
+    }
+
+    // Nothing to copy: no verdict of success and no output left behind.
+    void nothingToCopy_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("100 bytes") << QByteArray(100, char(0x47));
+        QTest::newRow("noise without sync bytes") << containers::randomBytes(1 << 20, 5).replace(char(0x47), char(0x46));
+        QByteArray systemOnly;
+        for (int i = 0; i < 20; ++i)
+            systemOnly += kTemplates;
+        QTest::newRow("system units only (intact start)") << systemOnly;
+        QTest::newRow("system units only (rebuilt)") << QByteArray(kUnit, '\0') + systemOnly;
+    }
+    void nothingToCopy()
+    {
+        QFETCH(QByteArray, input);
+        const Run r = repairMts(input);
+        QVERIFY(!r.done && !r.listed && !r.exists);
+    }
+
+    void outputNeverReplacesItsInput()
+    {
+        const QByteArray input = QByteArray(4 * kUnit, '\0') + unit(0x47501110u, 1);
+        const QString path = m_dir + "/clip.mts";
+        QVERIFY(writeAll(path, input));
+        ThreadVideoRepair t;
+        t.m_file = ThreadVideoRepair::OpenReadOnly(path);
+        t.m_workDir = m_dir;
+        t.m_fileName = "clip.mts";
+        g_sourceFullPath = path;
+        t.RepairMtsFile();
+        QVERIFY(!t.m_mtsDone);
+        QCOMPARE(readAll(path), input);
+    }
+
+    void bdavStream_data()
+    {
+        QTest::addColumn<QString>("damage");
+        for (const char* d : {"whole", "first four units zeroed", "holes"})
+            QTest::newRow(d) << QString(d);
+    }
+    // At least 90% of the frames that ffmpeg still decodes from the damaged stream.
+    void bdavStream()
+    {
+        QFETCH(QString, damage);
+        QByteArray bytes = readAll(clip("bdav.mts"));
+        QVERIFY(!bytes.isEmpty() && bytes.size() % kUnit == 0);
+        if (damage == "first four units zeroed")
+            zeroRange(bytes, 0, 4 * kUnit);
+        for (int k = 1; k <= 3 && damage == "holes"; ++k)
+            zeroRange(bytes, bytes.size() * k / 4 + 77 * k, 3000);   // off the unit grid
+        const QString input = m_dir + "/clip.mts";
+        QVERIFY(writeAll(input, bytes));
+        const int remaining = decodedVideoFrames(input), remainingSound = decodedFrames(input, "a:0");
+        QVERIFY(remaining > 150 && remainingSound > 150);
+
+        const containers::Batch b = containers::repairFiles({input});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>{true});
+        QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        const QByteArray rebuilt = readAll(b.outputs[0]);
+        QCOMPARE(rebuilt.size() % kUnit, 0);
+        QCOMPARE(rebuilt.left(kUnit), kPat);   // ffmpeg starts with an SDT: always rebuilt
+        QCOMPARE(rebuilt.mid(3 * kUnit, kUnit), kPcr);
+        const int decoded = decodedVideoFrames(b.outputs[0]), sound = decodedFrames(b.outputs[0], "a:0");
+        QVERIFY2(decoded * 10 >= remaining * 9, qPrintable(QString("%1 of %2 frames").arg(decoded).arg(remaining)));
+        QVERIFY2(sound * 10 >= remainingSound * 9, qPrintable(QString("%1 of %2 sound frames").arg(sound).arg(remainingSound)));
+        QVERIFY(formatAndCodecs(b.outputs[0]).contains("h264 ac3"));
+
+        // The rebuilt stream has an intact start: a second repair copies it as it is.
+        const QString again = m_dir + "/again/clip.mts";
+        QVERIFY(QDir().mkpath(m_dir + "/again") && QFile::copy(b.outputs[0], again));
+        QCOMPARE(containers::repairFiles({again}).repaired, QList<bool>{true});
+        QVERIFY(readAll(repairedPath(again)) == rebuilt);
+    }
+
+    // a.b.dat gives a.mov, re-encoded to H.264 and AAC.
+    void vcdDatEncodedToMov()
+    {
+        const QString input = m_dir + "/a.b.dat";
+        QVERIFY(QFile::copy(clip("vcd.dat"), input));
+        const containers::Batch b = containers::repairFiles({input});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>{true});
+        QCOMPARE(b.outputs, QStringList{repairedPath(input, "a.mov")});
+        const QString probed = formatAndCodecs(b.outputs[0]);
+        QVERIFY2(probed.contains("h264 aac") && probed.contains(" mov,"), qPrintable(probed));
+        const int source = decodedVideoFrames(input);
+        QVERIFY(source > 90);
+        QVERIFY(decodedVideoFrames(b.outputs[0]) * 10 >= source * 9);
+    }
+
+    void imkhFileRemuxedUnderItsName()
+    {
+        const QString input = imkhFile("cam.mp4");
+        const containers::Batch b = containers::repairFiles({input});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>{true});
+        QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        QCOMPARE(readAll(b.outputs[0]).left(4), QByteArray("\x1A\x45\xDF\xA3", 4));   // Matroska inside
+        QVERIFY(decodedVideoFrames(b.outputs[0]) >= 90);
+        QVERIFY(!QFile::exists(repairedPath(input, "1_cam.mp4.mkv")));
+    }
+
+    void muxerCommandLines()
+    {
+        g_appDir = fakeMuxer(m_dir + "/fake-rec", kRecordingMuxer);
+        const QString repaired = m_dir + "/Repaired";
+        const auto args = [] { return QString::fromUtf8(readAll(g_appDir + "/args.txt")).split('\n', Qt::SkipEmptyParts); };
+        ThreadVideoRepair t;
+
+        const QString dat = m_dir + "/my clip.v2.dat";
+        QVERIFY(writeAll(dat, "data"));
+        t.RepairDatFile(dat);
+        QVERIFY(t.m_datDone);
+        QCOMPARE(args(), (QStringList{"-i", dat, "-c:v", "libx264", "-c:a", "aac", "-strict", "experimental", "my clip.mov"}));
+        QCOMPARE(QString::fromUtf8(readAll(g_appDir + "/cwd.txt")).trimmed(), repaired);
+        QCOMPARE(readAll(repaired + "/my clip.mov"), QByteArray("x"));
+
+        // A leading dot gives no empty name; a later file of the same stem overwrites.
+        const QString lead = m_dir + "/.my clip.dat";
+        QVERIFY(writeAll(lead, "data"));
+        t.RepairDatFile(lead);
+        QVERIFY(t.m_datDone);
+        QCOMPARE(args().last(), QString("my clip.mov"));
+        QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov"}));
+
+        const QString cam = imkhFile("cam 1.mp4");
+        t.m_fileName = "cam 1.mp4";
+        t.RemuxCameraFile(cam);
+        QVERIFY(!g_passFailed);
+        QCOMPARE(args(), (QStringList{"-r", "25", "-i", cam, "-map", "0", "-c", "copy", "1_cam 1.mp4.mkv"}));
+        QCOMPARE(readAll(repaired + "/cam 1.mp4"), QByteArray("x"));
+        QVERIFY(!QFile::exists(repaired + "/1_cam 1.mp4.mkv"));
+        QCOMPARE(g_repairedPaths.last(), repaired + "/cam 1.mp4");
+    }
+
+    // A muxer that fails, or leaves an empty file: a negative verdict and no output.
+    void failingMuxer_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("exits with an error") << QByteArray("echo 'Invalid data found when processing input' >&2\nexit 1\n");
+        QTest::newRow("leaves an empty file") << QByteArray("for a; do last=$a; done\n: > \"$last\"\nexit 0\n");
+        QTest::newRow("missing") << QByteArray();
+    }
+    void failingMuxer()
+    {
+        QFETCH(QByteArray, body);
+        g_appDir = body.isEmpty() ? m_dir + "/no-such-folder" : fakeMuxer(m_dir + "/fake-bad", body);
+        if (body.isEmpty())
+            qputenv("PATH", "/nonexistent");   // no ffmpeg to fall back on
+        const QString dat = m_dir + "/x.dat";
+        QVERIFY(QFile::copy(clip("vcd.dat"), dat));
+        ThreadVideoRepair t;
+        SignalLog log(t);
+        t.RepairFiles({dat}, QString());
+        QCOMPARE(log.matching("WriteStatus"), QStringList{"WriteStatus 0 x.dat 0"});
+        QVERIFY(!QFile::exists(repairedPath(dat, "x.mov")));
+        QVERIFY(g_repairedPaths.isEmpty());
+
+        const QString cam = imkhFile("cam.mp4");
+        const QString before = sha256(cam);
+        t.m_fileName = "cam.mp4";
+        t.RemuxCameraFile(cam);
+        QVERIFY(g_passFailed);
+        QCOMPARE(sha256(cam), before);
+        QCOMPARE(QDir(m_dir + "/Repaired").entryList({"*.mp4", "*.mkv"}, QDir::Files), QStringList());
+        QVERIFY(g_repairedPaths.isEmpty());
+    }
+
+    void badInput()
+    {
+        const QByteArray random = containers::randomBytes(2 << 20, 7);
+        // The seed's bytes hold no packet head that the MTS scan recognises.
+        for (const char* head : {"\x47\x40\x00", "\x47\x41\x00", "\x47\x40\x1F", "\x47\x10\x01", "\x47\x10\x11",
+                                 "\x47\x30\x11", "\x47\x70\x11", "\x47\x50\x11", "\x47\x31\x00", "\x47\x71\x00"})
+            QVERIFY(!random.contains(QByteArray(head, 3)));
+        QStringList inputs;
+        for (const QString name : {"short.mts", "random.mts", "short.dat", "random.dat"}) {
+            inputs << m_dir + '/' + name;
+            QVERIFY(writeAll(inputs.last(), name.startsWith("short") ? QByteArray(100, char(0x47)) : random));
+        }
+        const containers::Batch b = containers::repairFiles(inputs);
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({false, false, false, false}));
+        QVERIFY(b.outputs.isEmpty());
+        QCOMPARE(QDir(m_dir + "/Repaired").entryList({"*.mts", "*.mov"}, QDir::Files), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMtsDat)
+#include "test_mts_dat.moc"
