@@ -165,6 +165,7 @@ private Q_SLOTS:
         QVERIFY(IsFillerRun(r, 128, 128));
         QVERIFY(!IsFillerRun(r, 64, 128));   // mixed zeros and 0xFF
         QVERIFY(!IsFillerRun(r, 256, 128));
+        QVERIFY(!IsFillerRun(r, 0, 0));
     }
 
     // The parameter sets stand once, at the head; the last unit ends at the
