@@ -1,0 +1,360 @@
+// Matroska/WebM and MPEG program stream repair, through reelwright-batch.
+// On crafted files: the EBML size forms, which elements are kept, the
+// Duration and Tracks position; the fixed MPEG header block, which system
+// headers are kept or put back, which stream ids fail the file. End to end
+// on ffmpeg-made clips: whole, cut, holed and head-zeroed copies.
+#include "batch_check.h"
+#include "containers/matroska.h"
+#include "containers/mpegps.h"
+#include "core/byte_reader.h"
+
+#include <QDir>
+#include <QtTest>
+#include <functional>
+
+using namespace testvideo;
+using containers::repairedPath;
+
+namespace {
+
+QByteArray hex(const char* h) { return QByteArray::fromHex(h); }
+QByteArray be32(quint32 v) { return QByteArray(1, char(v >> 24)) + char(v >> 16) + char(v >> 8) + char(v); }
+int be16(const QByteArray& b, int at) { return quint8(b[at]) << 8 | quint8(b[at + 1]); }
+
+// An element with an 8-byte size of the 01 00 00 00 form.
+QByteArray element(const char* idHex, const QByteArray& payload)
+{
+    return hex(idHex) + hex("01000000") + be32(quint32(payload.size())) + payload;
+}
+QByteArray cluster(int timecode, int payloadBytes, bool withTimecode = true, bool crc = false)
+{
+    QByteArray p = (crc ? hex("BF84DEADBEEF") : QByteArray()) + (withTimecode ? hex("E782") + char(timecode >> 8) + char(timecode) : hex("A3"));
+    return element("1F43B675", p + QByteArray(qMax(0, payloadBytes - p.size()), char(0x5A)));
+}
+// Info (with or without Duration), Tracks, the clusters, Cues, padded past 100000 bytes.
+QByteArray mkvFile(const QByteArray& clusters, bool duration = true, int infoPad = 10, bool crc = false)
+{
+    const QByteArray info = (crc ? hex("BF8412345678") : QByteArray()) + hex("2AD7B183") + char(0x0F) + char(0x42)
+                          + char(0x40) + (duration ? hex("448984") + be32(0x447A0000) : QByteArray())
+                          + QByteArray(infoPad, char(0x7B));
+    return hex("1A45DFA3844286810118538067") + hex("01FFFFFFFFFFFFFF") + element("1549A966", info)
+         + element("1654AE6B", (crc ? hex("BF8487654321") : QByteArray()) + hex("AE8383810186")) + clusters
+         + element("1C53BB6B", QByteArray(8, char(0x11))) + QByteArray(120000, '\0');
+}
+// In the output: where the Tracks Seek says Tracks stands, within the Segment's data at 55.
+int tracksAt(const QByteArray& out) { return be16(out, 55 + 33); }
+
+const QByteArray kPack = hex("000001BA4400040004010189C3F8");   // 14-byte MPEG-2 pack header
+// An 18-byte system header; ids: the stream id of its first entry and the byte behind it.
+QByteArray systemHeader(const char* ids) { return hex("000001BB000C80C4E104E1FF") + hex(ids) + hex("2EC0C020"); }
+const QByteArray kSequence = hex("000001B3140F00230003D3A0");   // short form, 12 bytes
+const QByteArray kGop = hex("000001B800080000");
+const QByteArray kVideoStart = kSequence + kGop + hex("000001E0") + QByteArray(4000, char(0x33));
+const QByteArray kAudioRest = hex("000001C0") + QByteArray(200000, char(0x44));
+
+} // namespace
+
+class TestMkvMpg : public QObject {
+    Q_OBJECT
+    QString m_dir;
+
+    struct Fixed {
+        bool ok = false, refused = false;   // a clean run with a positive / negative verdict
+        QByteArray out;
+    };
+    Fixed repair(const QString& name, const QByteArray& bytes, const QStringList& args = {})
+    {
+        const QString in = m_dir + '/' + name;
+        QFile::remove(repairedPath(in));
+        const containers::Batch b = containers::repairBytes(in, bytes, args);
+        [&] { QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault)); }();
+        return Fixed{b.fault.isEmpty() && b.repaired == QList<bool>{true},
+                     b.fault.isEmpty() && b.repaired == QList<bool>{false}, readAll(repairedPath(in))};
+    }
+    // Decoded frames of the repaired copy of clip with damage applied; -2 on a negative verdict.
+    int framesAfter(const QString& clip, const QString& name, const std::function<void(QByteArray&)>& damage,
+                    const QString& sample = QString())
+    {
+        QByteArray bytes = readAll(clip);
+        damage(bytes);
+        const Fixed f = repair(name, bytes, sample.isEmpty() ? QStringList() : QStringList{"--reference", sample});
+        return f.ok ? decodedVideoFrames(repairedPath(m_dir + '/' + name)) : -2;
+    }
+
+    // Frames that the clusters untouched by the damaged byte ranges hold: the clip with every
+    // Cluster that overlaps a range (its ID, size or the next ID, which the repair tests) cut
+    // out, decoded as it is.
+    int framesOfRemainingClusters(const QByteArray& clip, const QList<QPair<qint64, qint64>>& damaged, const QString& tag)
+    {
+        QList<qint64> starts;
+        for (qint64 p = clip.indexOf(hex("1F43B675")); p >= 0; p = clip.indexOf(hex("1F43B675"), p + 1))
+            starts << p;
+        const qint64 tail = clip.lastIndexOf(hex("1C53BB6B"));
+        if (starts.isEmpty() || tail < starts.last())
+            return -1;
+        QByteArray kept = clip.left(starts.first());
+        for (int i = 0; i < starts.size(); ++i) {
+            const qint64 a = starts[i], b = i + 1 < starts.size() ? starts[i + 1] : tail;
+            bool hit = false;
+            for (const auto& d : damaged)
+                hit = hit || (a < d.first + d.second && b + 4 > d.first);
+            if (!hit)
+                kept += clip.mid(a, b - a);
+        }
+        const QString path = m_dir + "/expected_" + tag;
+        return writeAll(path, kept + clip.mid(tail)) ? decodedVideoFrames(path) : -1;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { m_dir = freshDir("mkv-mpg"); }
+    void cleanupTestCase() { QDir(m_dir).removeRecursively(); }
+
+    void ebmlSizeForms()
+    {
+        const struct { const char* bytes; int n; quint64 v; } cases[] = {
+            {"85", 1, 5}, {"4123", 2, 0x123}, {"201234", 3, 0x1234}, {"10123456", 4, 0x123456},
+            {"0801020304", 5, 0x01020304ull}, {"040102030405", 6, 0x0102030405ull},
+            {"01000000CAFEBABE", 8, 0xCAFEBABEull}, {"0100000102030405", 8, 0x0000000102030405ull},
+            {"00", 8, 0}, {"01FFFFFFFFFFFFFF", 8, 0x00FFFFFFFFFFFFFFull},
+        };
+        for (const auto& c : cases) {
+            MemoryReader r(hex(c.bytes) + QByteArray(8, '\0'));
+            const auto got = ReadEbmlSize(r, 0);
+            QCOMPARE(got.first, c.n);
+            QCOMPARE(quint64(got.second), c.v);
+        }
+    }
+
+    void mkvLayoutAndClusters()
+    {
+        // The second cluster has no Timecode and is dropped; the third is kept.
+        const Fixed f = repair("t.mkv", mkvFile(cluster(0, 200) + cluster(40, 300, false) + cluster(40, 100)));
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.mid(0, 4), hex("1A45DFA3"));
+        QCOMPARE(f.out.mid(31, 4), QByteArray("webm"));
+        QCOMPARE(f.out.mid(43, 4), hex("18538067"));
+        QCOMPARE(qint64(be16(f.out, 51)) << 16 | be16(f.out, 53), f.out.size() - 55);
+        QCOMPARE(f.out.mid(55 + 229, 4), hex("1549A966"));
+        QCOMPARE(f.out.mid(55 + tracksAt(f.out), 4), hex("1654AE6B"));
+        QCOMPARE(f.out.count(hex("1F43B675")), 2);
+        QVERIFY(!f.out.contains(hex("1C53BB6B")));
+        // Duration: 10 x 2 clusters - 0 + 40 = 60, as a float.
+        QVERIFY(f.out.contains(hex("448984") + be32(0x42700000)));
+    }
+
+    // An Info payload above 65287 bytes wraps the 16-bit Tracks position.
+    void mkvTracksPositionWraps()
+    {
+        const Fixed f = repair("t.mkv", mkvFile(cluster(0, 200), true, 70000));
+        QVERIFY(f.ok);
+        QCOMPARE(tracksAt(f.out), (7 + 70000 + 248) & 0xFFFF);   // Info payload without the Duration
+    }
+
+    void mkvRefused()
+    {
+        QVERIFY(repair("t.mkv", mkvFile(cluster(0, 200), false)).refused);   // no Duration in Info
+        // A Timecode whose data would run past the cluster has no value: the
+        // cluster is dropped, the file still written.
+        const Fixed f = repair("t.mkv", mkvFile(hex("1F43B67583E78201") + cluster(0, 50)));
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.count(hex("1F43B675")), 1);
+    }
+
+    // Masters that open with a CRC-32: a Cluster's Timecode behind it still counts, and the
+    // cluster is copied with its checksum. The Info's CRC would be stale once the Duration is
+    // rewritten, so it is left out; the Tracks, copied unchanged, keeps its own.
+    void mkvChecksums()
+    {
+        const QByteArray kept = cluster(0, 200, true, true);
+        const Fixed f = repair("t.mkv", mkvFile(kept + cluster(40, 300, false, true) + cluster(40, 100, true, true), true, 10, true));
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.count(hex("1F43B675")), 2);
+        QVERIFY(f.out.contains(kept));
+        QVERIFY(!f.out.contains(hex("BF8412345678")));
+        QVERIFY(f.out.contains(hex("BF8487654321")));
+        QCOMPARE(f.out.mid(55 + 229 + 12, 4), hex("2AD7B183"));
+        QCOMPARE(f.out.mid(55 + tracksAt(f.out), 4), hex("1654AE6B"));
+        QCOMPARE(int(quint8(f.out[55 + 229 + 11])), tracksAt(f.out) - 229 - 12);
+    }
+
+    void mpegHeaderBlock()
+    {
+        const QByteArray b(reinterpret_cast<const char*>(MpegHeaderBlock), 93);
+        QCOMPARE(b, hex("15FFFFE000000001B2") + "MPEG stream encoded by UCB Encoder (mpeg_encode) v1.5b on Tue Oct  9 12:23:31 2001\n.");
+    }
+
+    void mpegSystemHeaderKeptOrPutBack()
+    {
+        // MPEG-2 pack header with its system header: both kept, the stream comes out unchanged.
+        QByteArray in = kPack + systemHeader("E0E0") + kVideoStart + kAudioRest;
+        Fixed f = repair("t.mpg", in);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out, in);
+        // No system header behind the first pack (one stands in a later pack): a fresh one
+        // goes in behind the whole 14-byte pack header, with the bounds learnt.
+        in = kPack + kVideoStart + kPack + systemHeader("E0E0") + kAudioRest;
+        f = repair("t.mpg", in);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.left(32), kPack + hex("000001BB000C80C4E104E1FFE0E02EC0C020"));
+        QCOMPARE(f.out.mid(32), in.mid(14));
+        // MPEG-1 pack header of 12 bytes without a system header: the fresh one follows byte 12.
+        const QByteArray pack12 = hex("000001BA2100010001800C35");
+        in = pack12 + kVideoStart + pack12 + systemHeader("C0C0") + kAudioRest;
+        f = repair("t.mpg", in);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.mid(12, 6), hex("000001BB000C"));
+        QCOMPARE(f.out.mid(30), in.mid(12));
+        // A 13-byte pack header: the system header at k + 13 stays, none is added.
+        f = repair("t.mpg", hex("000001BA210001000180003F01") + systemHeader("C0C0") + kVideoStart + kAudioRest);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.count(hex("000001BB")), 1);
+        QCOMPARE(f.out.mid(13, 4), hex("000001BB"));
+    }
+
+    void mpegSequenceHeaderFromTheSample()
+    {
+        // MPEG-2 video packets: a sequence header, its extension and a group of pictures at the
+        // head of a packet whose 16-bit length covers them, then packs of audio.
+        const QByteArray ext = hex("000001B5148A00010000"), picture = hex("00000100") + QByteArray(300, char(0x33));
+        const auto packet = [](const QByteArray& payload) {
+            const QByteArray body = hex("818000") + payload;
+            return hex("000001E0") + char(body.size() >> 8) + char(body.size()) + body;
+        };
+        QByteArray tail;
+        for (int i = 0; i < 100; ++i)
+            tail += kPack + hex("000001C007FA") + QByteArray(2042, char(0x44));
+        const QByteArray whole = kPack + systemHeader("E0E0") + packet(kSequence + ext + kGop + picture) + tail;
+        const QString sample = m_dir + "/sample.mpg";
+        QVERIFY(writeAll(sample, whole));
+
+        // The old header and its extension make way for the learnt ones: nothing changes.
+        const Fixed same = repair("t.mpg", whole);
+        QVERIFY(same.ok);
+        QCOMPARE(same.out, whole);
+
+        // Damaged: the first pack's header lost its extension (12 bytes where 22 were). The
+        // sample's header and extension go in and the packet grows by 10 bytes, so its end
+        // still meets the next pack header.
+        const QByteArray damaged = kPack + systemHeader("E0E0") + packet(kSequence + kGop + picture) + tail;
+        const Fixed f = repair("t.mpg", damaged, {"--reference", sample});
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.size(), damaged.size() + 10);
+        const int pes = f.out.indexOf(hex("000001E0"));
+        QVERIFY(pes > 0);
+        QCOMPARE(f.out.mid(pes + 6 + be16(f.out, pes + 4), 4), hex("000001BA"));
+        QVERIFY(f.out.contains(kSequence + ext + kGop + picture));
+        QCOMPARE(f.out.count(hex("000001B3")), 1);
+    }
+
+    void mpegFailures()
+    {
+        // A stream id other than audio or video in the system header; no group
+        // of pictures (user data in its place).
+        QByteArray noGop = kPack + systemHeader("E0E0") + kVideoStart + kAudioRest;
+        for (const QByteArray& in : {kPack + systemHeader("BDE0") + kVideoStart + kAudioRest,
+                                     noGop.replace(kGop, hex("000001B200000000"))}) {
+            const Fixed f = repair("t.mpg", in);
+            QVERIFY(f.refused && f.out.isEmpty());
+        }
+    }
+
+    void matroskaEndToEnd_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<QStringList>("codecs");
+        QTest::newRow("mkv-h264-aac") << "mkv" << QStringList{"-c:v", "libx264", "-g", "25", "-c:a", "aac"};
+        QTest::newRow("webm-vp8-vorbis") << "webm" << QStringList{"-c:v", "libvpx", "-g", "25", "-b:v", "400k", "-c:a", "libvorbis"};
+        QTest::newRow("webm-vp9-opus") << "webm" << QStringList{"-c:v", "libvpx-vp9", "-deadline", "realtime", "-cpu-used", "8",
+                                                                "-g", "25", "-b:v", "400k", "-c:a", "libopus"};
+    }
+    // At least 90% of the frames of the clusters that remain.
+    void matroskaEndToEnd()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(QStringList, codecs);
+        const QString tag = QTest::currentDataTag();
+        const QString clip = make("mkvmpg_" + tag + "." + suffix, lavfiVideo(8) + lavfiAudio(8) + codecs);
+        // The sample must hold 100000 bytes too: shorter header streams aren't searched.
+        const QString sample = make("mkvmpg_sample_" + tag + "." + suffix, lavfiVideo(4) + lavfiAudio(4) + codecs);
+        QVERIFY(QFileInfo(clip).size() > 100000 && QFileInfo(sample).size() > 100000);
+        const QByteArray bytes = readAll(clip);
+        const qint64 size = bytes.size();
+        const int all = decodedVideoFrames(clip);
+        QVERIFY(all > 100);
+
+        int got = framesAfter(clip, "whole_" + tag + "." + suffix, [](QByteArray&) {});
+        QVERIFY2(got * 10 >= all * 9, qPrintable(QString("%1 of %2").arg(got).arg(all)));
+        QVERIFY(probeOpens(repairedPath(m_dir + "/whole_" + tag + "." + suffix)));
+
+        // Cut at 70%: the whole clusters ahead of the cut remain, the one cut is dropped.
+        int want = framesOfRemainingClusters(bytes, {{qint64(size * 0.7), size}}, tag + "_cut." + suffix);
+        QVERIFY(want > 0 && want < all);
+        got = framesAfter(clip, "cut_" + tag + "." + suffix, [](QByteArray& b) { cutAtFraction(b, 0.7); });
+        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
+
+        // Holes of zeros at a third and at two thirds.
+        const QList<QPair<qint64, qint64>> holes{{size / 3, 2000}, {size * 2 / 3, 2000}};
+        want = framesOfRemainingClusters(bytes, holes, tag + "_holes." + suffix);
+        QVERIFY(want > 0);
+        got = framesAfter(clip, "holes_" + tag + "." + suffix, [&holes](QByteArray& b) {
+            for (const auto& h : holes)
+                zeroRange(b, h.first, h.second);
+        });
+        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
+
+        // First 4 KiB zeroed: Info and Tracks come from the sample.
+        want = framesOfRemainingClusters(bytes, {{0, 4096}}, tag + "_head." + suffix);
+        QVERIFY(want > 0);
+        got = framesAfter(clip, "head_" + tag + "." + suffix, [](QByteArray& b) { zeroRange(b, 0, 4096); }, sample);
+        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
+        QVERIFY(probeOpens(repairedPath(m_dir + "/head_" + tag + "." + suffix)));
+    }
+
+    void mpegEndToEnd_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("codecs");
+        QTest::newRow("vob") << "ps.mpg" << QStringList{"-c:v", "mpeg2video", "-b:v", "1500k", "-c:a", "mp2", "-f", "vob"};
+        QTest::newRow("bare") << "es.mpg" << QStringList{"-an", "-c:v", "mpeg1video", "-b:v", "1500k", "-f", "mpeg1video"};
+    }
+    // Whole, and the first 64 KiB zeroed with a sample: 90% of the frames behind the damage.
+    void mpegEndToEnd()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, codecs);
+        const bool sound = !codecs.contains("-an");
+        const QString clip = make("mkvmpg_" + name, lavfiVideo(8) + (sound ? lavfiAudio(8) : QStringList()) + codecs);
+        const QString sample = make("mkvmpg_sample_" + name, lavfiVideo(2) + (sound ? lavfiAudio(2) : QStringList()) + codecs);
+        QVERIFY(!clip.isEmpty() && !sample.isEmpty());
+        const int all = decodedVideoFrames(clip);
+        QVERIFY(all > 100);
+        int got = framesAfter(clip, "whole_" + name, [](QByteArray&) {});
+        QVERIFY2(got * 10 >= all * 9, qPrintable(QString("%1 of %2").arg(got).arg(all)));
+        // An undamaged program stream gets its own headers back in place: byte for byte the same.
+        if (sound)
+            QCOMPARE(sha256(repairedPath(m_dir + "/whole_" + name)), sha256(clip));
+        const double behind = 1.0 - 65536.0 / double(QFileInfo(clip).size());
+        got = framesAfter(clip, "head_" + name, [](QByteArray& b) { zeroRange(b, 0, 65536); }, sample);
+        QVERIFY2(got * 10 >= int(all * behind * 9), qPrintable(QString("%1 of %2").arg(got).arg(all)));
+    }
+
+    // Random bytes, EBML sizes of all ones, a stream under 100000 bytes.
+    void badInput()
+    {
+        const QByteArray noise = containers::randomBytes(300000, 12345);
+        QByteArray ones(300000, char(0xFF));
+        for (int i = 0; i < 200000; i += 64)
+            ones.replace(i, 4, hex("1549A966"));
+        const QByteArray tiny = readAll(make("mkvmpg_mkv-h264-aac.mkv", lavfiVideo(8) + lavfiAudio(8)
+                                             + QStringList{"-c:v", "libx264", "-g", "25", "-c:a", "aac"})).left(90000);
+        QCOMPARE(tiny.size(), 90000);
+        const QList<QPair<QString, QByteArray>> cases{{"noise.mkv", noise}, {"noise.mpg", noise}, {"ones.mkv", ones}, {"tiny.mkv", tiny}};
+        for (const auto& c : cases) {
+            const Fixed f = repair(c.first, c.second);
+            QVERIFY2(f.refused && f.out.isEmpty() && !QFile::exists(repairedPath(m_dir + '/' + c.first)), qPrintable(c.first));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMkvMpg)
+#include "test_mkv_mpg.moc"
