@@ -1,12 +1,10 @@
 // The exit question in each state of the window, what survives an exit, the
 // help address for each page and language, About's links and the More Tools
 // menu. Addresses and program starts go to recording hooks, never out.
-#include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "window_fixture.h"
+
 #include "shell/platform_gui.h"
-#include "shell/scale.h"
 #include "shell/startup.h"
-#include "support/test_videos.h"
 #include "workspace/about_dlg.h"
 #include "workspace/advanced_repair_dlg.h"
 #include "workspace/close_application_dlg.h"
@@ -14,17 +12,12 @@
 #include "workspace/help_links.h"
 #include "workspace/more_tools.h"
 #include "workspace/my_tree_widget.h"
-#include "workspace/video_repair_window.h"
 #include "workspace/workspace_globals.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QDir>
-#include <QLabel>
 #include <QMenu>
 #include <QProcess>
 #include <QSettings>
-#include <QtTest>
 
 using namespace testvideo;
 
@@ -38,20 +31,10 @@ bool RecordUrl(const QUrl& url)
     g_openedUrls << url.toString();
     return true;
 }
-
 bool RecordStart(const QString& program, const QStringList&, const QString& folder)
 {
     g_startedPrograms << program + QStringLiteral(" | ") + folder;
     return true;
-}
-
-QStringList LabelTexts(QWidget* w)
-{
-    QStringList texts;
-    for (QLabel* l : w->findChildren<QLabel*>())
-        if (!l->text().isEmpty() && l->objectName() != QLatin1String("TitleLabl"))
-            texts << l->text();
-    return texts;
 }
 
 // True when QCoreApplication::quit() was called; clears that request, which
@@ -78,32 +61,24 @@ const QString kAdvance =
 class TestClosingAndHelp : public QObject {
     Q_OBJECT
 
-    QString m_dir;
-    QString m_config;
+    QString m_dir, m_config;
+    fixture::ModalAnswerer m_modal;
+    fixture::ScriptedFileDialogs* m_chooser = nullptr;
     VideoRepairWindow* m_window = nullptr;
     bool (*m_realStart)(const QString&, const QStringList&, const QString&) = nullptr;
 
-    // Modal dialogs are answered by a timer: the next button name in the
-    // queue is clicked on the modal widget that is up; its texts are kept.
-    QTimer m_answerer;
-    QStringList m_answers;
-    QList<QStringList> m_modalTexts;
-    QPointer<QWidget> m_lastModal;
-
     MyTreeWidget* results() const { return m_window->resultList(); }
-
     // A result in source/Repaired, listed as the engine lists its outputs.
     QString repaired(const QString& source, const QString& name)
     {
-        const QString path = source + QStringLiteral("/Repaired/") + name;
         QDir().mkpath(source + QStringLiteral("/Repaired"));
-        writeAll(path, "frames");
+        writeAll(source + QStringLiteral("/Repaired/") + name, "frames");
         writeAll(source + QStringLiteral("/Repaired/logFile.txt"), "scratch");
-        g_repairedPaths << path;
-        return path;
+        g_repairedPaths << source + QStringLiteral("/Repaired/") + name;
+        return g_repairedPaths.last();
     }
-    // Page 2 with one row of the given verdict ("1" completed, "0" awaiting).
-    QTreeWidgetItem* showResult(const QString& path, const QString& verdict)
+    // Page 2 with one more row of the given verdict ("1" completed, "0" awaiting).
+    void showResult(const QString& path, const QString& verdict)
     {
         g_resultsShown = true;
         m_window->AddFile_frame->hide();
@@ -116,90 +91,66 @@ class TestClosingAndHelp : public QObject {
         item->setText(11, verdict);
         item->setText(8, verdict == QLatin1String("1") ? QStringLiteral("Completed") : QStringLiteral("Awaiting Action"));
         results()->setItemWidget(item, 9, new CustomButton(results()));
-        return item;
-    }
-    // Closes the window with the queued answers; true when it closed.
-    bool closeWith(const QStringList& answers)
-    {
-        m_answers = answers;
-        m_modalTexts.clear();
-        const bool closed = m_window->close();
-        return closed && m_answers.isEmpty();
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        m_config = freshDir(QStringLiteral("ch-config"));
-        qputenv("XDG_CONFIG_HOME", m_config.toUtf8());
-        g_dpiScale = g_uiScale = 1.0f;
-        g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
+        m_config = fixture::UseFreshSettings(QStringLiteral("ch-config"));
         m_realStart = g_startDetached;
         g_openUrl = RecordUrl;
         g_startDetached = RecordStart;
-        connect(&m_answerer, &QTimer::timeout, this, [this] {
-            QWidget* modal = QApplication::activeModalWidget();
-            const bool settled = modal && modal == m_lastModal;
-            m_lastModal = modal;
-            if (!settled || m_answers.isEmpty())
-                return;
-            auto* b = modal->findChild<QAbstractButton*>(m_answers.first());
-            if (!b || !b->isVisible())
-                return;
-            m_answers.removeFirst();
-            m_modalTexts.append(LabelTexts(modal));
-            m_lastModal = nullptr;
-            QMetaObject::invokeMethod(b, "click", Qt::QueuedConnection);
-        });
-        m_answerer.start(20);
     }
     void cleanupTestCase() { QDir(m_config).removeRecursively(); }
-
     void init()
     {
         m_dir = freshDir(QStringLiteral("ch"));
         g_programDir = m_dir;
-        g_repairRunning = false;
-        g_keepRepaired = false;
-        g_resultsShown = false;
+        g_repairRunning = g_keepRepaired = g_resultsShown = false;
         g_onHomePage = true;
         g_onListPage = g_onRepairPage = g_advancePending = g_onSavePage = false;
         g_languageType = 0;
         g_repairedPaths.clear();
         g_closeAnswer.clear();
-        m_modalTexts.clear();
+        m_modal.clear();
         g_openedUrls.clear();
         g_startedPrograms.clear();
         QFile::remove(g_settingsPath);
-        m_window = new VideoRepairWindow;
-        m_window->show();
+        m_window = fixture::ShownWindow(&m_chooser);
     }
     void cleanup()
     {
-        QVERIFY2(m_answers.isEmpty(), qPrintable(m_answers.join(QLatin1Char(','))));
+        QVERIFY2(m_modal.answers.isEmpty(), qPrintable(m_modal.answers.join(QLatin1Char(','))));
         delete m_window;
-        m_window = nullptr;
         delete g_previewProcess;
         g_previewProcess = nullptr;
         g_repairRunning = false;
         QDir(m_dir).removeRecursively();
     }
 
-    // A close during a run says so and does nothing else: no question, no
-    // folder removed, the window stays.
-    void closeDuringARunOnlySaysSo()
+    void close_data()
     {
-        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
-        g_repairRunning = true;
-        QVERIFY(!closeWith({QStringLiteral("OkBtn")}));
-        QCOMPARE(m_modalTexts, QList<QStringList>{{kRunning}});
-        QVERIFY(QFile::exists(result) && m_window->isVisible() && m_window->closeDlg());
+        QTest::addColumn<QString>("state");   // "run", "page1", "saved", "awaiting"
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<bool>("keeps");      // the Repaired folders survive
+        QTest::newRow("during a run: only says so") << "run" << "OkBtn" << kRunning << false << true;
+        QTest::newRow("page 1, Yes: removes Repaired") << "page1" << "YesBtn" << kPlain << true << false;
+        QTest::newRow("title control means No") << "page1" << "closeBtn" << kPlain << false << true;
+        QTest::newRow("saved at the source, Yes: keeps") << "saved" << "YesBtn" << kPlain << true << true;
+        QTest::newRow("awaiting rows, Yes: stays") << "awaiting" << "YesBtn" << kAdvance << false << true;
+        QTest::newRow("awaiting rows, No: removes") << "awaiting" << "NoBtn" << kAdvance << true << false;
     }
-
-    // Yes on page 1 removes every Repaired folder of the run (and its line in
-    // .hidden), ends the player, and closes; a save elsewhere keeps nothing.
-    void exitWithoutASaveRemovesRepaired()
+    // Every close: the one question of its state, and then what survives.
+    // Only Repaired folders go (and their line in .hidden), with the player.
+    void close()
     {
+        QFETCH(QString, state);
+        QFETCH(QString, answer);
+        QFETCH(QString, question);
+        QFETCH(bool, closes);
+        QFETCH(bool, keeps);
         const QString first = repaired(m_dir, QStringLiteral("a.mov"));
         const QString second = repaired(m_dir + QStringLiteral("/other"), QStringLiteral("b.avi"));
         QVERIFY(SetHiddenInFolder(m_dir, QStringLiteral("Repaired"), true));
@@ -208,64 +159,47 @@ private Q_SLOTS:
         g_previewProcess = new QProcess;
         g_previewProcess->start(QStringLiteral("sleep"), {QStringLiteral("30")});
         QVERIFY(g_previewProcess->waitForStarted());
+        if (state != QLatin1String("page1") && state != QLatin1String("run"))
+            showResult(first, QStringLiteral("1"));
+        if (state == QLatin1String("awaiting"))
+            showResult(m_dir + QStringLiteral("/Repaired/b.mov"), QStringLiteral("0"));
+        if (state == QLatin1String("saved")) {
+            m_modal.answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
+            m_window->saveBtn->setEnabled(true);
+            m_window->saveBtn->click();
+            QTRY_VERIFY(m_modal.answers.isEmpty());
+            QVERIFY(g_keepRepaired);
+            m_modal.clear();
+        }
+        g_repairRunning = state == QLatin1String("run");
+        g_closeAnswer = QStringLiteral("YesBtn");   // the last answer never counts
 
-        QVERIFY(closeWith({QStringLiteral("YesBtn")}));
-        QCOMPARE(m_modalTexts, QList<QStringList>{{kPlain}});
-        QVERIFY(!QDir(QFileInfo(first).path()).exists() && !QDir(QFileInfo(second).path()).exists());
-        QVERIFY(!QFile::exists(m_dir + QStringLiteral("/.hidden")));
+        m_modal.answers << answer;
+        QCOMPARE(m_window->close(), closes);
+        QVERIFY(m_modal.answers.isEmpty());
+        QCOMPARE(m_modal.texts, QList<QStringList>{{question}});
+        QCOMPARE(QFile::exists(first), keeps);
+        QCOMPARE(QDir(m_dir + QStringLiteral("/other/Repaired")).exists(), keeps);
         QVERIFY(QFile::exists(m_dir + QStringLiteral("/notes.txt")));
-        QTRY_COMPARE(g_previewProcess->state(), QProcess::NotRunning);
-        QVERIFY(!m_window->isVisible() && !m_window->closeDlg() && !g_referenceDlg);
-        // A further close request has nothing left to ask.
-        m_window->show();
-        QVERIFY(m_window->close());
+        QCOMPARE(m_window->isVisible(), !closes);
+        QCOMPARE(!m_window->closeDlg(), closes);
+        if (answer == QLatin1String("closeBtn"))
+            QCOMPARE(g_closeAnswer, QStringLiteral("NoBtn"));
+        if (state == QLatin1String("awaiting") && !closes) {
+            QVERIFY(m_window->frame_2->isVisible() && m_window->AddFile_frame->isHidden());
+            QCOMPARE(results()->topLevelItemCount(), 2);
+        }
+        if (!keeps)
+            QVERIFY(!QFile::exists(m_dir + QStringLiteral("/.hidden")));
+        if (closes) {
+            QTRY_COMPARE(g_previewProcess->state(), QProcess::NotRunning);
+            QVERIFY(!g_referenceDlg);
+            m_window->show();   // a further close request has nothing left to ask
+            QVERIFY(m_window->close());
+        }
     }
 
-    // A save at the source location keeps the results through the exit.
-    void exitAfterASaveAtTheSourceKeepsRepaired()
-    {
-        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
-        showResult(result, QStringLiteral("1"));
-        m_answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
-        m_window->saveBtn->setEnabled(true);
-        m_window->saveBtn->click();
-        QTRY_VERIFY(m_answers.isEmpty());
-        QVERIFY(g_keepRepaired);
-
-        QVERIFY(closeWith({QStringLiteral("YesBtn")}));
-        QCOMPARE(m_modalTexts, QList<QStringList>{{kPlain}});
-        QVERIFY(QFile::exists(result));
-    }
-
-    // With a row awaiting Advance Repair, Yes stays on page 2 with the
-    // results; No exits and removes them.
-    void awaitingRowsAnsweredYesStay()
-    {
-        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
-        showResult(result, QStringLiteral("1"));
-        showResult(m_dir + QStringLiteral("/Repaired/b.mov"), QStringLiteral("0"));
-        QVERIFY(!closeWith({QStringLiteral("YesBtn")}));
-        QCOMPARE(m_modalTexts, QList<QStringList>{{kAdvance}});
-        QVERIFY(m_window->isVisible() && m_window->frame_2->isVisible() && m_window->AddFile_frame->isHidden());
-        QCOMPARE(results()->topLevelItemCount(), 2);
-        QVERIFY(QFile::exists(result) && m_window->closeDlg());
-
-        QVERIFY(closeWith({QStringLiteral("NoBtn")}));
-        QVERIFY(!QFile::exists(result));
-    }
-
-    // Leaving the question by its title control is "No", whatever the last
-    // answer was.
-    void titleControlMeansNo()
-    {
-        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
-        g_closeAnswer = QStringLiteral("YesBtn");
-        QVERIFY(!closeWith({QStringLiteral("closeBtn")}));
-        QCOMPARE(g_closeAnswer, QStringLiteral("NoBtn"));
-        QVERIFY(QFile::exists(result) && m_window->isVisible());
-    }
-
-    // A language change sets the texts anew: the menu's entries and the
+    // A language change sets the texts anew: the menu's entries, the
     // button's tip, and the exit question's plain text.
     void languageChangeRetranslates()
     {
@@ -308,28 +242,24 @@ private Q_SLOTS:
         QTEST(HelpTopic(), "topic");
     }
 
-    // The language element by LanguageType; a value outside 0 to 10 is English.
-    void helpLanguages()
+    // The language element by LanguageType (outside 0 to 10: English); the
+    // buttons open the address of the page that is up: the about topic on
+    // the empty page 1, the saving one after Save.
+    void helpLanguagesAndButtons()
     {
-        const QStringList expected = QStringLiteral("en de fr it es jp cn ko nl pt hi").split(QLatin1Char(' '));
-        for (int i = 0; i < expected.size(); ++i)
-            QCOMPARE(HelpLanguage(i), expected[i]);
-        QCOMPARE(HelpLanguage(11), QStringLiteral("en"));
+        const QStringList codes = QStringLiteral("en de fr it es jp cn ko nl pt hi en").split(QLatin1Char(' '));
+        for (int i = 0; i < codes.size(); ++i)
+            QCOMPARE(HelpLanguage(i), codes[i]);
         QCOMPARE(HelpLanguage(-1), QStringLiteral("en"));
-    }
 
-    // The buttons open the address of the page that is up, in the language
-    // set: the about topic on the empty page 1, the saving one after Save.
-    void helpButtonsFollowThePage()
-    {
         m_window->HelpBtn_1->click();
         g_languageType = 5;
-        m_answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
+        m_modal.answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
         m_window->OnClickedSaveButton();
         m_window->HelpBtn_2->click();
         QCOMPARE(g_openedUrls,
-                 (QStringList{QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/about-reelwright"),
-                              QStringLiteral("https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files")}));
+                 (QStringList{"https://www.corvanelabs.com/help/reelwright/en/about-reelwright",
+                              "https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files"}));
     }
 
     // About names the program, its version and the system. Its links and
@@ -339,9 +269,9 @@ private Q_SLOTS:
     void aboutAndLinks()
     {
         AboutDlg* about = m_window->aboutDlg();
-        m_answers << QStringLiteral("OkBtn");
+        m_modal.answers << QStringLiteral("OkBtn");
         m_window->AbutBtn_1->click();
-        QVERIFY(m_modalTexts.value(0).contains(QStringLiteral("Reelwright")));
+        QVERIFY(m_modal.texts.value(0).contains(QStringLiteral("Reelwright")));
         QCOMPARE(about->versionText(), QStringLiteral("Version " REELWRIGHT_VERSION));
         QVERIFY(about->systemText().contains(ProductName()));
 
@@ -366,9 +296,8 @@ private Q_SLOTS:
         writeAll(m_dir + QStringLiteral("/Eula_DE.pdf"), "Bedingungen");
         about->OpenLicense();
         QCOMPARE(g_openedUrls,
-                 (QStringList{QStringLiteral("https://www.corvanelabs.com/support/"),
-                              QStringLiteral("https://example.org/de/hilfe"),
-                              QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair"),
+                 (QStringList{"https://www.corvanelabs.com/support/", "https://example.org/de/hilfe",
+                              "https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair",
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_EN.txt")).toString(),
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_DE.pdf")).toString()}));
     }
@@ -404,5 +333,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestClosingAndHelp)
+WINDOW_TEST_MAIN(TestClosingAndHelp)
 #include "test_closing_and_help.moc"
