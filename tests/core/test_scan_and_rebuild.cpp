@@ -23,7 +23,10 @@ QByteArray Words(std::initializer_list<uint32_t> words)
             b += char(w >> s);
     return b;
 }
-uint32_t Be32(const QByteArray& b, qint64 at) { return ByteReader::loadBe32(reinterpret_cast<const uint8_t*>(b.constData() + at)); }
+uint32_t Be32(const QByteArray& b, qint64 at)
+{
+    return at < 0 || at + 4 > b.size() ? 0 : ByteReader::loadBe32(reinterpret_cast<const uint8_t*>(b.constData() + at));
+}
 uint64_t Be64(const QByteArray& b, qint64 at) { return uint64_t(Be32(b, at)) << 32 | Be32(b, at + 4); }
 // The n-th atom named code, head included, or empty.
 QByteArray Atom(const QByteArray& file, const char* code, int n = 0)
