@@ -1,31 +1,23 @@
 // The eleven languages and the skin: complete catalogues, a switch at run
 // time that keeps the page's state, the first start, and every image the
 // window asks for present in each set at its size.
-#include "core/repair_globals.h"
+#include "window_fixture.h"
+
 #include "shell/languages.h"
-#include "shell/platform_core.h"
-#include "shell/scale.h"
 #include "shell/startup.h"
-#include "support/test_videos.h"
 #include "workspace/custom_button.h"
 #include "workspace/my_tree_widget.h"
 #include "workspace/reference_repaired_dlg.h"
 #include "workspace/save_dlg.h"
 #include "workspace/skin.h"
-#include "workspace/video_repair_window.h"
 
 #include <QAction>
-#include <QDir>
 #include <QImage>
-#include <QLabel>
 #include <QMenu>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTranslator>
 #include <QXmlStreamReader>
-#include <QtTest>
-
-using namespace testvideo;
 
 class TestLanguages : public QObject {
     Q_OBJECT
@@ -49,10 +41,7 @@ class TestLanguages : public QObject {
 private Q_SLOTS:
     void initTestCase()
     {
-        m_config = freshDir(QStringLiteral("lang-config"));
-        qputenv("XDG_CONFIG_HOME", m_config.toUtf8());
-        g_dpiScale = g_uiScale = 1.0f;
-        g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);
+        m_config = fixture::UseFreshSettings(QStringLiteral("lang-config"));
         g_programDir = QStringLiteral(REELWRIGHT_BIN_DIR);
     }
     void cleanupTestCase() { QDir(m_config).removeRecursively(); }
@@ -61,8 +50,7 @@ private Q_SLOTS:
         QFile::remove(SettingsFilePath(SettingsStore::PhotoRecovery));
         QFile::remove(SettingsFilePath(SettingsStore::DataRecovery));
         g_uiScale = 1.0f;
-        g_repairRunning = false;
-        g_referenceMode = false;
+        g_repairRunning = g_referenceMode = false;
         SelectTranslators(0);
         m_window = new VideoRepairWindow;
         m_window->show();
@@ -71,9 +59,7 @@ private Q_SLOTS:
     {
         InstallLanguage(0);
         delete m_window;
-        m_window = nullptr;
-        g_repairRunning = false;
-        g_referenceMode = false;
+        g_repairRunning = g_referenceMode = false;
     }
 
     // Every catalogue: the right language, no unfinished or empty entry, the
@@ -88,34 +74,28 @@ private Q_SLOTS:
             QFile file(QStringLiteral(REELWRIGHT_SOURCE_DIR "/translations/LANG_%1.ts").arg(it.key()));
             QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
             QXmlStreamReader xml(&file);
-            QString source, translation;
+            QString source;
             int messages = 0, copies = 0;
-            bool inTranslation = false;
             while (!xml.atEnd()) {
-                xml.readNext();
+                if (xml.readNext() != QXmlStreamReader::StartElement)
+                    continue;
                 const QString where = it.key() + QStringLiteral(": ") + source;
-                if (xml.isStartElement() && xml.name() == QLatin1String("TS")) {
+                if (xml.name() == QLatin1String("TS")) {
                     QCOMPARE(xml.attributes().value(QStringLiteral("language")).toString(), it.value());
-                } else if (xml.isStartElement() && xml.name() == QLatin1String("source")) {
+                } else if (xml.name() == QLatin1String("source")) {
                     source = xml.readElementText();
-                } else if (xml.isStartElement() && xml.name() == QLatin1String("translation")) {
+                } else if (xml.name() == QLatin1String("translation")) {
                     QVERIFY2(xml.attributes().value(QStringLiteral("type")).isEmpty(), qPrintable(where));
-                    inTranslation = true;
-                    translation.clear();
-                } else if (inTranslation && (xml.isCharacters())) {
-                    translation += xml.text();
-                } else if (xml.isEndElement() && xml.name() == QLatin1String("translation")) {
-                    inTranslation = false;
+                    const QString t = xml.readElementText(QXmlStreamReader::IncludeChildElements);
                     ++messages;
-                    const QString t = translation.trimmed().isEmpty() ? translation : translation;
+                    copies += t == source;
                     QVERIFY2(!t.trimmed().isEmpty(), qPrintable(where));
                     QCOMPARE(t.contains(QLatin1String("%n")), source.contains(QLatin1String("%n")));
-                    if (!source.contains(QLatin1String("%n"))) {
-                        QVERIFY2(t.count(QLatin1Char('\n')) == source.count(QLatin1Char('\n')), qPrintable(where));
-                        QVERIFY2(t.startsWith(QLatin1Char(' ')) == source.startsWith(QLatin1Char(' ')), qPrintable(where));
-                        QVERIFY2(t.endsWith(QLatin1Char(' ')) == source.endsWith(QLatin1Char(' ')), qPrintable(where));
-                    }
-                    copies += t == source;
+                    if (!source.contains(QLatin1String("%n")))
+                        QVERIFY2(t.count(QLatin1Char('\n')) == source.count(QLatin1Char('\n')) &&
+                                     t.startsWith(QLatin1Char(' ')) == source.startsWith(QLatin1Char(' ')) &&
+                                     t.endsWith(QLatin1Char(' ')) == source.endsWith(QLatin1Char(' ')),
+                                 qPrintable(where));
                 }
             }
             QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
@@ -139,9 +119,8 @@ private Q_SLOTS:
         QCOMPARE(entries.first()->text(), QStringLiteral("English"));
         QCOMPARE(entries.at(5)->text(), QStringLiteral("Japanese"));
         QCOMPARE(entries.last()->text(), QStringLiteral("Hindi"));
-        QVERIFY(entries.first()->isChecked());
-        for (QAction* a : entries.mid(1))
-            QVERIFY(!a->isChecked());
+        for (QAction* a : entries)
+            QCOMPARE(a->isChecked(), a == entries.first());
         // Outside 0 to 9 a stored value means Hindi.
         QCOMPARE(LanguageRowFor(42), 10);
         QCOMPARE(LanguageRowFor(-1), 10);
@@ -168,7 +147,6 @@ private Q_SLOTS:
         QCOMPARE(m_window->doneDlg()->findChild<QLabel*>()->text(), QStringLiteral("Videodatei erfolgreich repariert!"));
 
         m_window->LoadJapaneseLanguages2();
-
         deliver();
         QVERIFY(m_window->languageMenu(1)->actions().at(5)->isChecked());
         QVERIFY(!m_window->languageMenu(1)->actions().at(1)->isChecked());
@@ -218,7 +196,6 @@ private Q_SLOTS:
         };
 
         m_window->LoadGermanLanguages();
-
         deliver();
         QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Aktion nötig"));
         QCOMPARE(button(waiting), QStringLiteral("Tiefenreparatur"));
@@ -230,48 +207,42 @@ private Q_SLOTS:
         QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResName), QStringLiteral(" Dateiname"));
 
         m_window->LoadEnglishLanguages2();
-
         deliver();
         QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Awaiting Action"));
         QCOMPARE(button(waiting), QStringLiteral("Advance Repair"));
     }
 
-    // Each button's words fit inside its face (less the corner slices) in
-    // every language, with the fonts the system has.
+    // Every button's words fit inside its face (less the corner slices) in
+    // every language, with the fonts the system has; so do a row's status
+    // and its action link (110 wide in English, 100 in the others).
     void buttonTextsFitInEveryLanguage()
     {
-        // A row's status and its action link, in the fonts the rows use; the
-        // link's button is 110 wide in English and 100 in the others.
         m_window->resultList()->setColumnCount(14);
         const QFontMetrics rowFont(QFont(QStringLiteral("Segoe UI Semibold"), 10));
+        QStringList tooLong;
         for (int language = 0; language < kLanguageCount; ++language) {
             QSettings(g_settingsPath, QSettings::IniFormat).setValue(QStringLiteral("LanguageType"), language);
             SetLanguageFlag(language);
             InstallLanguage(language);
             deliver();
-            for (QPushButton* b : {m_window->pushButton, m_window->AddFileBtn, m_window->RemoveBtn,
-                                   m_window->RepairBtn, m_window->BackBtn, m_window->stopBtn, m_window->saveBtn,
-                                   m_window->PreviewBtn}) {
-                const int room = b->width() - 2 * 8;
-                const int need = b->fontMetrics().horizontalAdvance(b->text());
-                QVERIFY2(need <= room, qPrintable(QStringLiteral("%1 %2: \"%3\" needs %4, has %5")
-                                                      .arg(kLanguages[language].code, b->objectName(), b->text())
-                                                      .arg(need)
-                                                      .arg(room)));
-            }
-            for (const char* word : {"Awaiting Action", "Completed", "Processing", "Queued"}) {
-                const QString text = VideoRepairWindow::tr(word);
-                QVERIFY2(rowFont.horizontalAdvance(text) + 8 <= m_window->resultList()->columnWidth(VideoRepairWindow::ResStatus),
-                         qPrintable(QStringLiteral("%1 status \"%2\"").arg(kLanguages[language].code, text)));
-            }
-            for (const char* word : {"Advance Repair", "Preview"}) {
-                const QString text = VideoRepairWindow::tr(word);
-                QVERIFY2(rowFont.horizontalAdvance(text) + 4 <= (language == 0 ? 110 : 100),
-                         qPrintable(QStringLiteral("%1 link \"%2\" needs %3").arg(kLanguages[language].code, text).arg(rowFont.horizontalAdvance(text))));
-            }
-            const int selectNeed = m_window->Select_All->fontMetrics().horizontalAdvance(m_window->Select_All->text());
-            QVERIFY2(selectNeed + 30 <= m_window->Select_All->width(), kLanguages[language].code);
+            auto check = [&](int need, int room, const QString& what) {
+                if (need > room)
+                    tooLong << QStringLiteral("%1 \"%2\" needs %3, has %4")
+                                   .arg(QLatin1String(kLanguages[language].code), what).arg(need).arg(room);
+            };
+            for (QPushButton* b : {m_window->pushButton, m_window->AddFileBtn, m_window->RemoveBtn, m_window->RepairBtn,
+                                   m_window->BackBtn, m_window->stopBtn, m_window->saveBtn, m_window->PreviewBtn})
+                check(b->fontMetrics().horizontalAdvance(b->text()), b->width() - 2 * 8, b->text());
+            for (const char* word : {"Awaiting Action", "Completed", "Processing", "Queued"})
+                check(rowFont.horizontalAdvance(VideoRepairWindow::tr(word)) + 8,
+                      m_window->resultList()->columnWidth(VideoRepairWindow::ResStatus), VideoRepairWindow::tr(word));
+            for (const char* word : {"Advance Repair", "Preview"})
+                check(rowFont.horizontalAdvance(VideoRepairWindow::tr(word)) + 4, language == 0 ? 110 : 100,
+                      VideoRepairWindow::tr(word));
+            QCheckBox* all = m_window->Select_All;
+            check(all->fontMetrics().horizontalAdvance(all->text()) + 30, all->width(), all->text());
         }
+        QVERIFY2(tooLong.isEmpty(), qPrintable(tooLong.join(QLatin1Char('\n'))));
     }
 
     // Every image any sheet names exists in its set; sizes follow the scale.
@@ -323,5 +294,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLanguages)
+QTEST_MAIN(TestLanguages)   // measures fonts at 96 dpi (Qt::AA_Use96Dpi)
 #include "test_languages.moc"
