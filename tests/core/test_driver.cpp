@@ -1,6 +1,6 @@
-// The per-file driver: run signals and progress, the Repaired workspace,
-// suffix routing and the reference pass. Bad input and the work root are
-// tested through the batch runner.
+// The per-file driver: run signals and progress, the Repaired workspace and
+// the reference pass. Bad input, suffix routing and the work root are tested
+// through the batch runner.
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
 #include "support/test_videos.h"
@@ -94,34 +94,6 @@ private Q_SLOTS:
         entries.sort();
         QCOMPARE(entries, QStringList({".hidden", "Repaired", "clip.mov"}));
         QVERIFY(!QFileInfo(stale).exists());
-    }
-
-    void routingBySuffix_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("signal");
-        QTest::newRow("MOV") << "a.MOV" << "WriteStatus";
-        QTest::newRow("Mts mixed case") << "a.Mts" << "WriteStatus";
-        QTest::newRow("Avi mixed case") << "a.Avi" << "WriteStatus";
-        QTest::newRow("avi") << "a.avi" << "WriteAVIFileStatus";
-        QTest::newRow("divx") << "a.divx" << "WriteAVIFileStatus";
-        QTest::newRow("mkv") << "a.mkv" << "WriteAVIFileStatus";
-        QTest::newRow("webm") << "a.webm" << "WriteAVIFileStatus";
-        QTest::newRow("MPG") << "a.MPG" << "WriteAVIFileStatus";
-        QTest::newRow("wmv") << "a.wmv" << "WriteStatus";
-        QTest::newRow("flv") << "a.flv" << "WriteStatus";
-    }
-    void routingBySuffix()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, signal);
-        ThreadVideoRepair t;
-        SignalLog log(t);
-        SignalLog::runAndWait(t, {touch(name, QByteArray(4096, '\0'))});
-        const QStringList verdicts = log.matching(signal + QLatin1Char(' '));
-        QVERIFY2(!verdicts.isEmpty(), qPrintable(log.all().join(QLatin1String(" | "))));
-        for (const QString& v : verdicts)   // nothing to repair in zeros
-            QVERIFY2(v.startsWith(signal + QStringLiteral(" 0 ")), qPrintable(v));
     }
 
     // A sample that can't be read is no repair; a forgotten sample turns the
