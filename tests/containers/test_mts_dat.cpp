@@ -16,7 +16,6 @@
 
 using namespace testvideo;
 using containers::repairedPath;
-using mts::HeadClass;
 
 namespace {
 
@@ -132,39 +131,20 @@ private Q_SLOTS:
         QCOMPARE(kPcr, expected("47100120B710000000000000"));
     }
 
-    void classifyHeads_data()
-    {
-        QTest::addColumn<quint32>("head");
-        QTest::addColumn<int>("cls");
-        const QList<QPair<quint32, HeadClass>> rows{
-            {0x474000FFu, HeadClass::System}, {0x47410010u, HeadClass::System},        // PAT, PMT
-            {0x47401F10u, HeadClass::System}, {0x47100120u, HeadClass::System},        // SIT, PCR only
-            {0x47100130u, HeadClass::None},                                            // PCR with payload
-            {0x47101117u, HeadClass::Media},  {0x47301130u, HeadClass::Media},         // video, + priority
-            {0x47701110u, HeadClass::Media},  {0x47501130u, HeadClass::MediaCounted},  // + start
-            {0x47310012u, HeadClass::Media},  {0x47710010u, HeadClass::MediaCounted},  // audio, + start
-            {0x47110010u, HeadClass::None},   {0x47510010u, HeadClass::None},          // audio without priority
-            {0x47401110u, HeadClass::None},   {0x471FFF10u, HeadClass::None},          // SDT, null packet
-            {0u, HeadClass::None}};
-        for (const auto& r : rows)
-            QTest::newRow(qPrintable(QString::number(r.first, 16))) << r.first << int(r.second);
-    }
-    void classifyHeads()
-    {
-        QFETCH(quint32, head);
-        QFETCH(int, cls);
-        QCOMPARE(int(mts::ClassifyHead(head)), cls);
-    }
-
-    // 140 payload starts: a set after every seventh, the SIT in every tenth set only.
+    // 140 payload starts (video, or sound with the priority bit) with other
+    // media units between them: a set after every seventh start, the SIT in
+    // every tenth set only.
     void rebuildRepeatsSystemSets()
     {
+        const quint32 starts[] = {0x47501110u, 0x47710010u};
+        const quint32 others[] = {0x47101117u, 0x47301130u, 0x47701110u, 0x47310012u};
         QByteArray input(4 * kUnit, '\0'), expected = kTemplates;   // damaged start
         for (int i = 1; i <= 140; ++i) {
-            input += unit(0x47501110u, i);
-            expected += unit(0x47501110u, i);
+            input += unit(starts[i % 2], i) + unit(others[i % 4], 200 + i);
+            expected += unit(starts[i % 2], i);
             if (i % 7 == 0)
                 expected += kPat + kPmt + (i % 70 == 0 ? kSit : QByteArray()) + kPcr;
+            expected += unit(others[i % 4], 200 + i);
         }
         const Run r = repairMts(input);
         QVERIFY(r.done && r.listed);
@@ -172,19 +152,22 @@ private Q_SLOTS:
         QCOMPARE(r.out.count(kSit), 3);
     }
 
-    // System units of the file are dropped, unknown PIDs and junk skipped,
-    // and media units copied whole in their order.
+    // System units of the file are dropped, other PIDs and junk skipped, and
+    // media units copied whole in their order.
     void rebuildKeepsOnlyMedia()
     {
+        const QList<QPair<quint32, bool>> heads{
+            {0x474000FFu, false}, {0x47410010u, false}, {0x47401F10u, false}, {0x47100120u, false},   // PAT, PMT, SIT, PCR
+            {0x47100130u, false},                                                                     // PCR with payload
+            {0x47101110u, true},  {0x47301130u, true},  {0x47701110u, true},  {0x47501130u, true},    // video
+            {0x47310010u, true},  {0x47710010u, true},                                                // sound, priority bit
+            {0x47110010u, false}, {0x47510010u, false},                                               // sound without it
+            {0x471FFF10u, false}, {0x47401110u, false}};                                              // null packet, SDT
         QByteArray input(4 * kUnit, '\0'), expected = kTemplates;
-        const QList<quint32> heads{0x47400010u, 0x47410010u, 0x47401F10u, 0x47100120u, 0x47101110u, 0x47301130u,
-                                   0x47701110u, 0x47501130u, 0x47310010u, 0x47710010u, 0x47110010u, 0x47510010u,
-                                   0x471FFF10u, 0x47401110u};
         int serial = 0;
-        for (quint32 h : heads) {
-            input += unit(h, ++serial);
-            if (mts::ClassifyHead(h) == HeadClass::Media || mts::ClassifyHead(h) == HeadClass::MediaCounted)
-                expected += unit(h, serial);
+        for (const auto& h : heads) {
+            input += unit(h.first, ++serial);
+            expected += h.second ? unit(h.first, serial) : QByteArray();
         }
         input += QByteArray(37, char(0x5C)) + unit(0x47101110u, ++serial);   // junk that shifts the unit grid
         expected += unit(0x47101110u, serial);
