@@ -236,9 +236,7 @@ class TestAsfFlv : public QObject {
         QByteArray out, data;   // the output, and its Data Object onwards
         quint32 playDurationLow() const { return le32(out, 94); }
     };
-    // Walks the header of headerSource, then rewrites from packetSource (the
-    // same bytes unless a sample gives the header).
-    AsfResult repairAsf(const QByteArray& headerSource, const QByteArray* packetSource = nullptr)
+    AsfResult repairAsf(const QByteArray& input)
     {
         AsfResult r;
         g_passFailed = false;
@@ -246,11 +244,11 @@ class TestAsfFlv : public QObject {
         t.m_workDir = m_dir;
         t.m_fileName = "clip.wmv";
         g_sourceFullPath = m_dir + "/source/clip.wmv";
-        t.m_file = std::make_unique<MemoryReader>(headerSource, 64 * 1024);
+        t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);
         t.ReadAsfHeaderObjects();
         r.found = t.m_asfHeadersFound;
         if (r.found) {
-            t.m_file = std::make_unique<MemoryReader>(packetSource ? *packetSource : headerSource, 64 * 1024);
+            t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);
             t.RewriteAsfFile(m_dir);
             r.out = readAll(m_dir + "/clip.wmv");
             r.data = r.out.mid(r.out.indexOf(kData));
@@ -311,21 +309,13 @@ private Q_SLOTS:
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    void asfHeaderTakesTheObjectsInItsOwnOrder_data()
-    {
-        QTest::addColumn<bool>("audioFirst");
-        QTest::newRow("video stream first") << false;
-        QTest::newRow("audio stream first") << true;
-    }
+    // The objects met in another order than the new header's (the sound
+    // stream first); a second video or audio stream is dropped.
     void asfHeaderTakesTheObjectsInItsOwnOrder()
     {
-        QFETCH(bool, audioFirst);
         const QByteArray video = streamProperties(kVideo, 'v'), audio = streamProperties(kAudio, 'a', 18);
-        // A second video or audio stream is passed over and dropped from the header.
-        const QByteArray video2 = streamProperties(kVideo, 'w'), audio2 = streamProperties(kAudio, 'b', 18);
-        QList<QByteArray> objects{content(), fileProperties(256)};
-        objects << (audioFirst ? audio : video) << (audioFirst ? audio2 : video2) << (audioFirst ? video : audio)
-                << (audioFirst ? video2 : audio2) << extContent() << codecList();
+        const QList<QByteArray> objects{content(), fileProperties(256), audio, streamProperties(kAudio, 'b', 18), video,
+                                        streamProperties(kVideo, 'w'), extContent(), codecList()};
         const QByteArray packets = packet(256, 100, 'a') + packet(256, 140, 'b') + packet(256, 180, 'c');
         const AsfResult r = repairAsf(asfFile(objects, packets, kSimpleIndex + le(quint64(56))));
         QVERIFY(r.found && !r.failed);
@@ -433,21 +423,6 @@ private Q_SLOTS:
         QCOMPARE(r.playDurationLow(), 4u * 10000);
     }
 
-    void asfUnwritableOutputIsAFailure()
-    {
-        // The output name is a link to a device that refuses every write.
-        if (!QFile::exists("/dev/full"))
-            QSKIP("no /dev/full");
-        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.wmv"));
-        QByteArray packets;
-        for (int i = 0; i < 2000; ++i)
-            packets += packet(512, quint32(i), 'x');
-        const AsfResult r = repairAsf(minimalAsf(512, packets, QByteArray(1, '\x82')));
-        QVERIFY(r.found && r.failed);
-        QVERIFY(g_repairedPaths.isEmpty());
-        QVERIFY(QFile::exists("/dev/full"));
-    }
-
     void flvTakesTagsFromTheFirstUsableVideoTag()
     {
         const QList<QPair<QByteArray, double>> meta{{"duration", 99},      {"width", 320},    {"height", 240},
@@ -472,9 +447,6 @@ private Q_SLOTS:
         QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.flv"});
         QCOMPARE(r.out.left(13), kFlvHeader);
         const Script s = parseScript(r.out);
-        QCOMPARE(s.dataSize, 208u);
-        QCOMPARE(s.count, 15u);
-        QCOMPARE(s.previousSize, 219u);
         QCOMPARE(r.out.mid(13, 11), QByteArray("\x12\x00\x00\xd0", 4) + QByteArray(7, '\0'));
         QCOMPARE(r.out.mid(13 + 11, 13), QByteArray("\x02\x00\x0aonMetaData", 13));
         QCOMPARE(r.out.mid(13 + 11 + 208 - 4, 4), QByteArray("\x00\x00\x00\x09", 4));
@@ -591,15 +563,20 @@ private Q_SLOTS:
         QVERIFY2(fetched < 4 * quint64(in.size()), qPrintable(QString("%1 bytes fetched for %2").arg(fetched).arg(in.size())));
     }
 
-    void flvUnwritableOutputGetsANegativeVerdict()
+    // The output names are links to a device that refuses every write.
+    void unwritableOutputIsAFailure()
     {
         if (!QFile::exists("/dev/full"))
             QSKIP("no /dev/full");
-        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.flv"));
-        QByteArray in = kFlvHeader;
+        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.wmv") && QFile::link("/dev/full", m_dir + "/clip.flv"));
+        QByteArray packets, flv = kFlvHeader;
+        for (int i = 0; i < 2000; ++i)
+            packets += packet(512, quint32(i), 'x');
         for (int i = 0; i < 400; ++i)
-            in += video(quint32(i * 40), i == 0 ? '\x12' : '\x22', 5000);
-        QCOMPARE(repairFlv(in).verdicts, QStringList{"0 clip.flv"});
+            flv += video(quint32(i * 40), i == 0 ? '\x12' : '\x22', 5000);
+        const AsfResult r = repairAsf(minimalAsf(512, packets, QByteArray(1, '\x82')));
+        QVERIFY(r.found && r.failed);
+        QCOMPARE(repairFlv(flv).verdicts, QStringList{"0 clip.flv"});
         QVERIFY(g_repairedPaths.isEmpty());
         QVERIFY(QFile::exists("/dev/full"));
     }
@@ -655,7 +632,6 @@ private Q_SLOTS:
         QCOMPARE(b.signalNames, QStringList{"WriteStatus"});
         QVERIFY(b.ok());
         QCOMPARE(b.outputs, QStringList{repairedPath(input)});
-        QVERIFY(probeOpens(b.outputs[0]));
 
         // Sound as well; a damaged MP3 frame can take its neighbour along.
         for (const QString kind : {"v", "a"}) {
