@@ -1,5 +1,5 @@
-// Start-up: the single-instance guard survives no crash, and a first start
-// creates ResizeAppforDPI at both settings stores.
+// Start-up: the single-instance guard survives no crash, a first start
+// creates ResizeAppforDPI at both settings stores, the scale switched off.
 #include "shell/platform_core.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
@@ -48,15 +48,14 @@ private Q_SLOTS:
         app.setProcessEnvironment(env);
         app.start(binDir() + QStringLiteral("/reelwright"), QStringList());
         QVERIFY(app.waitForStarted());
-        const QString data = home + QStringLiteral("/Corvane Labs/Data Recovery/Reelwright.ini");
-        const QString photo = home + QStringLiteral("/Corvane Labs/Photo Recovery/Reelwright.ini");
-        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(photo), 15000);
+        const QString stores = home + QStringLiteral("/Corvane Labs/%1 Recovery/Reelwright.ini");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(stores.arg(QStringLiteral("Photo"))), 15000);
         app.kill();
         app.waitForFinished();
-        for (const QString& p : {data, photo}) {
-            QSettings s(p, QSettings::IniFormat);
-            QCOMPARE(s.value(QStringLiteral("ResizeAppforDPI")).toString(), QStringLiteral("true"));
-        }
+        for (const char* store : {"Data", "Photo"})
+            QCOMPARE(QSettings(stores.arg(QLatin1String(store)), QSettings::IniFormat)
+                         .value(QStringLiteral("ResizeAppforDPI")).toString(),
+                     QStringLiteral("true"));
         QDir(home).removeRecursively();
     }
 
