@@ -163,30 +163,33 @@ private Q_SLOTS:
     }
 
     // Two checked rows of three get the ids 0 and 2 and results beside their
-    // sources; a real run over them ends with the end-of-run texts, every
-    // row in an end state, and the inputs untouched.
+    // sources. A real run over them, a file gone before it and one with a
+    // very long name ends with the end-of-run texts, every row in an end
+    // state, and the inputs untouched.
     void repairPressAndARealRun()
     {
         const QString a = copyOf(QStringLiteral("first.mp4"));
         const QString c = copyOf(QStringLiteral("third.avi"),
                                  make(QStringLiteral("ws_mpeg4.avi"),
                                       lavfiVideo(1) << QStringLiteral("-c:v") << QStringLiteral("mpeg4")));
-        QVERIFY(!a.isEmpty() && !c.isEmpty());
+        const QString gone = copyOf(QStringLiteral("gone.mp4"));
+        const QString longName = copyOf(QString(200, QLatin1Char('x')) + QStringLiteral("_end.mp4"));
+        QVERIFY(!a.isEmpty() && !c.isEmpty() && !longName.isEmpty());
         const QString hashA = sha256(a), hashC = sha256(c);
-        add({a, copyOf(QStringLiteral("second.mp4")), c});
+        add({a, copyOf(QStringLiteral("second.mp4")), c, gone, longName});
         files()->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+        QVERIFY(QFile::remove(gone));
 
         m_modal.answers << QStringLiteral("OkBtn");
         m_window->RepairBtn->click();
         QVERIFY(g_resultsShown && g_onRepairPage && !g_onListPage);
         QVERIFY(m_window->frame_2->isVisible() && !m_window->AddFile_frame->isVisible());
-        QCOMPARE(results()->topLevelItemCount(), 2);
-        QCOMPARE(m_window->rowActions().size(), 2);
+        QCOMPARE(results()->topLevelItemCount(), 4);
+        QCOMPARE(m_window->rowActions().size(), 4);
         QCOMPARE(m_window->rowActions().at(0)->id, 0u);
         QCOMPARE(m_window->rowActions().at(1)->id, 2u);
         QCOMPARE(m_window->rowActions().at(1)->button->m_id, 2u);
-        QCOMPARE(m_window->rowActions().at(1)->sourcePath, c);
-        QCOMPARE(m_window->repairList(), (QStringList{a, c}));
+        QCOMPARE(m_window->repairList(), (QStringList{a, c, gone, longName}));
         QCOMPARE(results()->topLevelItem(1)->text(1), m_dir + QStringLiteral("/Repaired/third.avi"));
         QCOMPARE(results()->topLevelItem(1)->text(12), c);
 
@@ -199,7 +202,7 @@ private Q_SLOTS:
         QVERIFY(!m_window->stopBtn->isVisible() && !m_window->FileProgress->isVisible());
         QVERIFY(m_window->saveBtn->isVisible() && results()->isEnabled());
         QVERIFY(g_repairDone && !g_repairRunning);
-        for (int i = 0; i < 2; ++i) {
+        for (int i = 0; i < 4; ++i) {
             const QString word = results()->topLevelItem(i)->text(8);
             QVERIFY2(QStringList({"Completed", "Awaiting Action", "Failed"}).contains(word), qPrintable(word));
             QCOMPARE(results()->topLevelItem(i)->text(13), QStringLiteral("5"));
@@ -207,6 +210,26 @@ private Q_SLOTS:
         QCOMPARE(m_window->PercentLabl->text(), QStringLiteral("100%"));
         QCOMPARE(sha256(a), hashA);
         QCOMPARE(sha256(c), hashC);
+    }
+
+    // The file label elides a long name in the middle and keeps it whole in
+    // the tip; a reference pass hides the overall bar.
+    void fileLabel()
+    {
+        const QString longName = QString(200, QLatin1Char('x')) + QStringLiteral("_end.mp4");
+        QLabel* label = m_window->FileNameLabl;
+        m_window->OnFileNameLabel(longName);
+        QVERIFY(!label->isHidden() && !m_window->overAllProgess_2->isHidden());
+        QCOMPARE(label->toolTip(), QStringLiteral("Repairing ") + longName);
+        QVERIFY(label->text().contains(QChar(0x2026)));
+        QVERIFY(label->text().startsWith(QLatin1String("Repairing")) && label->text().endsWith(QLatin1String("_end.mp4")));
+        QVERIFY(label->fontMetrics().horizontalAdvance(label->text()) <= label->width());
+        g_referenceMode = true;
+        m_window->OnFileNameLabel(QStringLiteral("short.mp4"));
+        g_referenceMode = false;
+        QCOMPARE(label->text(), QStringLiteral("Repairing short.mp4"));
+        QVERIFY(label->toolTip().isEmpty());
+        QVERIFY(m_window->overAllProgess_2->isHidden() && m_window->PercentLabl->isHidden());
     }
 
     void stop_data()
@@ -304,40 +327,6 @@ private Q_SLOTS:
         m_window->BackBtn->click();
         QVERIFY(m_window->AddFile_frame->isVisible());
         QVERIFY(g_onRepairPage && g_onListPage);
-    }
-
-    // A file gone before the run and one with a very long name: the run goes
-    // on and each row gets an end word. The label elides the long name in
-    // the middle and keeps it whole in the tip; a reference pass hides the
-    // overall bar.
-    void vanishedFileAndLongName()
-    {
-        const QString longName = QString(200, QLatin1Char('x')) + QStringLiteral("_end.mp4");
-        const QString gone = copyOf(QStringLiteral("gone.mp4"));
-        const QString longPath = copyOf(longName);
-        QVERIFY(!longPath.isEmpty());
-        add({gone, longPath});
-        QVERIFY(QFile::remove(gone));
-        repairAndWait();
-        for (int i = 0; i < 2; ++i) {
-            const QString word = results()->topLevelItem(i)->text(8);
-            QVERIFY2(word != QLatin1String("Queued") && word != QLatin1String("Processing"), qPrintable(word));
-        }
-
-        m_window->OnFileNameLabel(longName);
-        QLabel* label = m_window->FileNameLabl;
-        QVERIFY(label->isVisible());
-        QCOMPARE(label->toolTip(), QStringLiteral("Repairing ") + longName);
-        QVERIFY(label->text().contains(QChar(0x2026)));
-        QVERIFY(label->text().startsWith(QLatin1String("Repairing")) && label->text().endsWith(QLatin1String("_end.mp4")));
-        QVERIFY(label->fontMetrics().horizontalAdvance(label->text()) <= label->width());
-        QVERIFY(m_window->overAllProgess_2->isVisible());
-        g_referenceMode = true;
-        m_window->OnFileNameLabel(QStringLiteral("short.mp4"));
-        g_referenceMode = false;
-        QCOMPARE(label->text(), QStringLiteral("Repairing short.mp4"));
-        QVERIFY(label->toolTip().isEmpty());
-        QVERIFY(m_window->overAllProgess_2->isHidden() && m_window->PercentLabl->isHidden());
     }
 
     // Only the title strip drags the window (not its buttons' area).
