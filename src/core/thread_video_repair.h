@@ -144,6 +144,7 @@ public:
     void MuxVideoAndPcm(const ChainPaths& p);
     void RemuxDamagedFileLpcm(const QString& inputPath);
     void RemuxDamagedFileSowt(const QString& inputPath);
+    void RemuxOwnIndex(const QString& inputPath, bool halfwayProgress);
     void ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath);
     void ScanIndexTwos(const QString& inputPath);
     void ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath);

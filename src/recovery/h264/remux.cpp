@@ -161,16 +161,7 @@ void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
 void ThreadVideoRepair::RemuxDamagedFile(const QString& inputPath)
 {
     Q_EMIT SetProgressBarRange(100);
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    Q_EMIT setProgressvalue(50);
-    const QString out = m_workDir + QLatin1Char('/') + m_fileName;
-    QFile::remove(out);
-    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
-    g_hasSoundTrak = false;
-    g_muxerBusy = false;
-    if (!OutputReady(out) && !g_stopRequested)
-        H264PassFailed();
+    RemuxOwnIndex(inputPath, true);
 }
 
 QString RemuxDamagedSowtCommand(const QString& input, const QString& out)
@@ -180,26 +171,28 @@ QString RemuxDamagedSowtCommand(const QString& input, const QString& out)
 
 void ThreadVideoRepair::RemuxDamagedFileLpcm(const QString& inputPath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    const QString out = m_workDir + QLatin1Char('/') + m_fileName;
-    QFile::remove(out);
-    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
-    g_hasSoundTrak = false;
-    g_muxerBusy = false;
-    if (!OutputReady(out) && !g_stopRequested)
-        H264PassFailed();
+    RemuxOwnIndex(inputPath, false);
 }
 
 void ThreadVideoRepair::RemuxDamagedFileSowt(const QString& inputPath)
 {
+    g_outputName = m_fileName;
+    g_hasSoundTrak = true;   // the sowt command always copies the sound
+    RemuxOwnIndex(inputPath, false);
+    QFile::remove(m_workDir + QStringLiteral("/videotext.txt"));
+}
+
+// The muxer rewrites a damaged file around its own index, into a file of the
+// source's name; the sound is copied when a sound track was noted.
+void ThreadVideoRepair::RemuxOwnIndex(const QString& inputPath, bool halfwayProgress)
+{
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-    g_outputName = m_fileName;
-    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    if (halfwayProgress)
+        Q_EMIT setProgressvalue(50);
+    const QString out = m_workDir + QLatin1Char('/') + m_fileName;
     QFile::remove(out);
-    RunMuxer(RemuxDamagedSowtCommand(inputPath, g_outputName), m_workDir);
-    QFile::remove(m_workDir + QStringLiteral("/videotext.txt"));
+    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
     g_hasSoundTrak = false;
     g_muxerBusy = false;
     if (!OutputReady(out) && !g_stopRequested)
