@@ -420,7 +420,7 @@
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Tiefenreparatur</translation>
+        <translation>Tiefenrep.</translation>
     </message>
     <message>
         <source>The sample video can&apos;t be read. Choose another sample video.</source>
@@ -480,7 +480,7 @@
     </message>
     <message>
         <source>Processing</source>
-        <translation>Wird verarbeitet</translation>
+        <translation>In Arbeit</translation>
     </message>
     <message>
         <source>Failed</source>

@@ -420,7 +420,7 @@
     </message>
     <message>
         <source>Advance Repair</source>
-        <translation>Ripar. avanzata</translation>
+        <translation>Rip. avanzata</translation>
     </message>
     <message>
         <source>The sample video can&apos;t be read. Choose another sample video.</source>
