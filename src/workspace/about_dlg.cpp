@@ -34,9 +34,6 @@ AboutDlg::AboutDlg(QWidget* parent)
     LicenseBtn->setObjectName(QStringLiteral("LicenseBtn"));
     OkBtn->setObjectName(QStringLiteral("OkBtn"));
 
-    QFont bold = m_title->font();
-    bold.setBold(true);
-    m_title->setFont(bold);
     QFont big(QStringLiteral("Segoe UI Semibold"), 16);
     big.setBold(true);
     m_name->setFont(big);
@@ -53,21 +50,13 @@ AboutDlg::AboutDlg(QWidget* parent)
             "QPushButton { background: transparent; color: #2b579a; text-decoration: underline;"
             " min-width: 0; padding: 0 4px; }"));
     }
-    m_close->setFixedSize(int(24 * g_uiScale), int(24 * g_uiScale));
-    for (QPushButton* b : {m_close, SupportBtn, LicenseBtn, OkBtn})
+    for (QPushButton* b : {SupportBtn, LicenseBtn, OkBtn})
         b->setCursor(Qt::PointingHandCursor);
     connect(SupportBtn, &QPushButton::clicked, this, &AboutDlg::OpenSupport);
     connect(LicenseBtn, &QPushButton::clicked, this, &AboutDlg::OpenLicense);
     connect(OkBtn, &QPushButton::clicked, this, &QDialog::accept);
-    connect(m_close, &QPushButton::clicked, this, &QDialog::reject);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(int(16 * g_uiScale), int(6 * g_uiScale), int(6 * g_uiScale), int(16 * g_uiScale));
-    auto* top = new QHBoxLayout;
-    top->addWidget(m_title);
-    top->addStretch();
-    top->addWidget(m_close);
-    layout->addLayout(top);
+    QVBoxLayout* layout = AddTitleRow(m_title, m_close);
     layout->addStretch();
     layout->addWidget(m_name);
     layout->addWidget(m_version);

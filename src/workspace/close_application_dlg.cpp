@@ -25,25 +25,14 @@ CloseApplicationDlg::CloseApplicationDlg(QWidget* parent)
     YesBtn->setObjectName(QStringLiteral("YesBtn"));
     NoBtn->setObjectName(QStringLiteral("NoBtn"));
 
-    QFont bold = m_title->font();
-    bold.setBold(true);
-    m_title->setFont(bold);
     label_2->setWordWrap(true);
     label_2->setAlignment(Qt::AlignCenter);
-    m_close->setFixedSize(int(24 * g_uiScale), int(24 * g_uiScale));
-    for (QPushButton* b : {m_close, YesBtn, NoBtn})
+    for (QPushButton* b : {YesBtn, NoBtn})
         b->setCursor(Qt::PointingHandCursor);
     connect(YesBtn, &QPushButton::clicked, this, &CloseApplicationDlg::CloseApplication);
     connect(NoBtn, &QPushButton::clicked, this, &CloseApplicationDlg::CloseApplication1);
-    connect(m_close, &QPushButton::clicked, this, &QDialog::reject);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(int(16 * g_uiScale), int(6 * g_uiScale), int(6 * g_uiScale), int(16 * g_uiScale));
-    auto* top = new QHBoxLayout;
-    top->addWidget(m_title);
-    top->addStretch();
-    top->addWidget(m_close);
-    layout->addLayout(top);
+    QVBoxLayout* layout = AddTitleRow(m_title, m_close);
     layout->addWidget(label_2, 1);
     auto* row = new QHBoxLayout;
     row->addStretch();

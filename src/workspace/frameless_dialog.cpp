@@ -4,7 +4,11 @@
 #include "workspace/skin.h"
 
 #include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 FramelessDialog::FramelessDialog(QWidget* parent)
     : QDialog(parent)
@@ -17,6 +21,24 @@ FramelessDialog::FramelessDialog(QWidget* parent)
 void FramelessDialog::ApplyDialogStyle()
 {
     setStyleSheet(QLatin1String(skin::DialogSheet(SkinSetFor(g_uiScale))));
+}
+
+QVBoxLayout* FramelessDialog::AddTitleRow(QLabel* title, QPushButton* close)
+{
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    close->setFixedSize(int(24 * g_uiScale), int(24 * g_uiScale));
+    close->setCursor(Qt::PointingHandCursor);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(int(16 * g_uiScale), int(6 * g_uiScale), int(6 * g_uiScale), int(16 * g_uiScale));
+    auto* top = new QHBoxLayout;
+    top->addWidget(title);
+    top->addStretch();
+    top->addWidget(close);
+    layout->addLayout(top);
+    return layout;
 }
 
 void FramelessDialog::changeEvent(QEvent* event)

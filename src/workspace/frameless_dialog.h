@@ -4,6 +4,10 @@
 #include <QDialog>
 #include <QPoint>
 
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
 class FramelessDialog : public QDialog {
     Q_OBJECT
 public:
@@ -24,6 +28,10 @@ protected:
     // Dialogs place their widgets with box layouts, so the words of each
     // language get the room they need without a table of rectangles.
     void ApplyDialogStyle();
+    // Lays the dialog out as a column that starts with its title row: the
+    // title in bold at the left, the close control at the right (it rejects
+    // the dialog). Returns the column for the rest of the dialog.
+    QVBoxLayout* AddTitleRow(QLabel* title, QPushButton* close);
 
 private:
     bool m_dragging = false;
