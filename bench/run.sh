@@ -9,7 +9,8 @@
 # whole). The h264, hevc and sowt files lose their movie (a recording cut off)
 # and are repaired from a sample; the others are repaired as they are.
 # Per route one line: the repair's wall time, MB/s and peak memory, the same
-# figures for cat and for ffmpeg's stream copy, cp's time, the ratios, the
+# figures for cat and for ffmpeg's stream copy, cp's time (each writing
+# command timed to its output on disk, best of two), the ratios, the
 # engine's own scan rate where it logs one, and the route's target with
 # "met" or "MISSED". Exit status 1 when a route missed its target or made no
 # output.
@@ -107,17 +108,19 @@ make_route() {   # route: sets original, damaged, sample, ext
   esac
 }
 
-# best2 VAR COMMAND...: runs the command twice, each after a sync, and keeps
-# the faster run's figures in VAR_wall and VAR_kib. A single run of a write of
-# hundreds of MB can take twice as long as the next one when the page cache
-# decides to write back in the middle of it.
+# best2 VAR COMMAND...: runs the command twice and keeps the faster run's
+# figures in VAR_wall and VAR_kib. Each run starts after a sync and its time
+# includes a sync of its own: every writing command (cp, the stream copy, the
+# repair) pays for getting its output to disk, and for no one else's. Without
+# that, cp is a copy within memory, and a run's time depends on when the page
+# cache writes back what the one before it left.
 best2() {
   local var=$1; shift
   local best=999999 kib=0 w k
   for _ in 1 2; do
     rm -rf "$work/Repaired" "$work"/copy.* "$work"/ffcopy.*
     sync
-    timed "$var" "$@"
+    timed "$var" sh -c '"$@" && sync' sh "$@"
     w=${var}_wall; k=${var}_kib
     if awk -v a="${!w}" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=${!w}; kib=${!k}; fi
   done

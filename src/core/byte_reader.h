@@ -31,6 +31,9 @@ public:
     bool ioError() const { return m_ioError; }
     // Bytes fetched from the source so far (what the windows cost).
     uint64_t fetchedBytes() const { return m_fetched; }
+    // The open file behind the reader, for copies from file to file; -1
+    // when the bytes are in memory.
+    virtual int fileDescriptor() const { return -1; }
 
     // Copies n bytes at pos into dst, zero-filled past the end.
     size_t read(uint64_t pos, void* dst, size_t n);
@@ -109,6 +112,7 @@ public:
     static void setDefaultWindow(size_t window);
     ~FileReader() override;
     const QString& path() const { return m_path; }
+    int fileDescriptor() const override { return m_fd; }
 
 private:
     FileReader(int fd, uint64_t size, const QString& path, size_t window);

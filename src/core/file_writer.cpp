@@ -9,6 +9,10 @@
 
 namespace {
 constexpr size_t kBufferLimit = 1u << 20;
+// Ranges from this size on are copied by the kernel: a frame of video, not a
+// frame of sound or a transport packet. Below it the buffer is cheaper than
+// the system call and the flush it needs.
+constexpr uint64_t kKernelCopyFrom = 32 * 1024;
 
 bool writeAll(int fd, const uint8_t* p, size_t n, int64_t at)
 {
@@ -41,6 +45,7 @@ bool FileWriter::open(const QString& path)
     m_path = path;
     m_flushed = 0;
     m_failed = false;
+    m_kernelCopyFails = false;
     m_buf.clear();
     m_boxes.clear();
     m_fd = ::open(path.toUtf8().constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
@@ -165,6 +170,14 @@ void FileWriter::patchLe64(uint64_t at, uint64_t v)
 
 void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
 {
+    // A tap must see the bytes, so they take the buffer then.
+    if (n >= kKernelCopyFrom && !m_tap && !m_kernelCopyFails && m_fd >= 0 && src.fileDescriptor() >= 0
+        && pos < src.size()) {
+        flush();
+        const uint64_t done = copyInKernel(src.fileDescriptor(), pos, std::min(n, src.size() - pos));
+        pos += done;
+        n -= done;
+    }
     const size_t step = std::min<size_t>(src.maxView(), 1u << 20);
     while (n > 0) {
         const size_t k = size_t(std::min<uint64_t>(n, step));
@@ -172,6 +185,31 @@ void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
         pos += k;
         n -= k;
     }
+}
+
+uint64_t FileWriter::copyInKernel(int fd, uint64_t pos, uint64_t n)
+{
+    // The output's file offset is always m_flushed: appends go through it,
+    // patches are positioned writes.
+    uint64_t done = 0;
+    loff_t in = loff_t(pos);
+    while (done < n) {
+        const ssize_t c = ::copy_file_range(fd, &in, m_fd, nullptr, size_t(std::min<uint64_t>(n - done, 1u << 30)), 0);
+        if (c > 0) {
+            done += uint64_t(c);
+            m_flushed += uint64_t(c);
+            continue;
+        }
+        if (c < 0 && errno == EINTR)
+            continue;
+        // The end of a file that shrank, or an error: the buffer takes the
+        // rest, and reports a real write error as it always does. Files the
+        // kernel can't copy between aren't tried again.
+        if (c < 0 && (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP || errno == EBADF))
+            m_kernelCopyFails = true;
+        break;
+    }
+    return done;
 }
 
 void FileWriter::beginBox(const char* code, bool wide)

@@ -61,6 +61,7 @@ public:
     void patch(uint64_t at, const void* data, size_t n);
 
     // Copies n bytes at pos of src into the output (zero-filled past src's end).
+    // A long range of a file goes from file to file inside the kernel.
     void copyFrom(ByteReader& src, uint64_t pos, uint64_t n);
 
     // QuickTime boxes: size placeholder (32-bit, or 1 + 64-bit when wide),
@@ -72,6 +73,10 @@ public:
 
 private:
     void flush();
+    // Appends up to n bytes at pos of the file fd without a copy through
+    // this process; returns how many. Stops early (0 when the system can't
+    // copy between these two files, which then isn't tried again).
+    uint64_t copyInKernel(int fd, uint64_t pos, uint64_t n);
     struct Box { uint64_t start; bool wide; char code[5]; };
 
     int m_fd = -1;
@@ -83,4 +88,5 @@ private:
     Tap m_tap;
     bool m_tapOnly = false;
     size_t m_flushAt = size_t(1) << 20;   // the buffer's limit
+    bool m_kernelCopyFails = false;
 };

@@ -1,6 +1,7 @@
 #include "core/thread_video_repair.h"
 
 #include "core/log_cipher.h"
+#include "shell/platform_core.h"
 
 #include <QDebug>
 #include <QMutexLocker>
@@ -9,6 +10,7 @@ ThreadVideoRepair::ThreadVideoRepair(QObject* parent)
     : QThread(parent)
 {
     g_stopRequested = false;
+    KeepFreedMemoryForReuse();
 }
 
 ThreadVideoRepair::~ThreadVideoRepair()

@@ -7,6 +7,10 @@
 #include <QSysInfo>
 #include <QTextStream>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 QString g_settingsPath;
 
 QString SettingsFilePath(SettingsStore store)
@@ -64,4 +68,16 @@ bool SetHiddenInFolder(const QString& folder, const QString& name, bool hidden)
 QString ProductName()
 {
     return QSysInfo::prettyProductName();
+}
+
+// The repair thread takes and frees a few hundred KiB for every line of its
+// frame index (the compression of the line). With the C library's default a
+// thread's freed memory goes back to the system at once, and the next line
+// faults it in and clears it again: a fifth of the time of an FLV repair.
+// Up to 64 MiB of freed memory is kept for reuse instead.
+void KeepFreedMemoryForReuse()
+{
+#ifdef __GLIBC__
+    mallopt(M_TRIM_THRESHOLD, 64 << 20);
+#endif
 }

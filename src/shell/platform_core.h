@@ -21,3 +21,7 @@ bool SetHiddenInFolder(const QString& folder, const QString& name, bool hidden);
 
 // The operating system's product name, as the About dialog shows it.
 QString ProductName();
+
+// Keeps memory the process frees for its next allocations instead of giving
+// it back to the system at once (see the definition for why).
+void KeepFreedMemoryForReuse();

@@ -1,7 +1,9 @@
 // The cached positioned reader gives exactly what a seek and a read give:
 // across window borders, past the end (zeros, real-byte counts), at the top
 // of the 64-bit range, for views larger than a window, and cheaply for far looks.
+// The writer's copies of ranges give the same bytes whichever way they go.
 #include "core/byte_reader.h"
+#include "core/file_writer.h"
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -183,6 +185,48 @@ private Q_SLOTS:
         QCOMPARE(viewBytes(*small, 50001, 300), data.mid(50001, 300));
         FileReader::setDefaultWindow(0);
         QCOMPARE(FileReader::open(path)->maxView(), ByteReader::kDefaultWindow - ByteReader::kAlign);
+    }
+
+    // Ranges copied from a file by the kernel and through the buffer, mixed
+    // with buffered writes, a range that runs past the source's end, a patch
+    // of bytes the kernel wrote, and a tap (which must see every byte), give
+    // the same file as the same copies from memory.
+    void writerCopiesRanges()
+    {
+        const QByteArray data = randomBytes(300000, 77);
+        const QString source = m_dir + QStringLiteral("/src.bin");
+        QVERIFY(writeAll(source, data));
+        QByteArray tapped;
+        auto copies = [&](ByteReader& r, const QString& out, bool tap) {
+            FileWriter w;
+            QVERIFY(w.open(out));
+            if (tap)
+                w.setTap([&](const uint8_t* p, size_t n) { tapped.append(reinterpret_cast<const char*>(p), int(n)); });
+            w.write("abc", 3);
+            w.copyFrom(r, 5, 100000);           // long: from file to file
+            w.copyFrom(r, 7, 100);              // short: through the buffer
+            w.copyFrom(r, 260000, 80000);       // past the end: 40000 bytes, then zeros
+            w.copyFrom(r, 400000, 50000);       // wholly past the end
+            w.patchBe32(1000, 0xA1B2C3D4);      // inside the first long copy
+            QVERIFY(w.close());
+        };
+        MemoryReader memory(data);
+        copies(memory, m_dir + QStringLiteral("/m.bin"), false);
+        auto file = FileReader::open(source);
+        copies(*file, m_dir + QStringLiteral("/f.bin"), false);
+        copies(*file, m_dir + QStringLiteral("/t.bin"), true);
+
+        QByteArray want = "abc" + data.mid(5, 100000) + data.mid(7, 100) + data.mid(260000)
+                        + QByteArray(40000 + 50000, '\0');
+        const QByteArray patch("\xA1\xB2\xC3\xD4", 4);
+        const QByteArray fromFile = readAll(m_dir + QStringLiteral("/f.bin"));
+        QCOMPARE(fromFile.size(), want.size());
+        QCOMPARE(tapped, want);                 // a tap sees bytes before patches
+        want.replace(1000, 4, patch);
+        QVERIFY(fromFile == want);
+        QVERIFY(readAll(m_dir + QStringLiteral("/m.bin")) == want);
+        QVERIFY(readAll(m_dir + QStringLiteral("/t.bin")) == want);
+        QCOMPARE(readAll(source), data);
     }
 };
 
