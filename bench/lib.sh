@@ -70,24 +70,35 @@ cut_movie() {
   head -c "$(moov_offset "$1")" "$1" > "$2"
 }
 
+# best_of_two VAR COMMAND...: runs the command twice and keeps the faster run's
+# figures in VAR_wall and VAR_kib. Each run starts after a sync and its time
+# includes a sync of its own: every writing command (cp, the stream copy, the
+# repair) pays for getting its output to disk, and for no one else's. Without
+# that, cp is a copy within memory, and a run's time depends on when the page
+# cache writes back what the one before it left.
+best_of_two() {
+  local var=$1; shift
+  local best=999999 kib=0 w k
+  for _ in 1 2; do
+    rm -rf "$work/Repaired" "$work"/copy.* "$work"/ffcopy.*
+    sync
+    timed "$var" sh -c '"$@" && sync' sh "$@"
+    w=${var}_wall; k=${var}_kib
+    if awk -v a="${!w}" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=${!w}; kib=${!k}; fi
+  done
+  printf -v "${var}_wall" '%s' "$best"
+  printf -v "${var}_kib" '%s' "$kib"
+}
+
 # copy_and_repair ORIGINAL SAMPLE CLIP BATCH: times ffmpeg's stream copy of
-# ORIGINAL and the repair of CLIP with SAMPLE, each twice after a sync; the
-# faster run counts, since the page cache makes single runs of gigabyte
-# writes vary widely. Sets copy_best, repair_best, copy_kib, repair_kib and
-# leaves the last repair's output in $work/Repaired.
+# ORIGINAL and the repair of CLIP with SAMPLE (best_of_two each). Sets
+# copy_best, repair_best, copy_kib, repair_kib and leaves the last repair's
+# output in $work/Repaired.
 copy_and_repair() {
   local original=$1 sample=$2 clip=$3 batch=$4
-  copy_best=999999; repair_best=999999
-  for _ in 1 2; do
-    sync
-    timed copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
-    copy_best=$(awk -v a="$copy_best" -v b="$copy_wall" 'BEGIN { print (a < b ? a : b) }')
-    rm -f "$work/copy.mov"
-    rm -rf "$work/Repaired"
-    sync
-    timed repair "$batch" --reference "$sample" --work-root "$work" "$clip"
-    repair_best=$(awk -v a="$repair_best" -v b="$repair_wall" 'BEGIN { print (a < b ? a : b) }')
-  done
+  best_of_two copy ffmpeg -v error -nostdin -y -i "$original" -c copy "$work/copy.mov"
+  best_of_two repair "$batch" --reference "$sample" --work-root "$work" "$clip"
+  copy_best=$copy_wall; repair_best=$repair_wall
   report "ffmpeg -c copy" "$copy_best" "$copy_kib"
   report "repair" "$repair_best" "$repair_kib"
 }

@@ -108,26 +108,6 @@ make_route() {   # route: sets original, damaged, sample, ext
   esac
 }
 
-# best2 VAR COMMAND...: runs the command twice and keeps the faster run's
-# figures in VAR_wall and VAR_kib. Each run starts after a sync and its time
-# includes a sync of its own: every writing command (cp, the stream copy, the
-# repair) pays for getting its output to disk, and for no one else's. Without
-# that, cp is a copy within memory, and a run's time depends on when the page
-# cache writes back what the one before it left.
-best2() {
-  local var=$1; shift
-  local best=999999 kib=0 w k
-  for _ in 1 2; do
-    rm -rf "$work/Repaired" "$work"/copy.* "$work"/ffcopy.*
-    sync
-    timed "$var" sh -c '"$@" && sync' sh "$@"
-    w=${var}_wall; k=${var}_kib
-    if awk -v a="${!w}" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=${!w}; kib=${!k}; fi
-  done
-  printf -v "${var}_wall" '%s' "$best"
-  printf -v "${var}_kib" '%s' "$kib"
-}
-
 # logged_rate FILE: the MB/s of the engine's "Stream scan" or "Index scan" line.
 logged_rate() {
   { grep -aoE '(Stream|Index) scan: .*\(([0-9]+) MB/s\)' "$1" || true; } | sed -E 's/.*\(([0-9]+) MB\/s\)/\1/' | tail -1
@@ -143,11 +123,11 @@ for r in "${routes[@]}"; do
   size=$(stat -L -c %s "$in")
   cat "$in" "$original" >/dev/null   # warm the page cache for every step alike
   timed cat sh -c "cat '$in' > /dev/null"
-  best2 cp cp "$in" "$work/copy.$ext"
-  best2 ffc ffmpeg -v error -nostdin -y -i "$original" -map 0 -c copy "$work/ffcopy.$ext"
+  best_of_two cp cp "$in" "$work/copy.$ext"
+  best_of_two ffc ffmpeg -v error -nostdin -y -i "$original" -map 0 -c copy "$work/ffcopy.$ext"
   ref=(); [ -n "$sample" ] && ref=(--reference "$sample")
   # Not --quiet: that would drop the engine's log line with the scan rate.
-  best2 rep "$batch" "${ref[@]}" --work-root "$work" "$in"
+  best_of_two rep "$batch" "${ref[@]}" --work-root "$work" "$in"
   out=$work/Repaired/clip.$ext
   status=ok; [ -s "$out" ] || status="NO OUTPUT"
   scan=$(logged_rate "$work/rep.err")
