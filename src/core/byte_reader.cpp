@@ -69,6 +69,21 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
 size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
 {
     uint8_t* out = static_cast<uint8_t*>(dst);
+    const size_t real = pos < m_size ? size_t(std::min<uint64_t>(n, m_size - pos)) : 0;
+    // A large block goes from the source straight into dst: through a window
+    // it would cost a second copy and evict what the window held.
+    if (n >= kDirectRead) {
+        size_t got = 0;
+        while (got < real) {
+            const size_t r = fetch(pos + got, out + got, real - got);
+            if (r == 0)
+                break;
+            got += r;
+        }
+        m_fetched += got;
+        std::memset(out + got, 0, n - got);
+        return real;
+    }
     const size_t step = maxView();
     size_t done = 0;
     while (done < n) {
@@ -76,9 +91,7 @@ size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
         std::memcpy(out + done, view(pos + done, chunk), chunk);
         done += chunk;
     }
-    if (pos >= m_size)
-        return 0;
-    return size_t(std::min<uint64_t>(n, m_size - pos));
+    return real;
 }
 
 namespace {

@@ -21,6 +21,8 @@ public:
     static constexpr size_t kAlign = 4096;
     // What a jump away from both windows reads (see slowView).
     static constexpr size_t kProbeFill = 64u << 10;
+    // From this size on read() bypasses the windows.
+    static constexpr size_t kDirectRead = 1u << 20;
 
     virtual ~ByteReader() = default;
     ByteReader(const ByteReader&) = delete;

@@ -134,7 +134,10 @@ private Q_SLOTS:
         QRandomGenerator gen(99);
         for (int i = 0; i < 3000; ++i) {
             const uint64_t pos = gen.bounded(size + 20000);
-            const size_t n = i % 10 == 0 ? gen.bounded(40000) : gen.bounded(64) + 1;
+            // Now and then a block large enough to bypass the windows.
+            const size_t n = i % 250 == 0 ? ByteReader::kDirectRead + gen.bounded(2u << 20)
+                           : i % 10 == 0  ? gen.bounded(40000)
+                                          : gen.bounded(64) + 1;
             QByteArray want(int(n), '\0');
             qint64 got = 0;
             if (pos < uint64_t(size)) {
