@@ -43,13 +43,7 @@ AboutDlg::AboutDlg(QWidget* parent)
         l->setWordWrap(true);
         l->setTextInteractionFlags(Qt::TextSelectableByMouse);
     }
-    // The two links look like links; OK keeps the dialog button look.
-    for (QPushButton* b : {SupportBtn, LicenseBtn}) {
-        b->setFlat(true);
-        b->setStyleSheet(QStringLiteral(
-            "QPushButton { background: transparent; color: #2b579a; text-decoration: underline;"
-            " min-width: 0; padding: 0 4px; }"));
-    }
+    // The two links look like links (the dialog sheet takes their face away).
     for (QPushButton* b : {SupportBtn, LicenseBtn, OkBtn})
         b->setCursor(Qt::PointingHandCursor);
     connect(SupportBtn, &QPushButton::clicked, this, &AboutDlg::OpenSupport);

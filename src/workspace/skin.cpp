@@ -104,8 +104,9 @@ const char* const kAddCards[3][11] = {RW_ADD_CARDS("96-DPI"), RW_ADD_CARDS("125-
     "QPushButton#RefBrowse_Btn:hover,QPushButton#LocBrowse_Btn:hover{" RW_FACE(S, SL, "Browser 1.png") "}"     \
     "QPushButton#closeBtn{border:none;border-image:none;background:transparent;color:#475569;min-width:0px;"     \
     "min-height:0px;padding:0px;}"                                                                               \
-    "QPushButton#LearnMoreLink,QPushButton#referenceBtn{border:none;border-image:none;background:transparent;"   \
-    "color:#2563eb;text-decoration:underline;min-width:0px;padding:0px;}"                                        \
+    "QPushButton#LearnMoreLink,QPushButton#referenceBtn,QPushButton#SupportBtn,QPushButton#LicenseBtn{"          \
+    "border:none;border-image:none;background:transparent;color:#2563eb;text-decoration:underline;"            \
+    "min-width:0px;padding:0px;}"                                                                                \
     "QProgressBar{border:none;border-radius:4px;background:#e2e8f0;}QProgressBar::chunk{border-radius:4px;"      \
     "background:#2563eb;}"
 
