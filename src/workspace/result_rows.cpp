@@ -86,38 +86,50 @@ void VideoRepairWindow::OnWriteStatus(bool repaired, bool reserved, QString file
             // First-pass verdict. A row that awaits Advance Repair keeps its
             // stage "1" but has verdict "0"; its verdict comes below.
             row->setText(ResDefaultCodec, defaultCodec ? QStringLiteral("1") : QStringLiteral("0"));
-            if (repaired || reserved) {
-                SetRowStatus(row, tr("Completed"), "gray");
-                row->setTextAlignment(ResStatus, Qt::Alignment(128));
-                row->setText(ResStage, QStringLiteral("2"));
-                row->setText(ResVerdict, QStringLiteral("1"));
-                ShowButton(RowButton(row), tr("Preview"), Qt::gray);
-            } else {
-                SetRowStatus(row, tr("Awaiting Action"), "gray");
-                row->setTextAlignment(ResStatus, Qt::Alignment(32));
-                row->setText(ResVerdict, QStringLiteral("0"));
-                row->setCheckState(ResName, Qt::Unchecked);
-                ShowButton(RowButton(row), tr("Advance Repair"), Qt::gray);
-            }
+            MarkFirstPassVerdict(row, repaired || reserved);
             break;
         }
         if (row->text(ResVerdict) == QLatin1String("0") && (repaired || reserved)) {
             // Reference-pass verdict; a negative one leaves the row waiting.
-            // The button stays hidden until the end of the pass has tested
-            // the output.
-            SetRowStatus(row, tr("Completed"), nullptr);
-            row->setTextAlignment(ResStatus, Qt::Alignment(128));
-            row->setText(ResVerdict, QStringLiteral("1"));
+            MarkReferencePassCompleted(row);
             row->setText(ResDefaultCodec, defaultCodec ? QStringLiteral("1") : QStringLiteral("0"));
-            if (CustomButton* b = RowButton(row)) {
-                b->setText(tr("Preview"));
-                b->hide();
-            }
         }
     }
     for (int i = 0; i < last; ++i)
         if (CustomButton* b = RowButton(m_resultList->topLevelItem(i)))
             b->setEnabled(true);
+}
+
+// A first pass's verdict: "Completed" with Preview, or "Awaiting Action"
+// with Advance Repair (and the row no longer ticked).
+void VideoRepairWindow::MarkFirstPassVerdict(QTreeWidgetItem* row, bool repaired)
+{
+    if (repaired) {
+        SetRowStatus(row, tr("Completed"), "gray");
+        row->setTextAlignment(ResStatus, Qt::Alignment(128));
+        row->setText(ResStage, QStringLiteral("2"));
+        row->setText(ResVerdict, QStringLiteral("1"));
+        ShowButton(RowButton(row), tr("Preview"), Qt::gray);
+    } else {
+        SetRowStatus(row, tr("Awaiting Action"), "gray");
+        row->setTextAlignment(ResStatus, Qt::Alignment(32));
+        row->setText(ResVerdict, QStringLiteral("0"));
+        row->setCheckState(ResName, Qt::Unchecked);
+        ShowButton(RowButton(row), tr("Advance Repair"), Qt::gray);
+    }
+}
+
+// A positive verdict of a reference pass. The button stays hidden until the
+// end of the pass has tested the output.
+void VideoRepairWindow::MarkReferencePassCompleted(QTreeWidgetItem* row)
+{
+    SetRowStatus(row, tr("Completed"), nullptr);
+    row->setTextAlignment(ResStatus, Qt::Alignment(128));
+    row->setText(ResVerdict, QStringLiteral("1"));
+    if (CustomButton* b = RowButton(row)) {
+        b->setText(tr("Preview"));
+        b->hide();
+    }
 }
 
 void VideoRepairWindow::OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileName)
@@ -130,32 +142,13 @@ void VideoRepairWindow::OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileNam
             continue;
         if (row->text(ResVerdict) == QLatin1String("0")) {
             // Reference pass: only a positive verdict changes the row.
-            if (hasVideo_Strh) {
-                SetRowStatus(row, tr("Completed"), nullptr);
-                row->setTextAlignment(ResStatus, Qt::Alignment(128));
-                row->setText(ResVerdict, QStringLiteral("1"));
-                if (CustomButton* b = RowButton(row)) {
-                    b->setText(tr("Preview"));
-                    b->hide();
-                }
-            }
+            if (hasVideo_Strh)
+                MarkReferencePassCompleted(row);
             continue;
         }
         if (row->text(ResStage) != QLatin1String("1") || !row->text(ResVerdict).isEmpty())
             continue;
-        if (hasVideo_Strh) {
-            SetRowStatus(row, tr("Completed"), "gray");
-            row->setTextAlignment(ResStatus, Qt::Alignment(128));
-            row->setText(ResStage, QStringLiteral("2"));
-            row->setText(ResVerdict, QStringLiteral("1"));
-            ShowButton(RowButton(row), tr("Preview"), Qt::gray);
-        } else {
-            SetRowStatus(row, tr("Awaiting Action"), "gray");
-            row->setTextAlignment(ResStatus, Qt::Alignment(32));
-            row->setText(ResVerdict, QStringLiteral("0"));
-            row->setCheckState(ResName, Qt::Unchecked);
-            ShowButton(RowButton(row), tr("Advance Repair"), Qt::gray);
-        }
+        MarkFirstPassVerdict(row, hasVideo_Strh);
         return;
     }
 }

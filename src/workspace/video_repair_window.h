@@ -213,6 +213,8 @@ private:
     void SetUpResultList();
     void SetResultListHeader();
     void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
+    void MarkFirstPassVerdict(QTreeWidgetItem* row, bool repaired);
+    void MarkReferencePassCompleted(QTreeWidgetItem* row);
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
     void RestyleRowsForPass();
