@@ -130,6 +130,11 @@ public:
     // ---- PCM and index scanners (recovery/h264/pcm_recovery.cpp, index_scanners.cpp) ----
     // What a pass without a sample does with a file whose own chunk table is usable.
     enum class OwnIndexAction { Remux, RemuxLpcm, RemuxSowt, ScanTwos };
+    // Opens the file of a pass without a sample and walks to its movie
+    // (m_moovPos, m_moovSize). Null, with the negative verdict sent, when the
+    // file can't be read or has no movie.
+    std::unique_ptr<ByteReader> OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen = nullptr,
+                                             uint64_t* mdatSize = nullptr);
     uint32_t FindOwnVideoChunkTable(ByteReader& r, bool cut);
     void DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action);
     void SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, NalStartSet set);

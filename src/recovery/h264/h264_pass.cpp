@@ -72,29 +72,35 @@ void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
     DecideFromOwnIndex(inputPath, OwnIndexAction::Remux);
 }
 
-void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action)
+std::unique_ptr<ByteReader> ThreadVideoRepair::OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen,
+                                                            uint64_t* mdatSize)
 {
     m_inAudioTrak = false;
     m_inVideoTrak = false;
     std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
-    if (!file) {
-        H264PassFailed();
-        return;
+    if (file) {
+        g_inputSize = file->size();
+        QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+        m_pos = 4;
+        if (WalkToMovie(*file, m_pos, true, mdatSeen, mdatSize, hevc)) {
+            m_moovPos = m_pos;
+            m_moovSize = file->be32(m_pos - 4);
+            return file;
+        }
     }
-    ByteReader& r = *file;
-    const uint64_t size = r.size();
-    g_inputSize = size;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    H264PassFailed();
+    return nullptr;
+}
 
+void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action)
+{
     bool mdatSeen = false;
     uint64_t mdatSize = 0;
-    m_pos = 4;
-    if (!WalkToMovie(r, m_pos, true, &mdatSeen, &mdatSize)) {
-        H264PassFailed();
+    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, false, &mdatSeen, &mdatSize);
+    if (!file)
         return;
-    }
-    m_moovPos = m_pos;
-    m_moovSize = r.be32(m_pos - 4);
+    ByteReader& r = *file;
+    const uint64_t size = r.size();
 
     // An mdat behind which the movie can't fit is a cut file: its index
     // points into data that isn't there.

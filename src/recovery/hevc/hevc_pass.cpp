@@ -103,25 +103,10 @@ void ThreadVideoRepair::RepairHevcLpcm(const QString& inputPath, const QString& 
 
 void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
 {
-    m_inAudioTrak = false;
-    m_inVideoTrak = false;
-    std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
-    if (!file) {
-        H264PassFailed();
+    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, true);
+    if (!file)
         return;
-    }
     ByteReader& r = *file;
-    const uint64_t size = r.size();
-    g_inputSize = size;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
-
-    m_pos = 4;
-    if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, true)) {
-        H264PassFailed();
-        return;
-    }
-    m_moovPos = m_pos;
-    m_moovSize = r.be32(m_pos - 4);
     // The muxer is asked to copy sound only when the movie has a sound track.
     const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {C("smhd")}) >= 0;
 
