@@ -155,6 +155,13 @@ private Q_SLOTS:
         QVERIFY(!run(cat, false));
         qunsetenv(OverlappedMux::kAfterScanVariable);
         QCOMPARE(readAll(videoFile), head);   // no pipe: the file as usual
+
+        // With sound nothing is overlapped: the muxer's interleave would wait on the scan.
+        FileWriter video, audio;
+        QVERIFY(video.open(videoFile) && audio.open(m_dir + QStringLiteral("/audio.aac")));
+        OverlappedMux withSound;
+        QVERIFY(!withSound.start(m_dir, true, video, &audio,
+                                 [](bool, const QString&, const QString&) { return QStringLiteral("true"); }));
     }
 };
 

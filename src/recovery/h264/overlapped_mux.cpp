@@ -17,8 +17,13 @@ OverlappedMux::~OverlappedMux()
 bool OverlappedMux::start(const QString& workDir, bool audioMode, FileWriter& video, FileWriter* audio,
                           const FirstMuxCommand& command)
 {
-    if (!command || qEnvironmentVariableIsSet(kAfterScanVariable) || video.flushedBytes() != 0
-        || (audioMode && (!audio || audio->flushedBytes() != 0)))
+    // With two streams the overlap waits on itself: the muxer interleaves by
+    // time and reads only the stream that is behind, while the scan, which
+    // writes both in the file's order, blocks on the full pipe of the other
+    // one until the feeder's stall time ends the run (and the file is
+    // scanned again). Only a lone video stream, which can't be out of step,
+    // is muxed during the scan.
+    if (!command || audioMode || qEnvironmentVariableIsSet(kAfterScanVariable) || video.flushedBytes() != 0)
         return false;
     m_audioMode = audioMode;
     // The pipes keep the streams' extensions, by which the muxer knows them.

@@ -1,8 +1,8 @@
 #pragma once
 // The first muxer run of a stream scan, taken while the scan writes the
-// streams: the muxer reads video and sound through two named pipes fed from
-// the scan's writers, so that a large file is scanned and muxed in about the
-// time of the slower of the two. Meanwhile the stream files stay empty: a
+// stream: the muxer reads the video through a named pipe fed from the scan's
+// writer, so that a large file is scanned and muxed in about the time of the
+// slower of the two (only for video alone: see start()). Meanwhile the stream files stay empty: a
 // second copy of the streams, almost never read, would cost the scan a
 // third of its time and the disk the size of the file. When anything goes
 // wrong on the way (the muxer falls behind, fails, or is missing) the
@@ -25,8 +25,9 @@ using FirstMuxCommand = std::function<QString(bool audioMode, const QString& vid
 class OverlappedMux {
 public:
     ~OverlappedMux();
-    // False (and nothing started) when the environment says not to, or the
-    // writers have already put bytes on disk that the pipes would miss.
+    // False (and nothing started) when the environment says not to, there
+    // is sound, or the writer has already put bytes on disk that the pipe
+    // would miss.
     // Otherwise the writers' bytes go to the pipes alone from now on.
     bool start(const QString& workDir, bool audioMode, FileWriter& video, FileWriter* audio,
                const FirstMuxCommand& command);
