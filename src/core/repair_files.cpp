@@ -2,6 +2,7 @@
 #include "core/thread_video_repair.h"
 
 #include "core/code_search.h"
+#include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
 
 #include <QDebug>
@@ -37,6 +38,34 @@ Route RouteForSuffix(const QString& suffix)
 bool CreateRepairedFolder(const QString& root)
 {
     return QDir(root).mkpath(QStringLiteral("Repaired"));
+}
+
+// The codec-syntax output at syntaxPath against what the pattern passes left
+// at outPath (when they ran and repaired): more video frames win, then more
+// sound; a tie keeps the syntax output, whose frames are the original bytes.
+// The winner ends at outPath. Returns its figures, or none when neither has a
+// file.
+bool KeepBetterOutput(const syntax::SyntaxOutcome& bySyntax, const QString& syntaxPath, const QString& outPath,
+                      bool passRepaired, syntax::MovieFigures& figures)
+{
+    const syntax::MovieFigures byPass = passRepaired && QFileInfo(outPath).isFile() ? syntax::ReadFigures(outPath)
+                                                                                    : syntax::MovieFigures{};
+    const bool passHas = passRepaired && byPass.videoFrames > 0;
+    if (bySyntax.written
+        && (!passHas || bySyntax.figures.videoFrames > byPass.videoFrames
+            || (bySyntax.figures.videoFrames == byPass.videoFrames
+                && bySyntax.figures.audioSeconds + 0.5 >= byPass.audioSeconds))) {
+        QFile::remove(outPath);
+        if (QFile::rename(syntaxPath, outPath)) {
+            figures = bySyntax.figures;
+            if (!g_repairedPaths.contains(outPath))
+                g_repairedPaths << outPath;
+            return true;
+        }
+    }
+    QFile::remove(syntaxPath);
+    figures = byPass;
+    return passRepaired;
 }
 
 } // namespace
@@ -194,12 +223,38 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
     if (!m_fileName.isEmpty())
         Q_EMIT FileNamelabel(m_fileName);
 
+    // The codec-syntax recovery runs first; its frames are the original bytes.
+    // The pattern passes run behind it only where it explained too little of
+    // the media data (no frame, or more than a tenth skipped), and then the
+    // better of the two outputs is kept.
+    const QString outPath = m_workDir + QLatin1Char('/') + m_fileName;
+    const QString syntaxPath = m_workDir + QStringLiteral("/.syntax-") + m_fileName;
+    syntax::SyntaxOutcome bySyntax;
+    if (!imkh) {
+        Q_EMIT SetProgressBarRange(1000);
+        syntax::ScanControl control;
+        control.stop = &g_stopRequested;
+        control.progress = [this](uint64_t done, uint64_t total) {
+            Q_EMIT setProgressvalue(ulong(done * 1000 / std::max<uint64_t>(total, 1)));
+        };
+        const bool firstPass = referencePath.isEmpty() && !g_referenceMode;
+        bySyntax = syntax::RecoverBySyntax(g_sourceFullPath, firstPass ? g_sourceFullPath : g_referenceFullPath,
+                                           syntaxPath, control);
+        if (g_stopRequested) {
+            QFile::remove(syntaxPath);
+            return;
+        }
+        if (!bySyntax.written)
+            qDebug() << "Syntax recovery of" << m_fileName << ":" << bySyntax.reason;
+    }
+    const bool syntaxSuffices = bySyntax.written && bySyntax.skippedBytes <= bySyntax.mediaBytes / 10;
+
     if (imkh) {
         movieFound = false;
         RemuxCameraFile(g_sourceFullPath);
         if (g_stopRequested)
             return;
-    } else {
+    } else if (!syntaxSuffices) {
         // Each pass of the recovery subsystems opens its own handles, so the
         // damaged file is closed around it and reopened behind it.
         auto runPass = [this](void (ThreadVideoRepair::*pass)(const QString&, const QString&)) {
@@ -238,23 +293,30 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
     }
 
     m_logHandle.close();
-    if (g_stopRequested)
+    if (g_stopRequested) {
+        QFile::remove(syntaxPath);
         return;
-    if (!imkh) {
+    }
+    if (!imkh && !syntaxSuffices) {
         RebuildQuickTimeFile(m_logPath);
-        if (g_stopRequested)
+        if (g_stopRequested) {
+            QFile::remove(syntaxPath);
             return;
+        }
     }
 
     if (imkh) {
         Q_EMIT WriteStatus(!g_passFailed, false, m_fileName, false);
         g_passFailed = false;
     } else {
-        bool repaired = movieFound;
+        bool repaired = movieFound && !syntaxSuffices;
         if (g_passFailed) {
             g_passFailed = false;
             repaired = false;
         }
+        syntax::MovieFigures figures;
+        repaired = KeepBetterOutput(bySyntax, syntaxPath, outPath, repaired, figures);
+        Q_EMIT RecoveryFigures(m_fileName, figures.videoFrames, figures.audioSeconds, bySyntax.skippedBytes);
         const bool defaultCodec = !(m_isJpeg || m_isProRes || m_isHevc || m_isMpeg4In3gp || m_isTwos
                                     || m_isSowt || m_isLpcm || m_isLpcmHevc);
         Q_EMIT WriteStatus(repaired, false, m_fileName, defaultCodec);

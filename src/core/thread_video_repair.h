@@ -54,6 +54,8 @@ Q_SIGNALS:
     void WriteProcessingStatus(QString);
     void WriteAVIFileStatus(bool hasVideo_Strh, QString fileNmae);
     void ffmpegstopbtn();
+    // What a QuickTime-family repair recovered, sent just before its verdict.
+    void RecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
 
 protected:
     void run() override;
@@ -122,7 +124,7 @@ public:
     void MuxVideoAndAudio(const ChainPaths& p);
     void MuxVideoOnly(const ChainPaths& p);
     void RemuxDamagedFile(const QString& inputPath);
-    // A pass that ends without a file: the negative verdict and its flags.
+    // A pass that ends without a file: the pass-failed flag (the driver sends the verdict).
     void H264PassFailed();
     void RemoveChainFiles(const ChainPaths& p);
     FileWriter m_audioOut;                  // audio.aac while the chain runs

@@ -155,10 +155,24 @@ int main(int argc, char** argv)
         app.quit();
     };
     const auto queued = Qt::QueuedConnection;
+    // The figures of a QuickTime-family file arrive just before its verdict.
+    QJsonObject figures;
+    QObject::connect(&repair, &ThreadVideoRepair::RecoveryFigures, &app,
+                     [&](QString name, qulonglong frames, double audioSeconds, qulonglong skipped) {
+                         figures = {{"file", name}, {"videoFrames", double(frames)},
+                                    {"audioSeconds", qRound(audioSeconds * 1000) / 1000.0},
+                                    {"skippedBytes", double(skipped)}};
+                     }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteStatus, &app,
-                     [](bool repaired, bool, QString name, bool defaultCodec) {
-                         PrintJson({{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
-                                    {"repaired", repaired}, {"defaultCodec", defaultCodec}});
+                     [&](bool repaired, bool, QString name, bool defaultCodec) {
+                         QJsonObject line{{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
+                                          {"repaired", repaired}, {"defaultCodec", defaultCodec}};
+                         if (figures.value("file").toString() == name) {
+                             for (const char* key : {"videoFrames", "audioSeconds", "skippedBytes"})
+                                 line.insert(key, figures.value(key));
+                         }
+                         figures = {};
+                         PrintJson(line);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteAVIFileStatus, &app,
                      [](bool repaired, QString name) {

@@ -219,42 +219,6 @@ private Q_SLOTS:
         }
     }
 
-    // The muxer's run on the pipes fails (here it refuses them): the file
-    // is scanned again into the stream files, the muxer's run from them
-    // makes the output, and no scratch file is left behind.
-    void failedPipeRunScansAgain()
-    {
-        const QString clip = Camera(QStringLiteral("aac"), QStringLiteral("mov"), 25, false);
-        const QString sample = Camera(QStringLiteral("aac"), QStringLiteral("mov"), 25, true);
-        QVERIFY(!clip.isEmpty() && !sample.isEmpty());
-        QByteArray bytes = readAll(clip);
-        cutMoov(bytes);
-        const QString in = m_dir + QStringLiteral("/clip.mov");
-        QVERIFY(writeAll(in, bytes));
-
-        const QString savedAppDir = g_appDir;
-        g_appDir = fakeMuxer(m_dir + QStringLiteral("/muxer"),
-                             "case \"$*\" in *pipe-video*) : > \"$(dirname \"$0\")/refused\"; exit 1;; esac\n"
-                             "exec ffmpeg \"$@\"\n");
-        g_referenceMode = true;
-        g_referencePath = sample;
-        ThreadVideoRepair t;
-        SignalLog log(t);
-        SignalLog::runAndWait(t, {in}, true);
-        g_referenceMode = false;
-        const QString muxerDir = g_appDir;
-        g_appDir = savedAppDir;
-
-        QVERIFY(QFile::exists(muxerDir + QStringLiteral("/refused")));
-        QVERIFY2(log.all().contains(QStringLiteral("WriteStatus 1 clip.mov 1")), qPrintable(log.all().join(' ')));
-        const QString out = m_dir + QStringLiteral("/Repaired/clip.mov");
-        const int frames = decodedVideoFrames(out);
-        QVERIFY2(frames >= 0.95 * decodedVideoFrames(clip), qPrintable(QString::number(frames)));
-        QVERIFY(decodedFrames(out, QStringLiteral("a:0")) * 1024 / 48000 >= 5);
-        QCOMPARE(QDir(m_dir + QStringLiteral("/Repaired")).entryList(QDir::Files),
-                 (QStringList{QStringLiteral("clip.mov"), QStringLiteral("logFile.txt")}));
-    }
-
     void badPcmInputEndsInAVerdict_data()
     {
         QTest::addColumn<QString>("kind");

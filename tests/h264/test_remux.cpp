@@ -174,7 +174,7 @@ private Q_SLOTS:
         m_t->MuxVideoAndAudio(m_p);
         QVERIFY(g_passFailed);
         QVERIFY(!g_moovRead);
-        QCOMPARE(log.all(), QStringList{QStringLiteral("WriteStatus 0 my clip.mov 0")});
+        QVERIFY(log.all().isEmpty());   // the driver sends the verdict
         g_passFailed = false;
         m_t->RemuxDamagedFile(m_p.input);
         QVERIFY(g_passFailed);

@@ -149,23 +149,25 @@ private Q_SLOTS:
 
     void brokenChunkTablesWithoutSample()
     {
+        // Chunk tables that point past the end or count 0, 1 or four billion
+        // chunks: the frames are found in the media data all the same, one
+        // positive verdict each, the input unchanged.
         const QByteArray clip = readAll(Clip(QStringLiteral("learn.mov")));
         const qint64 stco = clip.indexOf("stco", findTopLevelAtom(clip, "moov"));   // the video track's
         QVERIFY(stco > 0);
-        QByteArray pastEnd = clip;
-        SetBe32(pastEnd, stco + 12, 0xFFFFFF00u);
-        expectNegative(pastEnd, QStringLiteral("past_end.mov"));
-        for (quint32 count : {0u, 1u}) {
+        const struct { qint64 at; quint32 value; } damages[] = {
+            {stco + 12, 0xFFFFFF00u}, {stco + 8, 0u}, {stco + 8, 1u}, {stco + 8, 0xFFFFFFF0u}};
+        for (const auto& d : damages) {
             QByteArray b = clip;
-            SetBe32(b, stco + 8, count);
-            expectNegative(b, QStringLiteral("count%1.mov").arg(count));
+            SetBe32(b, d.at, d.value);
+            const QString in = m_dir + QStringLiteral("/broken.mov");
+            writeAll(in, b);
+            const QString before = sha256(in);
+            const QList<QJsonObject> v = batch({in});
+            QCOMPARE(v.size(), 1);
+            QVERIFY2(v.first().value("repaired").toBool(), qPrintable(QString::number(d.value)));
+            QCOMPARE(sha256(in), before);
         }
-        // A count of four billion: two entries are read and the muxer
-        // decides; the run ends with a verdict either way.
-        QByteArray huge = clip;
-        SetBe32(huge, stco + 8, 0xFFFFFFF0u);
-        writeAll(m_dir + QStringLiteral("/huge.mov"), huge);
-        QVERIFY(!batch({m_dir + QStringLiteral("/huge.mov")}).isEmpty());
     }
 
     // A sample without a movie, a sample of another codec, a sample whose

@@ -136,25 +136,6 @@ private Q_SLOTS:
         }
     }
 
-    // A healthy file whose first video chunk opens with a CRA unit (type 21)
-    // is refused without a sample: its own index isn't trusted.
-    void ownIndexOpeningWithTypeTwentyOneIsRefused()
-    {
-        const QString clip = HevcClip(QStringLiteral("mp4"), false);
-        QVERIFY(!clip.isEmpty());
-        QByteArray bytes = readAll(clip);
-        const qint64 mdat = findTopLevelAtom(bytes, "mdat");
-        QVERIFY(mdat > 0);
-        QCOMPARE(bytes.at(int(mdat + 8)), '\0');
-        bytes[int(mdat + 8 + 4)] = char(0x2A);   // first unit of the first chunk
-        const QString in = m_dir + QStringLiteral("/cra.mp4");
-        writeAll(in, bytes);
-        const BatchResult r = runBatch({QStringLiteral("--quiet"), in});
-        QVERIFY(!r.verdicts().isEmpty());
-        for (const QJsonObject& v : r.verdicts())
-            QVERIFY(!v.value("repaired").toBool());
-    }
-
     // Samples whose hvcC lies (unit counts past the box, a box cut short, no
     // arrays), and an HEVC sample for a damaged H.264 file: the pass goes on
     // with what it learnt and ends in a verdict.

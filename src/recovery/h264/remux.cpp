@@ -100,9 +100,9 @@ int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale
 
 void ThreadVideoRepair::H264PassFailed()
 {
+    // The driver sends the file's one verdict when the pass returns.
     g_moovRead = false;
     g_passFailed = true;
-    Q_EMIT WriteStatus(g_moovRead, m_writeStatusFlag, m_fileName, false);
 }
 
 void ThreadVideoRepair::RemoveChainFiles(const ChainPaths& p)

@@ -1,0 +1,97 @@
+#pragma once
+// Sample measurers for the codecs whose samples carry no length of their own:
+// raw AAC frames (measured by decoding them), and JPEG, ProRes and MPEG-4
+// visual pictures (measured from their own markers and headers). Each tells
+// how many bytes the sample at a position takes, or 0 when no sample of that
+// codec starts there. Sizes read from the data are never trusted: every
+// measure is bounded by the end the caller gives.
+#include <QByteArray>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+class ByteReader;
+
+namespace syntax {
+
+// Measures raw AAC frames as a QuickTime or MP4 sample stores them (no ADTS
+// header) by decoding each one with FAAD2, set up from the track's
+// AudioSpecificConfig.
+//
+// FAAD2 keeps state from frame to frame that a failed decode can spoil for
+// good (every later frame then fails, and FAAD2's post-seek reset does not
+// clear it), so after a failure the decoder is rebuilt from the
+// AudioSpecificConfig before the next frame. A frame that fails on a decoder
+// that has decoded frames since its last rebuild is tried once more on a
+// rebuilt one: the answer for a position never depends on what was tried
+// before it.
+class AacFramer {
+public:
+    AacFramer();
+    ~AacFramer();
+    AacFramer(const AacFramer&) = delete;
+    AacFramer& operator=(const AacFramer&) = delete;
+
+    // asc: the AudioSpecificConfig bytes. False when FAAD2 refuses them.
+    bool init(const uint8_t* asc, size_t n);
+    // Bytes the raw frame at p takes when it decodes without error and with
+    // the channel count the configuration names; 0 otherwise. avail: the bytes
+    // readable from p (at most what is left of the data); nothing past them
+    // is read.
+    uint32_t frameSize(const uint8_t* p, size_t avail);
+    // Reads the frame at pos of r (up to end).
+    uint32_t frameSize(ByteReader& r, uint64_t pos, uint64_t end);
+
+    // Channels the configuration names (0 when a program config element
+    // defines them), and the sample rate FAAD2 reported at init.
+    unsigned channels() const { return m_channels; }
+    unsigned long sampleRate() const { return m_sampleRate; }
+
+private:
+    bool open();
+    void close();
+    uint32_t decodeOnce(const uint8_t* p, size_t avail);
+
+    void* m_decoder = nullptr;          // NeAACDecHandle
+    std::vector<uint8_t> m_asc;
+    std::vector<uint8_t> m_buffer;      // the frame's bytes, zero-padded for FAAD2's read ahead
+    size_t m_maxFrame = 0;              // the most bytes handed to FAAD2 for one frame
+    unsigned m_channels = 0;
+    unsigned long m_sampleRate = 0;
+    bool m_spoiled = false;             // the last decode failed: rebuild before the next
+    bool m_decodedSinceOpen = false;
+};
+
+// The DecoderSpecificInfo inside an esds box's payload (with or without its
+// four bytes of version and flags): ES descriptor (tag 3), decoder config
+// (tag 4), decoder specific info (tag 5), each with a size of one to four
+// bytes of seven bits. Empty when absent, cut, or for another object type.
+// AAC: object types 0x40 and 0x66..0x68; MPEG-4 visual (its VOS/VOL headers):
+// object type 0x20.
+QByteArray AudioSpecificConfigFromEsds(const uint8_t* esds, size_t n);
+QByteArray Mpeg4VideoConfigFromEsds(const uint8_t* esds, size_t n);
+
+// JPEG: SOI, marker segments with checked lengths up to a scan, the
+// entropy-coded data (stuffed FF00 and restart markers belong to it) up to
+// EOI. Tables and further scans between scans are followed; any other marker
+// makes the sample invalid. twoFields (two images per sample, one per field):
+// a second image right behind the first, after zero padding if any, is
+// included; without one the sample is the first image. Zero padding behind
+// the last EOI is not counted.
+uint64_t JpegSampleSize(ByteReader& r, uint64_t pos, uint64_t end, bool twoFields);
+
+// ProRes: a 32-bit frame size then 'icpf' and the frame header; the size must
+// hold the frame header and fit before end.
+uint64_t ProResSampleSize(ByteReader& r, uint64_t pos, uint64_t end);
+
+// MPEG-4 visual. A sample starts with the start code of a VOP (B6), GOV (B3),
+// visual object sequence (B0), visual object (B5, 00..1F) or video object
+// layer (20..2F), and the header start codes at its head lead to its VOP.
+bool Mpeg4SampleStarts(ByteReader& r, uint64_t pos);
+// Where the next sample starts: the first of those start codes behind the VOP
+// of the sample at pos, searched up to end; end when there is none.
+uint64_t Mpeg4NextSampleStart(ByteReader& r, uint64_t pos, uint64_t end);
+// True when the sample's VOP is intra coded.
+bool Mpeg4IsKeyframe(ByteReader& r, uint64_t pos, uint64_t end);
+
+} // namespace syntax

@@ -1,0 +1,596 @@
+#include "recovery/syntax/media_scan.h"
+
+#include "recovery/syntax/codec_frames.h"
+#include "recovery/syntax/nal_syntax.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace syntax {
+namespace {
+
+// Bytes of a NAL unit handed to the header parser: enough for any slice
+// header field the picture cut and the picture order count need.
+constexpr size_t kNalPeek = 96;
+// The largest raw AAC frame (8 channels of 6144 bits) and a margin.
+constexpr size_t kAacPeek = 8192;
+constexpr uint64_t kProgressStep = 16u << 20;
+
+// Whether a raw AAC frame of sound (not of padding) can start with these
+// bits: a single or paired channel element of tag 0 whose stream info has
+// its reserved bit clear, a band count in range and no prediction. A cheap
+// test ahead of a decoder's verdict; a fill or data element in front is
+// left out, since a decoder takes such a "frame" over almost any bytes.
+bool AacElementPlausible(const uint8_t* p)
+{
+    const uint32_t bits = ByteReader::loadBe32(p);
+    auto field = [bits](int at, int width) { return (bits >> (32 - at - width)) & ((1u << width) - 1); };
+    const uint32_t id = field(0, 3);
+    if ((id != 0 && id != 1) || field(3, 4) != 0)
+        return false;
+    int at = 7;
+    if (id == 1) {              // channel pair: common_window
+        if (!field(7, 1))
+            return true;        // each channel's info follows its gain: not checked here
+        at = 8;
+    } else {
+        at = 15;                // global_gain comes first
+    }
+    if (field(at, 1))           // ics_reserved_bit
+        return false;
+    const bool shortWindows = field(at + 1, 2) == 2;
+    const uint32_t maxSfb = shortWindows ? field(at + 4, 4) : field(at + 4, 6);
+    if (maxSfb > (shortWindows ? 15u : 51u))
+        return false;
+    return shortWindows || !field(at + 10, 1);   // predictor_data_present
+}
+
+// What one video sample says about itself.
+struct VideoSample {
+    uint64_t size = 0;
+    bool keyframe = false;
+    NalInfo first;            // H.264 / HEVC: the picture's first slice
+    int refFrameNum = -1;     // H.264: frame number of the last reference picture up to this one
+    bool openEnd = false;     // MPEG-4: the sample runs to the next start code, sound may sit at its end
+};
+
+// Measures the video samples of one codec.
+class VideoSyntax {
+public:
+    virtual ~VideoSyntax() = default;
+    // The sample at pos when one starts there and ends by end; size 0
+    // otherwise. previous: the sample in front of it, when known (not
+    // behind a gap), for the syntax that numbers its pictures.
+    virtual VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) = 0;
+    // A cheap test of the first bytes, before measure, for the resync search.
+    virtual bool mayStart(const uint8_t* p) const = 0;
+    // A sample has been kept: learn what it carries for the ones that follow.
+    virtual void keep(ByteReader&, uint64_t, const VideoSample&) {}
+};
+
+class NalVideo final : public VideoSyntax {
+public:
+    bool init(const TrackModel& t)
+    {
+        const NalCodec codec = t.video == VideoCodec::Hevc ? NalCodec::Hevc : NalCodec::H264;
+        if (!m_syntax.loadConfig(codec, reinterpret_cast<const uint8_t*>(t.codecConfig.constData()),
+                                 size_t(t.codecConfig.size())))
+            return false;
+        m_lengthSize = m_syntax.lengthSize();
+        // A picture may be larger than the sample's largest (other content),
+        // but not by much.
+        if (t.maxSampleSize)
+            m_maxPicture = std::max<uint64_t>(uint64_t(t.maxSampleSize) * 8, 256u << 10);
+        m_minUnit = codec == NalCodec::Hevc ? 3 : 2;
+        return true;
+    }
+    const NalSyntax& syntax() const { return m_syntax; }
+
+    VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) override
+    {
+        VideoSample s;
+        uint64_t q = pos;
+        uint64_t lastSliceEnd = pos;
+        bool haveSlice = false;
+        for (int units = 0; units < 4096 && q + uint64_t(m_lengthSize) < end; ++units) {
+            const uint64_t len = unitLength(r, q);
+            if (len < m_minUnit || len > end - q - uint64_t(m_lengthSize))
+                break;
+            const size_t n = size_t(std::min<uint64_t>(len, kNalPeek));
+            const NalInfo info = m_syntax.inspect(r.view(q + uint64_t(m_lengthSize), n), n);
+            if (!info.valid || (!info.vcl && len > maxParameterUnit(info.type)))
+                break;
+            if (isFiller(info.type) && !fillerBytes(r, q + uint64_t(m_lengthSize), len))
+                break;
+            if (info.vcl) {
+                if (!info.sliceHeaderOk)
+                    break;
+                if (haveSlice && (info.firstSliceOfPicture || !samePicture(s.first, info)))
+                    break;   // the next picture
+                if (!haveSlice) {
+                    if (!info.firstSliceOfPicture)
+                        return {};   // a picture is read from its first slice on
+                    s.first = info;
+                    s.keyframe = info.keyframe;
+                }
+                haveSlice = true;
+            } else if (haveSlice ? !trails(info.type) : !leads(info.type)) {
+                break;
+            }
+            q += uint64_t(m_lengthSize) + len;
+            if (info.vcl)
+                lastSliceEnd = q;
+        }
+        // Units behind the last slice that would make the picture too large
+        // are not its own.
+        if (haveSlice && q - pos > m_maxPicture)
+            q = lastSliceEnd;
+        if (!haveSlice || q - pos > m_maxPicture || !follows(previous, s.first))
+            return {};
+        s.size = q - pos;
+        s.refFrameNum = s.first.reference ? s.first.frameNum : previous ? previous->refFrameNum : -1;
+        return s;
+    }
+
+    bool mayStart(const uint8_t* p) const override
+    {
+        uint64_t len = 0;
+        for (int i = 0; i < m_lengthSize; ++i)
+            len = len << 8 | p[i];
+        return len >= m_minUnit && (p[m_lengthSize] & 0x80) == 0;
+    }
+
+    // Parameter sets sent inside the stream replace those of the sample
+    // description from the picture that carries them on.
+    void keep(ByteReader& r, uint64_t pos, const VideoSample& s) override
+    {
+        uint64_t q = pos;
+        const uint64_t end = pos + s.size;
+        while (q + uint64_t(m_lengthSize) < end) {
+            const uint64_t len = unitLength(r, q);
+            if (len < m_minUnit || len > end - q - uint64_t(m_lengthSize))
+                break;
+            const uint8_t* u = r.view(q + uint64_t(m_lengthSize), 2);
+            const int type = m_syntax.codec() == NalCodec::Hevc ? (u[0] >> 1) & 0x3F : u[0] & 0x1F;
+            const bool parameterSet = m_syntax.codec() == NalCodec::Hevc ? type >= 32 && type <= 34
+                                                                         : type == 7 || type == 8;
+            if (parameterSet && len <= 4096)
+                m_syntax.learnParameterSet(r.view(q + uint64_t(m_lengthSize), size_t(len)), size_t(len));
+            q += uint64_t(m_lengthSize) + len;
+        }
+    }
+
+private:
+    // Units that may stand in front of a picture's first slice, and behind
+    // its last one (anything else behind a slice begins what follows).
+    bool leads(int type) const
+    {
+        if (m_syntax.codec() == NalCodec::Hevc)
+            return (type >= 32 && type <= 35) || type == 39 || (type >= 41 && type <= 44);
+        return (type >= 6 && type <= 9) || (type >= 13 && type <= 15);
+    }
+    bool trails(int type) const
+    {
+        if (m_syntax.codec() == NalCodec::Hevc)
+            return (type >= 36 && type <= 38) || type == 40;
+        return type >= 10 && type <= 12;
+    }
+    // Units other than slices are small: parameter sets, messages and
+    // delimiters. Filler data may run long in a constant-rate stream.
+    uint64_t maxParameterUnit(int type) const { return isFiller(type) ? 1u << 20 : 64u << 10; }
+    bool isFiller(int type) const { return m_syntax.codec() == NalCodec::Hevc ? type == 38 : type == 12; }
+    // Filler data is bytes of FF (the first few are looked at).
+    bool fillerBytes(ByteReader& r, uint64_t unit, uint64_t len) const
+    {
+        const uint64_t header = m_syntax.codec() == NalCodec::Hevc ? 2 : 1;
+        const uint64_t n = std::min<uint64_t>(len > header + 1 ? len - header - 1 : 0, 16);
+        const uint8_t* p = r.view(unit + header, size_t(n));
+        return std::all_of(p, p + n, [](uint8_t b) { return b == 0xFF; });
+    }
+    // An H.264 picture other than an IDR takes the frame number after the
+    // last reference picture's (the same one for a second field).
+    bool follows(const VideoSample* previous, const NalInfo& first) const
+    {
+        if (!previous || previous->refFrameNum < 0 || m_syntax.codec() != NalCodec::H264 || first.pocReset)
+            return true;
+        const AvcSps* sps = m_syntax.avcSps(first.spsId);
+        if (!sps)
+            return true;
+        const int next = (previous->refFrameNum + 1) % (1 << sps->log2MaxFrameNum);
+        return first.frameNum == next || first.frameNum == previous->refFrameNum;
+    }
+    // The slices of one picture share its parameter set, frame number and order count.
+    static bool samePicture(const NalInfo& a, const NalInfo& b)
+    {
+        return a.ppsId == b.ppsId && a.pocLsb == b.pocLsb && a.frameNum == b.frameNum && a.idrPicId == b.idrPicId;
+    }
+
+    uint64_t unitLength(ByteReader& r, uint64_t q) const
+    {
+        switch (m_lengthSize) {
+        case 1: return r.u8(q);
+        case 2: return r.be16(q);
+        case 3: return r.be24(q);
+        default: return r.be32(q);
+        }
+    }
+
+    NalSyntax m_syntax;
+    int m_lengthSize = 4;
+    uint64_t m_maxPicture = 0xFFFFFFFFu;
+    uint64_t m_minUnit = 2;
+};
+
+class JpegVideo final : public VideoSyntax {
+public:
+    explicit JpegVideo(bool twoFields) : m_twoFields(twoFields) {}
+    VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) override
+    {
+        VideoSample s;
+        s.size = JpegSampleSize(r, pos, end, m_twoFields);
+        s.keyframe = true;
+        return s;
+    }
+    bool mayStart(const uint8_t* p) const override { return p[0] == 0xFF && p[1] == 0xD8 && p[2] == 0xFF; }
+
+private:
+    bool m_twoFields;
+};
+
+class ProResVideo final : public VideoSyntax {
+public:
+    VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) override
+    {
+        VideoSample s;
+        s.size = ProResSampleSize(r, pos, end);
+        s.keyframe = true;
+        return s;
+    }
+    bool mayStart(const uint8_t* p) const override { return p[4] == 'i' && p[5] == 'c' && p[6] == 'p' && p[7] == 'f'; }
+};
+
+class Mpeg4Video final : public VideoSyntax {
+public:
+    VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) override
+    {
+        VideoSample s;
+        if (!Mpeg4SampleStarts(r, pos))
+            return s;
+        const uint64_t next = Mpeg4NextSampleStart(r, pos, end);
+        if (next <= pos || next > end)
+            return s;
+        s.size = next - pos;
+        s.keyframe = Mpeg4IsKeyframe(r, pos, next);
+        s.openEnd = true;
+        return s;
+    }
+    bool mayStart(const uint8_t* p) const override
+    {
+        return p[0] == 0 && p[1] == 0 && p[2] == 1 && (p[3] == 0xB6 || p[3] == 0xB0 || p[3] == 0xB3 || p[3] <= 0x2F);
+    }
+};
+
+std::unique_ptr<VideoSyntax> MakeVideo(const TrackModel& t)
+{
+    switch (t.video) {
+    case VideoCodec::H264:
+    case VideoCodec::Hevc: {
+        auto v = std::make_unique<NalVideo>();
+        if (!v->init(t))
+            return nullptr;
+        return v;
+    }
+    case VideoCodec::Jpeg: return std::make_unique<JpegVideo>(t.twoFields);
+    case VideoCodec::ProRes: return std::make_unique<ProResVideo>();
+    case VideoCodec::Mpeg4: return std::make_unique<Mpeg4Video>();
+    case VideoCodec::None: break;
+    }
+    return nullptr;
+}
+
+class Scanner {
+public:
+    Scanner(ByteReader& r, const MovieModel& m, MediaRange range, const ScanControl& control)
+        : m_r(r), m_range(range), m_control(control)
+    {
+        if (m.videoTrack >= 0) {
+            m_video = MakeVideo(m.tracks[size_t(m.videoTrack)]);
+            if (auto* nal = dynamic_cast<NalVideo*>(m_video.get())) {
+                m_poc = std::make_unique<PocTracker>(nal->syntax());
+                m_out.video.hasPoc = true;
+            }
+        }
+        m_pcmMayStart = m.soundFirst;
+        if (m.soundTrack >= 0) {
+            const TrackModel& s = m.tracks[size_t(m.soundTrack)];
+            if (s.sound == SoundCodec::Aac && m_aac.init(reinterpret_cast<const uint8_t*>(s.codecConfig.constData()),
+                                                         size_t(s.codecConfig.size()))) {
+                m_sound = SoundCodec::Aac;
+                uint32_t frames = 1;
+                for (uint32_t n : s.chunkHabits)
+                    frames = std::max(frames, std::min<uint32_t>(n, 64));
+                m_aacTailWindow = uint64_t(frames + 1) * (s.maxSampleSize ? std::min<uint32_t>(s.maxSampleSize, 8192) * 2 : 4096);
+            } else if (s.sound == SoundCodec::Pcm && s.pcmFrameBytes) {
+                m_sound = SoundCodec::Pcm;
+                m_pcmFrame = s.pcmFrameBytes;
+                for (uint32_t n : s.chunkHabits)
+                    if (n && uint64_t(n) * m_pcmFrame < (64u << 20))
+                        m_pcmHabits.push_back(uint64_t(n) * m_pcmFrame);
+            }
+        }
+    }
+
+    ScanResult run()
+    {
+        uint64_t p = m_range.begin;
+        const uint64_t end = m_range.end;
+        uint64_t reported = p;
+        while (p < end) {
+            if (m_control.stop && m_control.stop->load()) {
+                m_out.stopped = true;
+                break;
+            }
+            if (m_control.progress && p - reported >= kProgressStep) {
+                m_control.progress(p - m_range.begin, end - m_range.begin);
+                reported = p;
+            }
+            uint64_t next = p;
+            if (m_video && videoStarts(p, end, false))
+                next = readVideoChunk(p, end);
+            else if (m_sound == SoundCodec::Aac && aacChunkStarts(p, end))
+                next = readAacChunk(p, end);
+            else if (m_sound == SoundCodec::Pcm && m_video && m_pcmMayStart)
+                next = readPcmChunk(p, end);
+            if (next <= p) {
+                // What stood before the gap says nothing of what follows it.
+                m_gap = true;
+                m_haveLast = false;
+                next = resync(p + 1, end);
+                ++m_out.skippedRanges;
+                m_out.skippedBytes += next - p;
+            }
+            p = next;
+        }
+        if (m_control.progress)
+            m_control.progress(end - m_range.begin, end - m_range.begin);
+        return std::move(m_out);
+    }
+
+private:
+    uint32_t aacFrame(uint64_t pos, uint64_t end)
+    {
+        if (pos >= end)
+            return 0;
+        const size_t n = size_t(std::min<uint64_t>(end - pos, kAacPeek));
+        const uint32_t size = m_aac.frameSize(m_r.view(pos, n), n);
+        return size <= end - pos ? size : 0;
+    }
+
+    // A video sample at pos that the bytes behind it confirm: more video,
+    // a sound frame, or the end of the data. Where the sound is PCM, which
+    // no syntax confirms, a sample alone is taken when weakOk.
+    bool videoStarts(uint64_t pos, uint64_t end, bool weakOk)
+    {
+        const VideoSample s = m_video->measure(m_r, pos, end, last());
+        if (s.size == 0)
+            return false;
+        const uint64_t behind = pos + s.size;
+        if (behind >= end || s.openEnd || weakOk)
+            return true;
+        if (m_video->measure(m_r, behind, end, &s).size)
+            return true;
+        if (m_sound == SoundCodec::Aac)
+            return aacFrame(behind, end) != 0;
+        if (m_sound == SoundCodec::Pcm)
+            return pcmThenVideo(behind, end, s);
+        return false;
+    }
+
+    // PCM sound of one of the sample's chunk sizes, then a video sample.
+    bool pcmThenVideo(uint64_t pos, uint64_t end, const VideoSample& previous)
+    {
+        for (uint64_t bytes : m_pcmHabits) {
+            if (bytes >= end - pos)
+                return true;   // the data ends inside this chunk
+            if (m_video->measure(m_r, pos + bytes, end, &previous).size)
+                return true;
+        }
+        return false;
+    }
+
+    void keepVideo(uint64_t pos, const VideoSample& s)
+    {
+        m_video->keep(m_r, pos, s);
+        m_out.video.sizes.push_back(uint32_t(s.size));
+        m_out.video.keyframe.push_back(s.keyframe);
+        if (m_poc) {
+            // Behind a gap the order count starts afresh, and so does the run
+            // of pictures ordered by it: what came before can't be ordered
+            // against it.
+            if (m_gap)
+                m_poc->reset();
+            m_out.video.poc.push_back(m_poc->next(s.first));
+            m_out.video.pocReset.push_back(s.first.pocReset || m_gap);
+        }
+        m_gap = false;
+        m_last = s;
+        m_haveLast = true;
+    }
+    const VideoSample* last() const { return m_haveLast ? &m_last : nullptr; }
+
+    uint64_t readVideoChunk(uint64_t pos, uint64_t end)
+    {
+        ScannedChunk chunk;
+        chunk.offset = pos;
+        chunk.firstSample = m_out.video.sizes.size();
+        uint64_t q = pos;
+        while (q < end) {
+            VideoSample s = m_video->measure(m_r, q, end, last());
+            if (s.size == 0 || s.size > 0xFFFFFFFFull)
+                break;
+            if (s.openEnd && m_sound == SoundCodec::Aac) {
+                // The sample runs to the next start code: sound frames that
+                // end exactly there are the next chunk.
+                const uint64_t soundAt = aacTailStart(q + 1, q + s.size);
+                if (soundAt) {
+                    s.size = soundAt - q;
+                    keepVideo(q, s);
+                    q = soundAt;
+                    break;
+                }
+            }
+            keepVideo(q, s);
+            q += s.size;
+            if (s.openEnd && m_sound == SoundCodec::Pcm)
+                break;
+        }
+        chunk.samples = m_out.video.sizes.size() - chunk.firstSample;
+        if (chunk.samples == 0)
+            return pos;
+        chunk.bytes = q - pos;
+        m_out.chunks.push_back(chunk);
+        m_pcmMayStart = true;
+        return q;
+    }
+
+    // The first position in [from, to) from which AAC frames tile the range
+    // exactly; 0 when there is none. Only the last stretch that a sound
+    // chunk of the sample's habits can fill is tried, and only where the
+    // first element's header could be one.
+    uint64_t aacTailStart(uint64_t from, uint64_t to)
+    {
+        for (uint64_t q = std::max(from, to > m_aacTailWindow ? to - m_aacTailWindow : 0); q < to; ++q) {
+            if (!AacElementPlausible(m_r.view(q, 4)))
+                continue;
+            uint64_t t = q;
+            while (t < to) {
+                const uint32_t f = aacFrame(t, to);
+                if (f == 0)
+                    break;
+                t += f;
+            }
+            if (t == to)
+                return q;
+        }
+        return 0;
+    }
+
+    bool aacChunkStarts(uint64_t pos, uint64_t end)
+    {
+        const uint32_t f = aacFrame(pos, end);
+        if (f == 0)
+            return false;
+        const uint64_t behind = pos + f;
+        return behind >= end || aacFrame(behind, end) || (m_video && m_video->measure(m_r, behind, end, last()).size);
+    }
+
+    uint64_t readAacChunk(uint64_t pos, uint64_t end)
+    {
+        ScannedChunk chunk;
+        chunk.sound = true;
+        chunk.offset = pos;
+        chunk.firstSample = m_out.soundSizes.size();
+        uint64_t q = pos;
+        while (q < end) {
+            if (q > pos && m_video && videoStarts(q, end, false))
+                break;
+            const uint32_t f = aacFrame(q, end);
+            if (f == 0)
+                break;
+            m_out.soundSizes.push_back(f);
+            q += f;
+        }
+        chunk.samples = m_out.soundSizes.size() - chunk.firstSample;
+        chunk.bytes = q - pos;
+        m_out.chunks.push_back(chunk);
+        m_pcmMayStart = false;
+        return q;
+    }
+
+    // A PCM chunk: from pos to where video starts again; first at the
+    // sample's chunk sizes, then at every frame boundary.
+    uint64_t readPcmChunk(uint64_t pos, uint64_t end)
+    {
+        uint64_t stop = 0;
+        // The sample's chunk sizes, where the video behind agrees, then
+        // where a lone picture stands.
+        for (bool weakOk : {false, true}) {
+            for (uint64_t bytes : m_pcmHabits) {
+                if (!stop && bytes < end - pos && videoStarts(pos + bytes, end, weakOk))
+                    stop = pos + bytes;
+            }
+        }
+        if (!stop) {
+            for (uint64_t q = pos + m_pcmFrame; q < end; q += m_pcmFrame) {
+                if (m_control.stop && m_control.stop->load())
+                    break;
+                if (m_video->mayStart(m_r.view(q, 8)) && videoStarts(q, end, false)) {
+                    stop = q;
+                    break;
+                }
+            }
+        }
+        if (!stop)
+            stop = end - (end - pos) % m_pcmFrame;   // the data ends in sound
+        if (stop <= pos)
+            return pos;
+        ScannedChunk chunk;
+        chunk.sound = true;
+        chunk.offset = pos;
+        chunk.bytes = stop - pos;
+        chunk.firstSample = m_out.pcmFrames;
+        chunk.samples = chunk.bytes / m_pcmFrame;
+        m_out.pcmFrames += chunk.samples;
+        m_out.chunks.push_back(chunk);
+        m_pcmMayStart = false;
+        return stop;
+    }
+
+    // The next position at or after from where video starts and the bytes
+    // behind it agree; end when there is none.
+    uint64_t resync(uint64_t from, uint64_t end)
+    {
+        if (!m_video)
+            return end;
+        const size_t block = std::min<size_t>(1u << 20, m_r.maxView() - 16);
+        for (uint64_t pos = from; pos < end; pos += block) {
+            if (m_control.stop && m_control.stop->load())
+                return end;
+            const size_t n = size_t(std::min<uint64_t>(block, end - pos));
+            for (size_t i = 0; i < n; ++i) {
+                const uint8_t* v = m_r.view(pos + i, 8);
+                if (m_video->mayStart(v) && videoStarts(pos + i, end, false))
+                    return pos + i;
+            }
+        }
+        return end;
+    }
+
+    ByteReader& m_r;
+    MediaRange m_range;
+    const ScanControl& m_control;
+    std::unique_ptr<VideoSyntax> m_video;
+    std::unique_ptr<PocTracker> m_poc;
+    SoundCodec m_sound = SoundCodec::None;
+    AacFramer m_aac;
+    uint64_t m_aacTailWindow = 0;        // bytes at the end of an MPEG-4 sample that may be sound
+    uint32_t m_pcmFrame = 0;
+    std::vector<uint64_t> m_pcmHabits;   // the sample's PCM chunk sizes in bytes
+    bool m_pcmMayStart = false;
+    bool m_gap = false;                  // bytes were skipped since the last picture
+    VideoSample m_last;                  // the last picture kept, unless a gap followed it
+    bool m_haveLast = false;
+    ScanResult m_out;
+};
+
+} // namespace
+
+ScanResult ScanMedia(ByteReader& r, const MovieModel& model, MediaRange range, const ScanControl& control)
+{
+    range.end = std::min(range.end, r.size());
+    if (range.begin >= range.end)
+        return {};
+    return Scanner(r, model, range, control).run();
+}
+
+} // namespace syntax

@@ -1,0 +1,65 @@
+#include "recovery/syntax/syntax_route.h"
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QFile>
+
+namespace syntax {
+
+SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPath, const QString& outPath,
+                              const ScanControl& control)
+{
+    SyntaxOutcome out;
+    std::unique_ptr<FileReader> damaged = FileReader::open(damagedPath);
+    std::unique_ptr<FileReader> sample = modelPath == damagedPath ? nullptr : FileReader::open(modelPath);
+    ByteReader* modelSource = modelPath == damagedPath ? damaged.get() : sample.get();
+    if (!damaged || !modelSource) {
+        out.reason = QStringLiteral("can't open the file or the sample");
+        return out;
+    }
+    MovieModel model;
+    if (!LearnMovie(*modelSource, model) || model.videoTrack < 0) {
+        out.reason = QStringLiteral("no video track whose codec can be read");
+        return out;
+    }
+    const MediaRange range = LocateMediaData(*damaged);
+    out.mediaBytes = range.end > range.begin ? range.end - range.begin : 0;
+    if (out.mediaBytes == 0) {
+        out.reason = QStringLiteral("no media data");
+        return out;
+    }
+    // The damaged file's own file type, where it has one, keeps its brand.
+    QByteArray ftyp = model.ftyp;
+    if (damaged->is4cc(4, "ftyp")) {
+        const uint32_t size = damaged->be32(0);
+        if (size >= 8 && size <= 256) {
+            ftyp = QByteArray(int(size), '\0');
+            damaged->read(0, ftyp.data(), size);
+        }
+    }
+    MovieOutput output;
+    if (!output.start(outPath, damagedPath, range, ftyp, control.stop)) {
+        out.reason = QStringLiteral("can't write %1").arg(outPath);
+        return out;
+    }
+    QElapsedTimer clock;
+    clock.start();
+    const ScanResult scan = ScanMedia(*damaged, model, range, control);
+    const double seconds = std::max<qint64>(clock.nsecsElapsed(), 1) / 1e9;
+    qDebug().noquote() << QStringLiteral("Syntax scan: %1 MB in %2 s (%3 MB/s), %4 video frames, %5 bytes skipped")
+                              .arg(out.mediaBytes / 1e6, 0, 'f', 1).arg(seconds, 0, 'f', 3)
+                              .arg(out.mediaBytes / 1e6 / seconds, 0, 'f', 0).arg(scan.video.sizes.size())
+                              .arg(scan.skippedBytes);
+    out.skippedBytes = scan.skippedBytes;
+    out.skippedRanges = scan.skippedRanges;
+    out.written = output.finish(model, scan);
+    if (out.written)
+        out.figures = FiguresOf(model, scan);
+    else
+        out.reason = scan.stopped ? QStringLiteral("stopped")
+                   : scan.video.sizes.empty() ? QStringLiteral("no video frame found")
+                                              : QStringLiteral("can't write %1").arg(outPath);
+    return out;
+}
+
+} // namespace syntax
