@@ -112,6 +112,6 @@ scan_alone() {
   rm -rf "$work/Repaired"
   sync
   REELWRIGHT_MUX_AFTER_SCAN=1 timed after "$batch" --reference "$sample" --work-root "$work" "$clip"
-  scan_line=$(grep -o 'Stream scan: .*' "$work/after.err" || true)
+  scan_line=$(grep -oE '(Syntax|Stream) scan: .*' "$work/after.err" || true)
   report "repair, mux after scan" "$after_wall" "$after_kib"
 }

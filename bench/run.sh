@@ -57,7 +57,7 @@ grow() {
 # at most N times ffmpeg's stream copy), cp (at most N times cp), scan (the
 # logged scan rate at least N MB/s), mem (peak below N MB).
 declare -A targets=(
-  [h264]="ffc=2.5 scan=300 mem=200"
+  [h264]="ffc=1 cp=1.5 scan=1000 mem=100"
   [hevc]="scan=150"
   [sowt]="ffc=4 scan=150"
   [mjpeg]="cp=3 mem=100"
@@ -108,9 +108,10 @@ make_route() {   # route: sets original, damaged, sample, ext
   esac
 }
 
-# logged_rate FILE: the MB/s of the engine's "Stream scan" or "Index scan" line.
+# logged_rate FILE: the MB/s of the engine's "Syntax scan", "Stream scan" or
+# "Index scan" line.
 logged_rate() {
-  { grep -aoE '(Stream|Index) scan: .*\(([0-9]+) MB/s\)' "$1" || true; } | sed -E 's/.*\(([0-9]+) MB\/s\)/\1/' | tail -1
+  { grep -aoE '(Syntax|Stream|Index) scan: [^(]*\(([0-9]+) MB/s\)' "$1" || true; } | sed -E 's/.*\(([0-9]+) MB\/s\).*/\1/' | tail -1
 }
 
 printf '%-6s %6s | %-22s | %-22s | %-22s | %6s | %7s %7s %7s | %5s | %s\n' \
@@ -131,9 +132,9 @@ for r in "${routes[@]}"; do
   out=$work/Repaired/clip.$ext
   status=ok; [ -s "$out" ] || status="NO OUTPUT"
   scan=$(logged_rate "$work/rep.err")
-  if [ "$r" = h264 ] || [ "$r" = hevc ]; then
-    # During a normal repair the scan waits for the muxer reading beside it;
-    # its own rate shows in a run with the muxer after the scan.
+  if [ -z "$scan" ] && { [ "$r" = h264 ] || [ "$r" = hevc ]; }; then
+    # The older chain's scan waits for the muxer reading beside it; its own
+    # rate shows in a run with the muxer after the scan.
     rm -rf "$work/Repaired"; sync
     REELWRIGHT_MUX_AFTER_SCAN=1 timed after "$batch" "${ref[@]}" --work-root "$work" "$in"
     scan=$(logged_rate "$work/after.err")
