@@ -2,6 +2,7 @@
 
 #include "recovery/syntax/codec_frames.h"
 #include "recovery/syntax/nal_syntax.h"
+#include "recovery/syntax/sound_frames.h"
 
 #include <algorithm>
 #include <memory>
@@ -15,35 +16,6 @@ constexpr size_t kNalPeek = 96;
 // The largest raw AAC frame (8 channels of 6144 bits) and a margin.
 constexpr size_t kAacPeek = 8192;
 constexpr uint64_t kProgressStep = 16u << 20;
-
-// Whether a raw AAC frame of sound (not of padding) can start with these
-// bits: a single or paired channel element of tag 0 whose stream info has
-// its reserved bit clear, a band count in range and no prediction. A cheap
-// test ahead of a decoder's verdict; a fill or data element in front is
-// left out, since a decoder takes such a "frame" over almost any bytes.
-bool AacElementPlausible(const uint8_t* p)
-{
-    const uint32_t bits = ByteReader::loadBe32(p);
-    auto field = [bits](int at, int width) { return (bits >> (32 - at - width)) & ((1u << width) - 1); };
-    const uint32_t id = field(0, 3);
-    if ((id != 0 && id != 1) || field(3, 4) != 0)
-        return false;
-    int at = 7;
-    if (id == 1) {              // channel pair: common_window
-        if (!field(7, 1))
-            return true;        // each channel's info follows its gain: not checked here
-        at = 8;
-    } else {
-        at = 15;                // global_gain comes first
-    }
-    if (field(at, 1))           // ics_reserved_bit
-        return false;
-    const bool shortWindows = field(at + 1, 2) == 2;
-    const uint32_t maxSfb = shortWindows ? field(at + 4, 4) : field(at + 4, 6);
-    if (maxSfb > (shortWindows ? 15u : 51u))
-        return false;
-    return shortWindows || !field(at + 10, 1);   // predictor_data_present
-}
 
 // What one video sample says about itself.
 struct VideoSample {
@@ -306,16 +278,20 @@ public:
             if (s.sound == SoundCodec::Aac && m_aac.init(reinterpret_cast<const uint8_t*>(s.codecConfig.constData()),
                                                          size_t(s.codecConfig.size()))) {
                 m_sound = SoundCodec::Aac;
+                m_splitter = std::make_unique<AacRangeSplitter>(s.codecConfig, r, control.soundReaders, control.stop);
                 uint32_t frames = 1;
                 for (uint32_t n : s.chunkHabits)
                     frames = std::max(frames, std::min<uint32_t>(n, 64));
                 m_aacTailWindow = uint64_t(frames + 1) * (s.maxSampleSize ? std::min<uint32_t>(s.maxSampleSize, 8192) * 2 : 4096);
+                m_soundChunkLimit = std::max<uint64_t>(m_aacTailWindow * 2, 4096);
             } else if (s.sound == SoundCodec::Pcm && s.pcmFrameBytes) {
                 m_sound = SoundCodec::Pcm;
                 m_pcmFrame = s.pcmFrameBytes;
                 for (uint32_t n : s.chunkHabits)
                     if (n && uint64_t(n) * m_pcmFrame < (64u << 20))
                         m_pcmHabits.push_back(uint64_t(n) * m_pcmFrame);
+                if (!m_pcmHabits.empty())
+                    m_soundChunkLimit = *std::max_element(m_pcmHabits.begin(), m_pcmHabits.end()) * 2;
             }
         }
     }
@@ -351,6 +327,7 @@ public:
             }
             p = next;
         }
+        placeSoundFrames();
         if (m_control.progress)
             m_control.progress(end - m_range.begin, end - m_range.begin);
         return std::move(m_out);
@@ -484,27 +461,73 @@ private:
         return behind >= end || aacFrame(behind, end) || (m_video && m_video->measure(m_r, behind, end, last()).size);
     }
 
+    // An AAC chunk: from pos to where video starts again. Its frames are
+    // cut by the splitter (on its own thread where it can be) and put in
+    // place when the scan ends.
     uint64_t readAacChunk(uint64_t pos, uint64_t end)
     {
+        uint64_t stop = nextVideo(pos + 1, end, 1);
+        if (!stop)
+            stop = end;
         ScannedChunk chunk;
         chunk.sound = true;
         chunk.offset = pos;
-        chunk.firstSample = m_out.soundSizes.size();
-        uint64_t q = pos;
-        while (q < end) {
-            if (q > pos && m_video && videoStarts(q, end, false))
-                break;
-            const uint32_t f = aacFrame(q, end);
-            if (f == 0)
-                break;
-            m_out.soundSizes.push_back(f);
-            q += f;
-        }
-        chunk.samples = m_out.soundSizes.size() - chunk.firstSample;
-        chunk.bytes = q - pos;
+        chunk.bytes = stop - pos;
+        m_soundJobs.push_back({m_out.chunks.size(), m_splitter->submit(pos, stop)});
         m_out.chunks.push_back(chunk);
         m_pcmMayStart = false;
-        return q;
+        return stop;
+    }
+
+    // Where video starts again behind sound, searched from from in steps of
+    // step; 0 when nowhere. Near by, the next picture must follow the last
+    // one kept; farther on, pictures were lost in between (damage inside
+    // the video), and any picture that the bytes behind it confirm will do.
+    uint64_t nextVideo(uint64_t from, uint64_t end, uint64_t step)
+    {
+        const uint64_t near = std::min(end, from + m_soundChunkLimit);
+        for (bool strict : {true, false}) {
+            if (!strict)
+                m_haveLast = false;
+            for (uint64_t q = from; q < (strict ? near : end); q += step) {
+                if ((q & 0xFFFFF) < step && m_control.stop && m_control.stop->load())
+                    return 0;
+                if (m_video->mayStart(m_r.view(q, 8)) && videoStarts(q, end, false))
+                    return q;
+            }
+        }
+        return 0;
+    }
+
+    // The AAC chunks get their frames: one chunk for each run of frames.
+    void placeSoundFrames()
+    {
+        if (!m_splitter)
+            return;
+        std::vector<AacRangeSplitter::Result> results = m_splitter->finish();
+        std::vector<ScannedChunk> chunks;
+        chunks.reserve(m_out.chunks.size());
+        size_t job = 0;
+        for (size_t i = 0; i < m_out.chunks.size(); ++i) {
+            if (job >= m_soundJobs.size() || m_soundJobs[job].first != i) {
+                chunks.push_back(m_out.chunks[i]);
+                continue;
+            }
+            AacRangeSplitter::Result& r = results[m_soundJobs[job++].second];
+            m_out.skippedBytes += r.skipped;
+            for (AacRangeSplitter::Run& run : r.runs) {
+                ScannedChunk c;
+                c.sound = true;
+                c.offset = run.offset;
+                c.firstSample = m_out.soundSizes.size();
+                c.samples = run.frames.size();
+                for (uint32_t f : run.frames)
+                    c.bytes += f;
+                m_out.soundSizes.insert(m_out.soundSizes.end(), run.frames.begin(), run.frames.end());
+                chunks.push_back(c);
+            }
+        }
+        m_out.chunks = std::move(chunks);
     }
 
     // A PCM chunk: from pos to where video starts again; first at the
@@ -520,16 +543,8 @@ private:
                     stop = pos + bytes;
             }
         }
-        if (!stop) {
-            for (uint64_t q = pos + m_pcmFrame; q < end; q += m_pcmFrame) {
-                if (m_control.stop && m_control.stop->load())
-                    break;
-                if (m_video->mayStart(m_r.view(q, 8)) && videoStarts(q, end, false)) {
-                    stop = q;
-                    break;
-                }
-            }
-        }
+        if (!stop)
+            stop = nextVideo(pos + m_pcmFrame, end, m_pcmFrame);
         if (!stop)
             stop = end - (end - pos) % m_pcmFrame;   // the data ends in sound
         if (stop <= pos)
@@ -572,8 +587,11 @@ private:
     std::unique_ptr<VideoSyntax> m_video;
     std::unique_ptr<PocTracker> m_poc;
     SoundCodec m_sound = SoundCodec::None;
-    AacFramer m_aac;
-    uint64_t m_aacTailWindow = 0;        // bytes at the end of an MPEG-4 sample that may be sound
+    AacFramer m_aac;                     // the scan's own checks of sound frames
+    std::unique_ptr<AacRangeSplitter> m_splitter;
+    std::vector<std::pair<size_t, size_t>> m_soundJobs;   // chunk index, splitter result
+    uint64_t m_aacTailWindow = 0;
+    uint64_t m_soundChunkLimit = 64u << 10;   // farther than any sound chunk of the sample        // bytes at the end of an MPEG-4 sample that may be sound
     uint32_t m_pcmFrame = 0;
     std::vector<uint64_t> m_pcmHabits;   // the sample's PCM chunk sizes in bytes
     bool m_pcmMayStart = false;

@@ -45,6 +45,9 @@ struct ScanResult {
 
 struct ScanControl {
     const std::atomic<bool>* stop = nullptr;
+    // More readers of the same bytes, for nobody else: AAC frames are then
+    // cut on threads of their own (one per reader) while the scan goes on.
+    std::vector<ByteReader*> soundReaders;
     // Called now and then with the bytes scanned so far and the range's size.
     std::function<void(uint64_t done, uint64_t total)> progress;
 };

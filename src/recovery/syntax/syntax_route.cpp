@@ -44,7 +44,16 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
     }
     QElapsedTimer clock;
     clock.start();
-    const ScanResult scan = ScanMedia(*damaged, model, range, control);
+    // Two threads cut the sound: the scan leaves the cores to them early on.
+    // They read a chunk at a time, so small windows do.
+    constexpr size_t kSoundWindow = 1u << 20;
+    std::unique_ptr<FileReader> soundReaders[2] = {FileReader::open(damagedPath, kSoundWindow),
+                                                   FileReader::open(damagedPath, kSoundWindow)};
+    ScanControl scanControl = control;
+    for (const auto& reader : soundReaders)
+        if (reader)
+            scanControl.soundReaders.push_back(reader.get());
+    const ScanResult scan = ScanMedia(*damaged, model, range, scanControl);
     const double seconds = std::max<qint64>(clock.nsecsElapsed(), 1) / 1e9;
     qDebug().noquote() << QStringLiteral("Syntax scan: %1 MB in %2 s (%3 MB/s), %4 video frames, %5 bytes skipped")
                               .arg(out.mediaBytes / 1e6, 0, 'f', 1).arg(seconds, 0, 'f', 3)

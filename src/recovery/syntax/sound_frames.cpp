@@ -1,0 +1,142 @@
+#include "recovery/syntax/sound_frames.h"
+
+namespace syntax {
+
+bool AacElementPlausible(const uint8_t* p)
+{
+    // A single or paired channel element of tag 0 whose stream info has its
+    // reserved bit clear, a band count in range and no prediction. A fill or
+    // data element in front is left out: a decoder takes such a "frame" over
+    // almost any bytes.
+    const uint32_t bits = ByteReader::loadBe32(p);
+    auto field = [bits](int at, int width) { return (bits >> (32 - at - width)) & ((1u << width) - 1); };
+    const uint32_t id = field(0, 3);
+    if ((id != 0 && id != 1) || field(3, 4) != 0 || (id == 0 && field(7, 8) == 0))
+        return false;   // (a gain of 0 is silence no encoder writes; zeros of a hole start with it)
+    int at = 7;
+    if (id == 1) {              // channel pair: common_window
+        if (!field(7, 1))
+            return true;        // each channel's info follows its gain: not checked here
+        at = 8;
+    } else {
+        at = 15;                // global_gain comes first
+    }
+    if (field(at, 1))           // ics_reserved_bit
+        return false;
+    const bool shortWindows = field(at + 1, 2) == 2;
+    const uint32_t maxSfb = shortWindows ? field(at + 4, 4) : field(at + 4, 6);
+    if (maxSfb > (shortWindows ? 15u : 51u))
+        return false;
+    return shortWindows || !field(at + 10, 1);   // predictor_data_present
+}
+
+AacRangeSplitter::AacRangeSplitter(const QByteArray& asc, ByteReader& reader,
+                                   const std::vector<ByteReader*>& threadReaders, const std::atomic<bool>* stop)
+    : m_stop(stop)
+{
+    const auto* config = reinterpret_cast<const uint8_t*>(asc.constData());
+    m_own.reader = &reader;
+    m_ok = m_own.framer.init(config, size_t(asc.size()));
+    for (ByteReader* r : threadReaders) {
+        auto c = std::make_unique<Cutter>();
+        c->reader = r;
+        if (!m_ok || !r || !c->framer.init(config, size_t(asc.size())))
+            continue;
+        m_cutters.push_back(std::move(c));
+        Cutter* cutter = m_cutters.back().get();
+        m_threads.emplace_back([this, cutter] { work(*cutter); });
+    }
+}
+
+AacRangeSplitter::~AacRangeSplitter()
+{
+    finish();
+}
+
+size_t AacRangeSplitter::submit(uint64_t begin, uint64_t end)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const size_t index = m_results.size();
+    m_results.emplace_back();
+    if (m_threads.empty()) {
+        lock.unlock();
+        Result r = split(m_own, begin, end);
+        lock.lock();
+        m_results[index] = std::move(r);
+        return index;
+    }
+    m_queue.push_back({index, {begin, end}});
+    m_wake.notify_one();
+    return index;
+}
+
+std::vector<AacRangeSplitter::Result> AacRangeSplitter::finish()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_closing = true;
+    }
+    m_wake.notify_all();
+    for (std::thread& t : m_threads)
+        if (t.joinable())
+            t.join();
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return std::move(m_results);
+}
+
+void AacRangeSplitter::work(Cutter& c)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    for (;;) {
+        m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
+        if (m_queue.empty())
+            return;
+        const auto job = m_queue.front();
+        m_queue.pop_front();
+        lock.unlock();
+        Result r = split(c, job.second.first, job.second.second);
+        lock.lock();
+        m_results[job.first] = std::move(r);
+    }
+}
+
+AacRangeSplitter::Result AacRangeSplitter::split(Cutter& c, uint64_t begin, uint64_t end)
+{
+    Result result;
+    Run run;
+    uint64_t q = begin;
+    while (q < end && !(m_stop && m_stop->load())) {
+        const uint32_t f = c.framer.frameSize(*c.reader, q, end);
+        if (f) {
+            if (run.frames.empty())
+                run.offset = q;
+            run.frames.push_back(f);
+            q += f;
+            continue;
+        }
+        // Damage inside the sound: the frames go on where two chain again.
+        if (!run.frames.empty())
+            result.runs.push_back(std::move(run));
+        run = Run();
+        const uint64_t from = q;
+        q = resume(c, q + 1, end);
+        result.skipped += q - from;
+    }
+    if (!run.frames.empty())
+        result.runs.push_back(std::move(run));
+    return result;
+}
+
+uint64_t AacRangeSplitter::resume(Cutter& c, uint64_t from, uint64_t end)
+{
+    for (uint64_t p = from; p + 4 <= end; ++p) {
+        if (!AacElementPlausible(c.reader->view(p, 4)))
+            continue;
+        const uint32_t f = c.framer.frameSize(*c.reader, p, end);
+        if (f && (p + f >= end || c.framer.frameSize(*c.reader, p + f, end)))
+            return p;
+    }
+    return end;
+}
+
+} // namespace syntax
