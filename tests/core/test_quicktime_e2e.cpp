@@ -228,6 +228,12 @@ private Q_SLOTS:
         const QString out = m_dir + QStringLiteral("/Repaired/") + name;
         QVERIFY(r.end().value(QStringLiteral("outputs")).toArray().contains(out));
 
+        if (damage == QLatin1String("cut")) {
+            // The same inputs give the same bytes.
+            const QString first = sha256(out);
+            runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
+            QCOMPARE(sha256(out), first);
+        }
         const QStringList repaired = PictureHashes(out);
         const int same = BitExact(original, repaired);
         qInfo("%d of %d pictures bit-exact (%d decode, %d needed), %.2f s of sound, %lld bytes skipped", same,
