@@ -348,7 +348,8 @@ private:
     // no syntax confirms, a sample alone is taken when weakOk.
     bool videoStarts(uint64_t pos, uint64_t end, bool weakOk)
     {
-        const VideoSample s = m_video->measure(m_r, pos, end, last());
+        const VideoSample* previous = last();
+        const VideoSample s = m_video->measure(m_r, pos, end, previous);
         if (s.size == 0)
             return false;
         const uint64_t behind = pos + s.size;
@@ -356,8 +357,10 @@ private:
             return true;
         if (m_video->measure(m_r, behind, end, &s).size)
             return true;
+        // Behind a picture that follows the last one kept, a plausible frame
+        // header will do: the decoder measures every frame later anyway.
         if (m_sound == SoundCodec::Aac)
-            return aacFrame(behind, end) != 0;
+            return (previous && AacElementPlausible(m_r.view(behind, 4))) || aacFrame(behind, end) != 0;
         if (m_sound == SoundCodec::Pcm)
             return pcmThenVideo(behind, end, s);
         return false;
@@ -454,6 +457,10 @@ private:
 
     bool aacChunkStarts(uint64_t pos, uint64_t end)
     {
+        // Right behind a picture a plausible frame header will do (the
+        // decoder measures the frames later; what it can't is skipped).
+        if (m_haveLast && AacElementPlausible(m_r.view(pos, 4)))
+            return true;
         const uint32_t f = aacFrame(pos, end);
         if (f == 0)
             return false;
