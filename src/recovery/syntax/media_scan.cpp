@@ -36,6 +36,9 @@ public:
     virtual VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) = 0;
     // A cheap test of the first bytes, before measure, for the resync search.
     virtual bool mayStart(const uint8_t* p) const = 0;
+    // Each picture carries a number that measure checks against the one
+    // before (a strong test of where a picture starts).
+    virtual bool numbersPictures() const { return false; }
     // A sample has been kept: learn what it carries for the ones that follow.
     virtual void keep(ByteReader&, uint64_t, const VideoSample&) {}
 };
@@ -57,6 +60,7 @@ public:
         return true;
     }
     const NalSyntax& syntax() const { return m_syntax; }
+    bool numbersPictures() const override { return m_syntax.codec() == NalCodec::H264; }
 
     VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) override
     {
@@ -357,10 +361,12 @@ private:
             return true;
         if (m_video->measure(m_r, behind, end, &s).size)
             return true;
-        // Behind a picture that follows the last one kept, a plausible frame
-        // header will do: the decoder measures every frame later anyway.
+        // Behind a picture whose number follows the last one kept, a
+        // plausible frame header will do: the decoder measures every frame
+        // later anyway. Elsewhere the decoder confirms it now.
         if (m_sound == SoundCodec::Aac)
-            return (previous && AacElementPlausible(m_r.view(behind, 4))) || aacFrame(behind, end) != 0;
+            return (previous && m_video->numbersPictures() && AacElementPlausible(m_r.view(behind, 4)))
+                || aacFrame(behind, end) != 0;
         if (m_sound == SoundCodec::Pcm)
             return pcmThenVideo(behind, end, s);
         return false;
