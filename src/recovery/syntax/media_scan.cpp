@@ -500,8 +500,10 @@ private:
     {
         const uint64_t near = std::min(end, from + m_soundChunkLimit);
         for (bool strict : {true, false}) {
-            if (!strict)
+            if (!strict) {
                 m_haveLast = false;
+                m_gap = true;   // pictures were lost: their order starts afresh
+            }
             for (uint64_t q = from; q < (strict ? near : end); q += step) {
                 if ((q & 0xFFFFF) < step && m_control.stop && m_control.stop->load())
                     return 0;
