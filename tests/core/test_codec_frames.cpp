@@ -16,20 +16,6 @@ using namespace syntax;
 using namespace testvideo;
 
 namespace {
-struct Packet { qint64 pos, size; bool key; };
-
-QList<Packet> packets(const QString& path, const QString& stream)
-{
-    QByteArray out;
-    run(QStringLiteral("ffprobe"), QStringLiteral("-v error -show_entries packet=pos,size,flags -of json -select_streams").split(' ')
-        << stream << path, &out);
-    QList<Packet> list;
-    for (const QJsonValue& v : QJsonDocument::fromJson(out)[QStringLiteral("packets")].toArray())
-        list.append({v[QStringLiteral("pos")].toString().toLongLong(), v[QStringLiteral("size")].toString().toLongLong(),
-                     v[QStringLiteral("flags")].toString().startsWith(QLatin1Char('K'))});
-    return list;
-}
-
 // Payloads of the file's esds boxes, in track order.
 QList<QByteArray> esdsPayloads(const QByteArray& file)
 {

@@ -12,24 +12,6 @@ using namespace testvideo;
 
 namespace {
 
-struct Packet {
-    qint64 pos, size;
-};
-// The packets of one stream of a clip, from its own tables.
-QList<Packet> Packets(const QString& clip, const char* stream)
-{
-    QByteArray out;
-    run(QStringLiteral("ffprobe"), {"-v", "error", "-select_streams", stream, "-show_entries", "packet=pos,size",
-                                    "-of", "csv=p=0", clip}, &out);
-    QList<Packet> packets;
-    for (const QByteArray& line : out.split('\n')) {
-        const QList<QByteArray> f = line.trimmed().split(',');
-        if (f.size() >= 2)
-            packets.append({f[1].toLongLong(), f[0].toLongLong()});
-    }
-    return packets;
-}
-
 QString Clip(const QString& sound)
 {
     return make(QStringLiteral("scan_%1.mov").arg(sound),
@@ -62,7 +44,7 @@ private Q_SLOTS:
         MemoryReader healthy(bytes);
         MovieModel model;
         QVERIFY(LearnMovie(healthy, model));
-        const QList<Packet> video = Packets(clip, "v:0");
+        const QList<Packet> video = packets(clip, QStringLiteral("v:0"));
         QVERIFY(video.size() > 50);
 
         // The damage lies in the middle of a picture: that picture is lost
@@ -104,7 +86,7 @@ private Q_SLOTS:
             QVERIFY(scan.skippedBytes > 0 && scan.skippedBytes < uint64_t(length) + 64 * 1024);
 
         // Sound: every AAC frame, or every PCM chunk, where the tables have it.
-        const QList<Packet> audio = Packets(clip, "a:0");
+        const QList<Packet> audio = packets(clip, QStringLiteral("a:0"));
         uint64_t soundBytes = 0;
         for (const ScannedChunk& c : scan.chunks)
             if (c.sound)

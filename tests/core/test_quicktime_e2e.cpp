@@ -99,25 +99,18 @@ double StreamSeconds(const QString& path, const char* stream)
 // (keyframe to keyframe, in file order) has no packet in a hole.
 int FramesUntouched(const QString& clip, qint64 limit, const QList<qint64>& holes, qint64 holeSize)
 {
-    QByteArray out;
-    run(QStringLiteral("ffprobe"), {"-v", "error", "-select_streams", "v:0", "-show_entries", "packet=pos,size,flags",
-                                    "-of", "csv=p=0", clip}, &out);
     int n = 0, group = 0;
     bool touched = false;
-    for (const QByteArray& line : out.split('\n')) {
-        const QList<QByteArray> f = line.trimmed().split(',');
-        if (f.size() < 3)
-            continue;
-        const qint64 size = f[0].toLongLong(), pos = f[1].toLongLong();
-        if (f[2].startsWith('K')) {
+    for (const Packet& p : packets(clip, QStringLiteral("v:0"))) {
+        if (p.key) {
             n += touched ? 0 : group;
             group = 0;
             touched = false;
         }
         ++group;
-        touched = touched || pos + size > limit;
+        touched = touched || p.pos + p.size > limit;
         for (qint64 h : holes)
-            touched = touched || (pos < h + holeSize && pos + size > h);
+            touched = touched || (p.pos < h + holeSize && p.pos + p.size > h);
     }
     return n + (touched ? 0 : group);
 }

@@ -242,6 +242,18 @@ BatchResult runBatch(const QStringList& args, int timeoutMs)
     return r;
 }
 
+QList<Packet> packets(const QString& path, const QString& stream)
+{
+    QByteArray out;
+    run(QStringLiteral("ffprobe"), QStringLiteral("-v error -show_entries packet=pos,size,flags -of json -select_streams").split(' ')
+        << stream << path, &out);
+    QList<Packet> list;
+    for (const QJsonValue& v : QJsonDocument::fromJson(out)[QStringLiteral("packets")].toArray())
+        list.append({v[QStringLiteral("pos")].toString().toLongLong(), v[QStringLiteral("size")].toString().toLongLong(),
+                     v[QStringLiteral("flags")].toString().startsWith(QLatin1Char('K'))});
+    return list;
+}
+
 QString freshDir(const QString& tag)
 {
     const QString dir = QDir::tempPath() + QStringLiteral("/rw-") + tag + QLatin1Char('-')

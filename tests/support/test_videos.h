@@ -70,6 +70,13 @@ QString repairWithSample(const QString& dir, const QString& name, const QByteArr
 // for the muxer; returns the folder (for g_appDir).
 QString fakeMuxer(const QString& folder, const QByteArray& body);
 
+// The packets of one stream ("v:0", "a:0") as the file's own index has them.
+struct Packet {
+    qint64 pos, size;
+    bool key;
+};
+QList<Packet> packets(const QString& path, const QString& stream);
+
 // A fresh folder under the system temp folder, removed by the caller.
 QString freshDir(const QString& tag);
 

@@ -62,7 +62,6 @@ bool AacFramer::open()
         return false;
     }
     m_decoder = h;
-    m_sampleRate = rate;
     return true;
 }
 

@@ -42,11 +42,6 @@ public:
     // Reads the frame at pos of r (up to end).
     uint32_t frameSize(ByteReader& r, uint64_t pos, uint64_t end);
 
-    // Channels the configuration names (0 when a program config element
-    // defines them), and the sample rate FAAD2 reported at init.
-    unsigned channels() const { return m_channels; }
-    unsigned long sampleRate() const { return m_sampleRate; }
-
 private:
     bool open();
     void close();
@@ -56,8 +51,7 @@ private:
     std::vector<uint8_t> m_asc;
     std::vector<uint8_t> m_buffer;      // the frame's bytes, zero-padded for FAAD2's read ahead
     size_t m_maxFrame = 0;              // the most bytes handed to FAAD2 for one frame
-    unsigned m_channels = 0;
-    unsigned long m_sampleRate = 0;
+    unsigned m_channels = 0;            // what the configuration names (0: a program config element says)
     bool m_spoiled = false;             // the last decode failed: rebuild before the next
     bool m_decodedSinceOpen = false;
 };

@@ -39,8 +39,6 @@ struct ScanResult {
     uint64_t skippedBytes = 0;
     uint64_t skippedRanges = 0;
     bool stopped = false;
-
-    uint64_t videoFrames() const { return video.sizes.size(); }
 };
 
 struct ScanControl {

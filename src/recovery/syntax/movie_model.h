@@ -39,9 +39,6 @@ struct TrackModel {
     uint32_t maxSampleSize = 0;
     std::vector<uint32_t> chunkHabits;     // samples per chunk of the sample-to-chunk table, most chunks first
     int64_t editMediaTime = 0;             // the first edit's start in the media (AAC priming), 0 when none
-
-    double samplesPerChunk() const { return chunkCount ? double(sampleCount) / double(chunkCount) : 0.0; }
-    bool usable() const { return video != VideoCodec::None || sound != SoundCodec::None; }
 };
 
 struct MovieModel {
