@@ -1,8 +1,9 @@
 // The sample measurers find every sample of real clips at its true position
-// with its true size (AAC frames through FAAD2; JPEG, ProRes and MPEG-4
-// visual pictures, also through small reader windows) and refuse random bytes
-// and damaged samples.
+// with its true size (AAC frames by their syntax and through FAAD2; JPEG,
+// ProRes and MPEG-4 visual pictures, also through small reader windows) and
+// refuse random bytes and damaged samples.
 #include "core/byte_reader.h"
+#include "recovery/syntax/aac_syntax.h"
 #include "recovery/syntax/codec_frames.h"
 #include "support/test_videos.h"
 
@@ -63,6 +64,12 @@ private Q_SLOTS:
         QTest::newRow("two tracks, 44.1 kHz stereo and 16 kHz mono") << make(QStringLiteral("aac_two.mov"),
             lavfiAudio(4, 44100) + lavfi(QStringLiteral("anoisesrc=sample_rate=16000:duration=4"))
             + words("-map 0:a -map 1:a -ac:a:0 2 -ac:a:1 1 -c:a aac"));
+        // Six channels (an LFE element), and clicks that switch to short windows with TNS.
+        QTest::newRow("5.1 48 kHz") << make(QStringLiteral("aac_51.mov"),
+            lavfi(QStringLiteral("anoisesrc=duration=3:sample_rate=48000,pan=5.1|c0=c0|c1=0.5*c0|c2=c0|c3=c0|c4=c0|c5=c0")) + words("-c:a aac -b:a 384k"));
+        QTest::newRow("clicks 22.05 kHz") << make(QStringLiteral("aac_clicks.mov"),
+            lavfi(QStringLiteral("aevalsrc=if(lt(mod(t\\,0.5)\\,0.01)\\,random(0)\\,0.1*sin(2*PI*440*t)):s=22050:d=4"))
+            + words("-ac 2 -c:a aac -b:a 96k -aac_tns 1 -aac_pns 1 -aac_is 1"));
     }
     void aacFrames()
     {
@@ -76,11 +83,24 @@ private Q_SLOTS:
         int junkTries = 0, junkFound = 0;
         for (int track = 0; track < esds.size(); ++track) {
             const QByteArray asc = AudioSpecificConfigFromEsds(bytes(esds[track]), size_t(esds[track].size()));
-            AacFramer framer;
+            AacFramer framer, decoder;
             QVERIFY(framer.init(bytes(asc), size_t(asc.size())));
+            QVERIFY(decoder.init(bytes(asc), size_t(asc.size()), true));
+            AacFrameParser syntax;
+            QVERIFY(syntax.init(bytes(asc), size_t(asc.size())));
             const QList<Packet> frames = packets(path, QStringLiteral("a:%1").arg(track));
             QVERIFY(frames.size() > 50);
+            int parsed = 0;
             for (const Packet& f : frames) {
+                // The syntax reader measures the frame (a rare one it leaves
+                // to the decoder); where a frame is not, it gives no size that
+                // the decoder would not give.
+                const uint32_t size = syntax.frameSize(bytes(file) + f.pos, size_t(file.size() - f.pos));
+                QVERIFY(size == 0 || size == uint32_t(f.size));
+                parsed += size != 0;
+                for (qint64 pos = f.pos + 1; pos < f.pos + f.size; pos += 3)
+                    if (const uint32_t s = syntax.frameSize(bytes(file) + pos, size_t(file.size() - pos)))
+                        QCOMPARE(s, decoder.frameSize(reader, uint64_t(pos), uint64_t(file.size())));
                 // Junk first: on a fresh decoder a third of it leaves state that fails every later frame.
                 for (int i = 0; i < 3; ++i, ++junkTries) {
                     gen.fillRange(reinterpret_cast<quint32*>(junk.data()), junk.size() / 4);
@@ -91,6 +111,7 @@ private Q_SLOTS:
                 QCOMPARE(framer.frameSize(bytes(own), size_t(f.size)), uint32_t(f.size));
                 QCOMPARE(framer.frameSize(bytes(own), size_t(f.size - 1)), 0u);
             }
+            QVERIFY2(parsed * 100 >= frames.size() * 98, qPrintable(QStringLiteral("%1 of %2").arg(parsed).arg(frames.size())));
         }
         QCOMPARE(esds.size(), path.contains(QLatin1String("two")) ? 2 : 1);
         QVERIFY2(junkFound * 100 < junkTries, qPrintable(QStringLiteral("%1 of %2").arg(junkFound).arg(junkTries)));

@@ -65,12 +65,15 @@ bool AacFramer::open()
     return true;
 }
 
-bool AacFramer::init(const uint8_t* asc, size_t n)
+bool AacFramer::init(const uint8_t* asc, size_t n, bool decoderOnly)
 {
     close();
     m_asc.clear();
+    m_syntax = AacFrameParser();
     if (!asc || n < 2)
         return false;
+    if (!decoderOnly)
+        m_syntax.init(asc, n);
     m_asc.assign(asc, asc + n);
     mp4AudioSpecificConfig parsed;
     if (NeAACDecAudioSpecificConfig(m_asc.data(), static_cast<unsigned long>(n), &parsed) < 0 || !open()) {
@@ -105,6 +108,9 @@ uint32_t AacFramer::frameSize(const uint8_t* p, size_t avail)
 {
     if (m_asc.empty() || !p || avail == 0)
         return 0;
+    if (m_syntax.ready())
+        if (const uint32_t size = m_syntax.frameSize(p, std::min(avail, m_maxFrame)))
+            return size;
     if ((m_spoiled || !m_decoder) && !open())
         return 0;
     uint32_t size = decodeOnce(p, avail);

@@ -5,6 +5,8 @@
 // how many bytes the sample at a position takes, or 0 when no sample of that
 // codec starts there. Sizes read from the data are never trusted: every
 // measure is bounded by the end the caller gives.
+#include "recovery/syntax/aac_syntax.h"
+
 #include <QByteArray>
 #include <cstddef>
 #include <cstdint>
@@ -15,8 +17,10 @@ class ByteReader;
 namespace syntax {
 
 // Measures raw AAC frames as a QuickTime or MP4 sample stores them (no ADTS
-// header) by decoding each one with FAAD2, set up from the track's
-// AudioSpecificConfig.
+// header), set up from the track's AudioSpecificConfig: by their syntax where
+// AacFrameParser follows it (AAC-LC), by decoding with FAAD2 where it does not
+// and where the syntax refuses a frame, so that the decoder has the last word
+// on every frame that is not plainly well formed.
 //
 // FAAD2 keeps state from frame to frame that a failed decode can spoil for
 // good (every later frame then fails, and FAAD2's post-seek reset does not
@@ -33,7 +37,8 @@ public:
     AacFramer& operator=(const AacFramer&) = delete;
 
     // asc: the AudioSpecificConfig bytes. False when FAAD2 refuses them.
-    bool init(const uint8_t* asc, size_t n);
+    // decoderOnly: every frame through FAAD2 (to check the syntax reader).
+    bool init(const uint8_t* asc, size_t n, bool decoderOnly = false);
     // Bytes the raw frame at p takes when it decodes without error and with
     // the channel count the configuration names; 0 otherwise. avail: the bytes
     // readable from p (at most what is left of the data); nothing past them
@@ -47,6 +52,7 @@ private:
     void close();
     uint32_t decodeOnce(const uint8_t* p, size_t avail);
 
+    AacFrameParser m_syntax;
     void* m_decoder = nullptr;          // NeAACDecHandle
     std::vector<uint8_t> m_asc;
     std::vector<uint8_t> m_buffer;      // the frame's bytes, zero-padded for FAAD2's read ahead
