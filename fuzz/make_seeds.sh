@@ -3,7 +3,7 @@
 #   make_seeds.sh OUT_DIR
 set -euo pipefail
 out=$1
-mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg,sowt,twos,lpcm,hevc,hevc-lpcm,index}
+mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg,sowt,twos,lpcm,hevc,hevc-lpcm,index,aac}
 v=(-f lavfi -i "testsrc2=size=64x48:rate=25:duration=1")
 a=(-f lavfi -i "sine=frequency=440:sample_rate=44100:duration=1")
 ff() { ffmpeg -y -v error -nostdin "$@"; }
@@ -35,4 +35,10 @@ for f in sowt/sowt.mov twos/twos.mov hevc-lpcm/hevc_lpcm.mov; do
     { printf "\x$sel\x65\x88\x84"; cat "$out/$f"; } > "$out/index/${name}_$sel"
   done
 done
+# Raw AAC frames behind a byte that picks the configuration (see fuzz_aac_syntax.cpp).
+ff -f lavfi -i "anoisesrc=sample_rate=48000:duration=0.3" -ac 2 -c:a aac -f data "$out/aac/s48.raw"
+ff -f lavfi -i "sine=sample_rate=16000:duration=0.5" -c:a aac -f data "$out/aac/m16.raw"
+{ printf '\x01'; head -c 4000 "$out/aac/s48.raw"; } > "$out/aac/stereo"
+{ printf '\x00'; head -c 4000 "$out/aac/m16.raw"; } > "$out/aac/mono"
+rm "$out"/aac/*.raw
 touch "$out/.done"

@@ -55,7 +55,7 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
     const size_t want = size_t(std::min<uint64_t>(fill, m_size - start));
     size_t got = 0;
     while (got < want) {
-        const size_t r = fetch(start + got, w.buf.data() + got, want - got);
+        const size_t r = fetchOrZero(start + got, w.buf.data() + got, want - got);
         if (r == 0)
             break;
         got += r;
@@ -75,7 +75,7 @@ size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
     if (n >= kDirectRead) {
         size_t got = 0;
         while (got < real) {
-            const size_t r = fetch(pos + got, out + got, real - got);
+            const size_t r = fetchOrZero(pos + got, out + got, real - got);
             if (r == 0)
                 break;
             got += r;
@@ -92,6 +92,52 @@ size_t ByteReader::read(uint64_t pos, void* dst, size_t n)
         done += chunk;
     }
     return real;
+}
+
+uint64_t ByteReader::unreadableBytes() const
+{
+    return UnreadableBytes({this});
+}
+
+size_t ByteReader::fetchOrZero(uint64_t pos, uint8_t* dst, size_t n)
+{
+    for (int failures = 0; failures < 2; ++failures) {
+        const ptrdiff_t r = fetch(pos, dst, n);
+        if (r >= 0)
+            return size_t(r);
+    }
+    m_ioError = true;
+    const size_t block = size_t(std::min<uint64_t>({uint64_t(n), kAlign - pos % kAlign, m_size - pos}));
+    std::memset(dst, 0, block);
+    uint64_t start = pos, end = pos + block;
+    // Merge with the ranges it touches (a block read again adds nothing).
+    auto it = m_unreadable.upper_bound(start);
+    if (it != m_unreadable.begin() && std::prev(it)->second >= start)
+        --it;
+    while (it != m_unreadable.end() && it->first <= end) {
+        start = std::min(start, it->first);
+        end = std::max(end, it->second);
+        it = m_unreadable.erase(it);
+    }
+    m_unreadable.emplace(start, end);
+    return block;
+}
+
+uint64_t UnreadableBytes(std::initializer_list<const ByteReader*> readers)
+{
+    std::map<uint64_t, uint64_t> all;   // start -> end, overlapping
+    for (const ByteReader* r : readers)
+        if (r)
+            for (const auto& range : r->unreadable())
+                all[range.first] = std::max(all[range.first], range.second);
+    uint64_t total = 0, reached = 0;
+    for (const auto& range : all) {
+        const uint64_t from = std::max(range.first, reached);
+        if (range.second > from)
+            total += range.second - from;
+        reached = std::max(reached, range.second);
+    }
+    return total;
 }
 
 namespace {
@@ -129,16 +175,12 @@ FileReader::~FileReader()
     ::close(m_fd);
 }
 
-size_t FileReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
+ptrdiff_t FileReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
 {
     for (;;) {
         const ssize_t r = ::pread(m_fd, dst, n, off_t(pos));
-        if (r >= 0)
-            return size_t(r);
-        if (errno != EINTR) {
-            setIoError();
-            return 0;
-        }
+        if (r >= 0 || errno != EINTR)
+            return r;
     }
 }
 
@@ -147,11 +189,11 @@ MemoryReader::MemoryReader(QByteArray data, size_t window)
 {
 }
 
-size_t MemoryReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
+ptrdiff_t MemoryReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
 {
     if (pos >= uint64_t(m_data.size()))
         return 0;
     const size_t len = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
     std::memcpy(dst, m_data.constData() + pos, len);
-    return len;
+    return ptrdiff_t(len);
 }

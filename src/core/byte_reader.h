@@ -11,7 +11,10 @@
 // how many real (not zero-filled) bytes it served.
 #include <QByteArray>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -31,6 +34,10 @@ public:
     uint64_t size() const { return m_size; }
     // A real read error happened (not a short read at the end).
     bool ioError() const { return m_ioError; }
+    // The ranges [start, end) that could not be read (a bad sector, a
+    // failing card) and were served as zeros, merged and in order.
+    const std::map<uint64_t, uint64_t>& unreadable() const { return m_unreadable; }
+    uint64_t unreadableBytes() const;
     // Bytes fetched from the source so far (what the windows cost).
     uint64_t fetchedBytes() const { return m_fetched; }
     // The open file behind the reader, for copies from file to file; -1
@@ -77,12 +84,17 @@ public:
 
 protected:
     ByteReader(uint64_t size, size_t window);
-    // Reads up to n raw bytes at pos (pos < size), returns how many it got.
-    virtual size_t fetch(uint64_t pos, uint8_t* dst, size_t n) = 0;
-    void setIoError() { m_ioError = true; }
+    // Reads up to n raw bytes at pos (pos < size): how many it got (0 at the
+    // end of the data), or -1 when the read failed.
+    virtual ptrdiff_t fetch(uint64_t pos, uint8_t* dst, size_t n) = 0;
+
 
 private:
     const uint8_t* slowView(uint64_t pos, size_t n);
+    // fetch() where a failed read is tried once more; then its block (up to
+    // the next 4 KiB boundary) reads as zeros and is noted as unreadable,
+    // so reading goes on behind it and one bad sector costs its own bytes.
+    size_t fetchOrZero(uint64_t pos, uint8_t* dst, size_t n);
 
     struct Window {
         std::vector<uint8_t> buf;
@@ -101,7 +113,12 @@ private:
     std::vector<uint8_t> m_zeros;   // served for views wholly past the end
     bool m_ioError = false;
     uint64_t m_fetched = 0;
+    std::map<uint64_t, uint64_t> m_unreadable;   // start -> end
 };
+
+// The bytes that the readers (of the same file) could not read, each counted
+// once however many of them tried.
+uint64_t UnreadableBytes(std::initializer_list<const ByteReader*> readers);
 
 // A reader over a file opened read-only. The file is never written.
 class FileReader final : public ByteReader {
@@ -118,7 +135,7 @@ public:
 
 private:
     FileReader(int fd, uint64_t size, const QString& path, size_t window);
-    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
+    ptrdiff_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
     int m_fd;
     QString m_path;
 };
@@ -129,6 +146,6 @@ public:
     explicit MemoryReader(QByteArray data, size_t window = kDefaultWindow);
 
 private:
-    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
+    ptrdiff_t fetch(uint64_t pos, uint8_t* dst, size_t n) override;
     QByteArray m_data;
 };

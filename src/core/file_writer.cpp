@@ -171,23 +171,30 @@ void FileWriter::patchLe64(uint64_t at, uint64_t v)
 void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
 {
     // A tap must see the bytes, so they take the buffer then.
-    if (n >= kKernelCopyFrom && !m_tap && !m_kernelCopyFails && m_fd >= 0 && src.fileDescriptor() >= 0
-        && pos < src.size()) {
-        flush();
-        const uint64_t done = copyInKernel(src.fileDescriptor(), pos, std::min(n, src.size() - pos));
-        pos += done;
-        n -= done;
-    }
+    bool kernel = n >= kKernelCopyFrom && !m_tap && m_fd >= 0 && src.fileDescriptor() >= 0;
     const size_t step = std::min<size_t>(src.maxView(), 1u << 20);
     while (n > 0) {
-        const size_t k = size_t(std::min<uint64_t>(n, step));
+        if (kernel && !m_kernelCopyFails && pos < src.size()) {
+            flush();
+            bool readError = false;
+            const uint64_t done = copyInKernel(src.fileDescriptor(), pos, std::min(n, src.size() - pos), readError);
+            pos += done;
+            n -= done;
+            // Behind a block the source could not give, which the reader
+            // serves (as zeros, noted), the kernel copies on.
+            kernel = readError;
+            if (n == 0)
+                break;
+        }
+        const uint64_t blockEnd = ByteReader::kAlign - pos % ByteReader::kAlign;
+        const size_t k = size_t(std::min<uint64_t>(n, kernel ? blockEnd : step));
         write(src.view(pos, k), k);
         pos += k;
         n -= k;
     }
 }
 
-uint64_t FileWriter::copyInKernel(int fd, uint64_t pos, uint64_t n)
+uint64_t FileWriter::copyInKernel(int fd, uint64_t pos, uint64_t n, bool& readError)
 {
     // The output's file offset is always m_flushed: appends go through it,
     // patches are positioned writes.
@@ -207,6 +214,7 @@ uint64_t FileWriter::copyInKernel(int fd, uint64_t pos, uint64_t n)
         // kernel can't copy between aren't tried again.
         if (c < 0 && (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP || errno == EBADF))
             m_kernelCopyFails = true;
+        readError = c < 0 && errno == EIO;
         break;
     }
     return done;

@@ -76,7 +76,8 @@ private:
     // Appends up to n bytes at pos of the file fd without a copy through
     // this process; returns how many. Stops early (0 when the system can't
     // copy between these two files, which then isn't tried again).
-    uint64_t copyInKernel(int fd, uint64_t pos, uint64_t n);
+    // readError: the copy stopped at a block the source could not give.
+    uint64_t copyInKernel(int fd, uint64_t pos, uint64_t n, bool& readError);
     struct Box { uint64_t start; bool wide; char code[5]; };
 
     int m_fd = -1;

@@ -179,6 +179,8 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
             break;
         }
         m_logHandle.close();
+        if (m_file && m_file->unreadableBytes())
+            Q_EMIT ReadDamage(m_fileName, m_file->unreadableBytes());
         m_file.reset();
         m_refFile.reset();
         if (g_stopRequested)
@@ -320,6 +322,8 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
         const bool defaultCodec = !(m_isJpeg || m_isProRes || m_isHevc || m_isMpeg4In3gp || m_isTwos
                                     || m_isSowt || m_isLpcm || m_isLpcmHevc);
         Q_EMIT WriteStatus(repaired, false, m_fileName, defaultCodec);
+        if (bySyntax.unreadableBytes)
+            Q_EMIT ReadDamage(m_fileName, bySyntax.unreadableBytes);
     }
     m_videoRunLengths.clear();
     m_audioRunLengths.clear();

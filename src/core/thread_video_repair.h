@@ -56,6 +56,10 @@ Q_SIGNALS:
     void ffmpegstopbtn();
     // What a QuickTime-family repair recovered, sent just before its verdict.
     void RecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
+    // Bytes of the file that could not be read (bad sectors) and were taken
+    // as zeros; sent after the verdict, before the next file, when not 0
+    // (again with a larger count when a later stage met more).
+    void ReadDamage(QString fileName, qulonglong unreadableBytes);
 
 protected:
     void run() override;

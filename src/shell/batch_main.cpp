@@ -2,7 +2,8 @@
 //
 //   reelwright-batch [--reference SAMPLE] [--work-root DIR] [--quiet] FILE...
 //
-// stdout carries one JSON object per line for each verdict and one at the end;
+// stdout carries one JSON object per line for each verdict and one at the end
+// (a verdict carries "unreadableBytes" when parts of the file could not be read);
 // stderr carries a progress line per file unless --quiet.
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
@@ -142,7 +143,11 @@ int main(int argc, char** argv)
     ThreadVideoRepair repair;
     ProgressLine progress(quiet);
     int exitCode = 0;
+    QJsonObject pending;   // see below
     auto finish = [&](bool aborted) {
+        if (!pending.isEmpty())
+            PrintJson(pending);
+        pending = {};
         progress.endLine();
         QJsonArray outputs;
         // The engine names the file a pass aimed at even when the pass made
@@ -163,24 +168,38 @@ int main(int argc, char** argv)
                                     {"audioSeconds", qRound(audioSeconds * 1000) / 1000.0},
                                     {"skippedBytes", double(skipped)}};
                      }, queued);
+    // A verdict line waits until its file's work has ended, for what the
+    // engine reports after the verdict (the unreadable bytes).
+    auto flush = [&] {
+        if (!pending.isEmpty())
+            PrintJson(pending);
+        pending = {};
+    };
     QObject::connect(&repair, &ThreadVideoRepair::WriteStatus, &app,
                      [&](bool repaired, bool, QString name, bool defaultCodec) {
-                         QJsonObject line{{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
-                                          {"repaired", repaired}, {"defaultCodec", defaultCodec}};
+                         flush();
+                         pending = {{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
+                                    {"repaired", repaired}, {"defaultCodec", defaultCodec}};
                          if (figures.value("file").toString() == name) {
                              for (const char* key : {"videoFrames", "audioSeconds", "skippedBytes"})
-                                 line.insert(key, figures.value(key));
+                                 pending.insert(key, figures.value(key));
                          }
                          figures = {};
-                         PrintJson(line);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteAVIFileStatus, &app,
-                     [](bool repaired, QString name) {
-                         PrintJson({{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
-                                    {"repaired", repaired}});
+                     [&](bool repaired, QString name) {
+                         flush();
+                         pending = {{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
+                                    {"repaired", repaired}};
+                     }, queued);
+    QObject::connect(&repair, &ThreadVideoRepair::ReadDamage, &app,
+                     [&](QString name, qulonglong bytes) {
+                         if (pending.value("file").toString() == name
+                             && double(bytes) > pending.value("unreadableBytes").toDouble())
+                             pending.insert("unreadableBytes", double(bytes));
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteProcessingStatus, &app,
-                     [&](QString name) { progress.file(name); }, queued);
+                     [&](QString name) { flush(); progress.file(name); }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::SetProgressBarRange, &app,
                      [&](ulong max) { progress.range(max); }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::setProgressvalue, &app,

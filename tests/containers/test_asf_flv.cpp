@@ -170,12 +170,12 @@ public:
         : ByteReader(quint64(data.size()), 64 * 1024), m_data(std::move(data)), m_fetched(fetched) {}
 
 private:
-    size_t fetch(uint64_t pos, uint8_t* dst, size_t n) override
+    ptrdiff_t fetch(uint64_t pos, uint8_t* dst, size_t n) override
     {
         const size_t k = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
         std::memcpy(dst, m_data.constData() + pos, k);
         *m_fetched += k;
-        return k;
+        return ptrdiff_t(k);
     }
     QByteArray m_data;
     quint64* m_fetched;

@@ -38,6 +38,34 @@ QByteArray viewBytes(ByteReader& r, uint64_t pos, size_t n)
 {
     return QByteArray(reinterpret_cast<const char*>(r.view(pos, n)), int(n));
 }
+
+// Bytes in memory with bad sectors, as a failing card gives them: a read that
+// starts in a bad range fails, one that reaches it stops short. A sector
+// listed in flaky fails only on its first read.
+class FailingReader final : public ByteReader {
+public:
+    FailingReader(QByteArray data, QList<QPair<uint64_t, uint64_t>> bad, size_t window)
+        : ByteReader(uint64_t(data.size()), window), m_data(std::move(data)), m_bad(std::move(bad)) {}
+    QList<uint64_t> flaky;
+    int failures = 0;
+
+private:
+    ptrdiff_t fetch(uint64_t pos, uint8_t* dst, size_t n) override
+    {
+        if (flaky.removeOne(pos) || std::any_of(m_bad.begin(), m_bad.end(), [&](auto b) { return pos >= b.first && pos < b.second; })) {
+            ++failures;
+            return -1;
+        }
+        for (const auto& b : m_bad)
+            if (b.first > pos)
+                n = size_t(std::min<uint64_t>(n, b.first - pos));
+        n = size_t(std::min<uint64_t>(n, uint64_t(m_data.size()) - pos));
+        memcpy(dst, m_data.constData() + pos, n);
+        return ptrdiff_t(n);
+    }
+    QByteArray m_data;
+    QList<QPair<uint64_t, uint64_t>> m_bad;
+};
 } // namespace
 
 class TestByteReader : public QObject {
@@ -192,6 +220,29 @@ private Q_SLOTS:
 
     // Ranges copied from a file by the kernel and through the buffer, mixed
     // with buffered writes, a range that runs past the source's end, a patch
+    // Bad sectors read as zeros block by block (4 KiB, tried twice), the bytes
+    // around and behind them as they are; the ranges are noted once and
+    // merged, and a sector that fails once is read on the second try.
+    void unreadableBlocks()
+    {
+        const QByteArray data = randomBytes(300000, 5);
+        FailingReader r(data, {{8192, 8192 + 512}, {12288, 20000}, {299000, 300000}}, kSmallWindow * 4);
+        r.flaky = {200704};
+        QByteArray want = data;
+        want.replace(8192, 4096, QByteArray(4096, '\0'));
+        want.replace(12288, 20480 - 12288, QByteArray(20480 - 12288, '\0'));
+        want.replace(299000, 1000, QByteArray(1000, '\0'));
+        for (uint64_t pos = 0; pos < uint64_t(data.size()); pos += 1000)
+            QCOMPARE(viewBytes(r, pos, 1000), want.mid(int(pos), 1000));
+        QByteArray direct(int(ByteReader::kDirectRead), '\0');   // a large read bypasses the windows
+        QCOMPARE(r.read(0, direct.data(), size_t(direct.size())), size_t(data.size()));
+        QVERIFY(direct.left(data.size()) == want);
+        QCOMPARE(r.unreadableBytes(), uint64_t(4096 + (20480 - 12288) + 1000));
+        QCOMPARE(r.unreadable().size(), size_t(2));   // touching ranges are one
+        QCOMPARE(r.unreadable().begin()->second, uint64_t(20480));
+        QVERIFY(r.ioError());
+    }
+
     // of bytes the kernel wrote, and a tap (which must see every byte), give
     // the same file as the same copies from memory.
     void writerCopiesRanges()

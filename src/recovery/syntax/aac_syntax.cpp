@@ -401,36 +401,38 @@ const Codebooks& codebooks()
 
 // ---- Bits -------------------------------------------------------------------
 
-// MSB-first reader of [p, p + bytes). Reads past the end give zeros and mark
-// the reader overrun; the parser checks that once per element.
+// MSB-first reader of [p, p + bytes), through a 64-bit cache of the bits
+// ahead. Reads past the end give zeros and leave the reader overrun; the
+// parser checks that once per element.
 class BitReader {
 public:
-    BitReader(const uint8_t* p, size_t bytes) : m_p(p), m_bytes(bytes), m_bits(uint64_t(bytes) * 8) {}
+    BitReader(const uint8_t* p, size_t bytes) : m_p(p), m_bytes(bytes) {}
 
-    // The next 32 bits from the position, without moving.
-    uint32_t peek32() const
+    // The next 32 bits, without moving.
+    uint32_t peek32()
     {
-        const size_t byte = size_t(m_pos >> 3);
-        uint64_t word;
-        if (byte + 8 <= m_bytes) {
-            word = uint64_t(ByteReader::loadBe32(m_p + byte)) << 32 | ByteReader::loadBe32(m_p + byte + 4);
-        } else {
-            word = 0;
-            for (size_t i = 0; i < 8; ++i)
-                word = word << 8 | (byte + i < m_bytes ? m_p[byte + i] : 0);
-        }
-        return uint32_t(word >> (32 - (m_pos & 7)));
+        if (m_count < 32)
+            refill();
+        return uint32_t(m_cache >> 32);
     }
-    uint32_t read(unsigned n)   // n <= 24
+    uint32_t read(unsigned n)   // n <= 32
     {
-        const uint32_t v = n ? peek32() >> (32 - n) : 0;
-        m_pos += n;
+        if (!n)
+            return 0;
+        const uint32_t v = peek32() >> (32 - n);
+        drop(n);
         return v;
     }
-    void skip(uint64_t n) { m_pos += n; }
-    void alignToByte() { m_pos = (m_pos + 7) & ~uint64_t(7); }
-    bool overrun() const { return m_pos > m_bits; }
-    uint64_t position() const { return m_pos; }
+    void skip(uint64_t n)
+    {
+        if (n <= m_count)
+            drop(unsigned(n));
+        else
+            seek(position() + n);
+    }
+    void alignToByte() { skip((8 - position() % 8) % 8); }
+    bool overrun() const { return position() > uint64_t(m_bytes) * 8; }
+    uint64_t position() const { return uint64_t(m_next) * 8 - m_count; }
 
     // The value of the code at the position (its table's info) and moves
     // past it; -1 for bits that start no code.
@@ -440,15 +442,51 @@ public:
         const unsigned len = c & 31;
         if (!len || (c & CodeTable::kLink))
             return -1;
-        m_pos += len;
+        drop(len);
         return int(c >> 5 & 0xFF);
     }
 
 private:
+    void drop(unsigned n)   // n <= m_count
+    {
+        m_cache = n < 64 ? m_cache << n : 0;
+        m_count -= n;
+    }
+    void seek(uint64_t bit)
+    {
+        m_next = size_t(std::min<uint64_t>(bit / 8, uint64_t(m_bytes) + 8));
+        m_cache = 0;
+        m_count = 0;
+        refill();
+        if (bit / 8 > m_next)   // far past the end: only overrun matters
+            m_next = size_t(bit / 8);
+        drop(unsigned(bit % 8));
+    }
+    // Tops the cache up to at least 56 bits. The bits below the counted
+    // ones may already hold the next bytes; loading them again gives the
+    // same bits.
+    void refill()
+    {
+        if (m_next + 8 <= m_bytes) {
+            const uint64_t word = uint64_t(ByteReader::loadBe32(m_p + m_next)) << 32 | ByteReader::loadBe32(m_p + m_next + 4);
+            m_cache |= word >> m_count;
+            m_next += (63 - m_count) >> 3;
+            m_count |= 56;
+            return;
+        }
+        while (m_count <= 56) {
+            const uint64_t byte = m_next < m_bytes ? m_p[m_next] : 0;
+            m_cache |= byte << (56 - m_count);
+            ++m_next;
+            m_count += 8;
+        }
+    }
+
     const uint8_t* m_p;
     size_t m_bytes;
-    uint64_t m_bits;
-    uint64_t m_pos = 0;
+    size_t m_next = 0;      // the next byte to load
+    uint64_t m_cache = 0;   // the bits ahead, from the top
+    unsigned m_count = 0;   // how many of them count
 };
 
 // ---- The syntax ----------------------------------------------------------------

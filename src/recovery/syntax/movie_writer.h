@@ -43,6 +43,8 @@ public:
     bool finish(const MovieModel& model, const ScanResult& scan);
     // Ends the copy and removes the file.
     void abandon();
+    // The reader the copy takes the damaged file's bytes from (null before start).
+    const ByteReader* source() const { return m_src.get(); }
 
 private:
     void join();

@@ -62,6 +62,7 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
     out.skippedBytes = scan.skippedBytes;
     out.skippedRanges = scan.skippedRanges;
     out.written = output.finish(model, scan);
+    out.unreadableBytes = UnreadableBytes({damaged.get(), soundReaders[0].get(), soundReaders[1].get(), output.source()});
     if (out.written)
         out.figures = FiguresOf(model, scan);
     else

@@ -15,6 +15,7 @@ struct SyntaxOutcome {
     uint64_t mediaBytes = 0;    // size of the media data scanned
     uint64_t skippedBytes = 0;  // bytes no track's syntax explained
     uint64_t skippedRanges = 0;
+    uint64_t unreadableBytes = 0;   // bytes of the damaged file that could not be read (served as zeros)
     QString reason;             // why nothing was written, for the log
 };
 
