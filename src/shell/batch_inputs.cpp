@@ -23,7 +23,8 @@ QString Walk(const QString& folder, QStringList& ancestors, QStringList& out)
                                                              QDir::Name);
     for (const QFileInfo& e : entries) {
         if (e.isDir()) {
-            if (e.fileName() == QLatin1String("Repaired"))
+            // Earlier results, and the scratch folder of a run that was killed.
+            if (e.fileName() == QLatin1String("Repaired") || e.fileName().startsWith(QLatin1String(".reelwright-job-")))
                 continue;
             const QString error = Walk(e.absoluteFilePath(), ancestors, out);
             if (!error.isEmpty())

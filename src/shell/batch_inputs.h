@@ -11,8 +11,8 @@ struct BatchInputs {
 };
 
 // A folder contributes every file below it whose suffix is a video suffix,
-// sorted by name at each level; folders named Repaired (earlier results) are
-// left out, and links are followed. An argument that isn't a folder is taken
+// sorted by name at each level; folders named Repaired (earlier results) and
+// the runner's scratch folders are left out, and links are followed. An argument that isn't a folder is taken
 // as a file even when it doesn't exist (its verdict says so). Errors: a
 // folder that can't be read, one without videos, a link that leads back into
 // a folder it is inside, and a file reached twice.

@@ -21,6 +21,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <sys/prctl.h>
 
 namespace {
 
@@ -140,6 +141,10 @@ static int RunOneJob(QCoreApplication& app, const QStringList& files, const QStr
     int exitCode = 0;
     auto finish = [&](bool aborted) {
         progress.endLine();
+        // A stopped job leaves nothing, also when the runner that made its
+        // scratch folder is gone (killed) and can't remove it.
+        if (aborted && QFileInfo(workRoot).fileName().startsWith(QLatin1String(".reelwright-job-")))
+            QDir(workRoot).removeRecursively();
         QJsonArray outputs;
         // The engine names the file a pass aimed at even when the pass made
         // none; only files that exist are reported.
@@ -240,6 +245,8 @@ int main(int argc, char** argv)
 
     const QByteArray job = qgetenv(kBatchJobVariable);
     if (!job.isEmpty()) {
+        // A job ends with the runner that started it, even when that was killed.
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
         QStringList files;
         for (const QString& f : inputs)
             files << QFileInfo(f).absoluteFilePath();
