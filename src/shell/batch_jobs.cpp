@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -68,6 +69,7 @@ public:
             m_jobs.emplace_back();
             m_jobs.back().file = run.files[i];
             m_jobs.back().resultFolder = run.resultFolders[i];
+            m_inputs.insert(QFileInfo(run.files[i]).canonicalFilePath());
         }
         // The signal handler only sets the flag; it is looked at here.
         connect(&m_stopPoll, &QTimer::timeout, this, [this] {
@@ -168,13 +170,10 @@ private:
         const QString target = job.resultFolder + QLatin1Char('/') + QFileInfo(output).fileName();
         // A result never replaces an input: with a work root above a Repaired
         // folder, an input there may have the result's path.
-        for (const QString& input : m_run.files)
-            if (QFileInfo(input).canonicalFilePath() == QFileInfo(target).canonicalFilePath()
-                && QFileInfo(target).exists()) {
-                std::fprintf(stderr, "reelwright-batch: %s is an input; its result stays unwritten\n",
-                             qPrintable(target));
-                return;
-            }
+        if (QFileInfo::exists(target) && m_inputs.contains(QFileInfo(target).canonicalFilePath())) {
+            std::fprintf(stderr, "reelwright-batch: %s is an input; its result stays unwritten\n", qPrintable(target));
+            return;
+        }
         if (!QDir().mkpath(job.resultFolder) || !MoveInto(output, target)) {
             std::fprintf(stderr, "reelwright-batch: can't write %s\n", qPrintable(target));
             return;
@@ -276,6 +275,7 @@ private:
 
     BatchRun m_run;
     std::vector<Job> m_jobs;
+    QSet<QString> m_inputs;   // canonical paths
     QTimer m_stopPoll;
     int m_next = 0, m_running = 0, m_printed = 0;
     bool m_stopping = false, m_done = false;

@@ -265,6 +265,6 @@ int main(int argc, char** argv)
     run.besideFiles = workRoot.isEmpty();
     run.workRoot = workRoot;
     run.quiet = quiet;
-    run.jobs = jobs;
+    run.jobs = qMin(jobs, int(run.files.size()));   // one file at a time shows its percentage
     return RunBatchJobs(run);
 }
