@@ -6,7 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(cmake g++ make pkg-config qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools
-          libqt5svg5-dev qttranslations5-l10n libx11-dev ffmpeg xvfb xauth fonts-noto-core fonts-noto-cjk curl libfaad-dev)
+          libqt5svg5-dev qttranslations5-l10n libx11-dev ffmpeg xvfb xauth fonts-noto-core fonts-noto-cjk curl libfaad-dev
+          dpkg-dev file parallel)
 packages+=(${REELWRIGHT_EXTRA_PACKAGES:-})
 missing=()
 for p in "${packages[@]}"; do

@@ -1,13 +1,16 @@
-// reelwright-batch: runs the repair engine over files without a window.
-//
-//   reelwright-batch [--reference SAMPLE] [--work-root DIR] [--quiet] FILE...
+// reelwright-batch: runs the repair engine over files and folders without a
+// window (see Usage() for the options).
 //
 // stdout carries one JSON object per line for each verdict and one at the end
 // (a verdict carries "unreadableBytes" when parts of the file could not be read);
-// stderr carries a progress line per file unless --quiet.
+// stderr carries progress lines and a closing table unless --quiet. Each file
+// is repaired by a process of its own (batch_jobs.h); such a job process runs
+// the engine here, in RunOneJob.
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
 #include "recovery/h264/h264_recovery.h"
+#include "shell/batch_inputs.h"
+#include "shell/batch_jobs.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -15,9 +18,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
 
 #include <csignal>
 #include <cstdio>
+#include <sys/prctl.h>
 
 namespace {
 
@@ -41,10 +46,31 @@ void PrintJson(const QJsonObject& obj)
     std::fflush(stdout);
 }
 
+const char kUsage[] = "usage: reelwright-batch [--reference SAMPLE] [--work-root DIR] [--jobs N] [--quiet] FILE|FOLDER...\n";
+
+// The options as the manual page lists them.
+void PrintHelp()
+{
+    std::printf("%s", kUsage);
+    std::printf(
+        "Repairs damaged video files without a window. A folder stands for its video files,\n"
+        "recursively. Standard output gets one JSON line per verdict and one end line.\n"
+        "\n"
+        "  --reference SAMPLE  Advance Repair with SAMPLE, a healthy file from the same camera\n"
+        "  --work-root DIR     put the results below DIR/Repaired instead of beside each file\n"
+        "  --jobs N            repair N files at once, each in a process of its own\n"
+        "                      (default: the number of processor cores)\n"
+        "  --quiet             no progress lines and no closing table on standard error\n"
+        "  --help              show this help and exit\n"
+        "  --version           show the version and exit\n"
+        "\n"
+        "Exit status: 0 finished, 1 stopped, 2 usage error.\n");
+}
+
 int UsageError(const QString& message)
 {
     std::fprintf(stderr, "reelwright-batch: %s\n", qPrintable(message));
-    std::fprintf(stderr, "usage: reelwright-batch [--reference SAMPLE] [--work-root DIR] [--quiet] FILE...\n");
+    std::fprintf(stderr, "%s", kUsage);
     return 2;
 }
 
@@ -92,47 +118,18 @@ private:
 
 } // namespace
 
-int main(int argc, char** argv)
+// A job process: repairs its one file with the engine in this process,
+// writing into workRoot.
+static int RunOneJob(QCoreApplication& app, const QStringList& files, const QString& reference, const QString& workRoot,
+                     bool quiet, bool progressLine)
 {
-    QCoreApplication app(argc, argv);
-    QStringList args = app.arguments().mid(1);
-    QString reference;
-    QString workRoot;
-    bool quiet = false;
-    QStringList files;
-    for (int i = 0; i < args.size(); ++i) {
-        const QString& a = args.at(i);
-        if (a == QLatin1String("--reference") || a == QLatin1String("--work-root")) {
-            if (i + 1 >= args.size())
-                return UsageError(a + QStringLiteral(" needs a value"));
-            (a == QLatin1String("--reference") ? reference : workRoot) = args.at(++i);
-        } else if (a == QLatin1String("--quiet")) {
-            quiet = true;
-        } else if (a == QLatin1String("--")) {
-            files << args.mid(i + 1);
-            break;
-        } else if (a.startsWith(QLatin1String("--"))) {
-            return UsageError(QStringLiteral("unknown option %1").arg(a));
-        } else {
-            files << a;
-        }
-    }
-    if (files.isEmpty())
-        return UsageError(QStringLiteral("no files given"));
-    if (!reference.isEmpty() && !QFileInfo(reference).isFile())
-        return UsageError(QStringLiteral("the reference %1 doesn't exist").arg(reference));
-    if (!workRoot.isEmpty() && !QFileInfo(workRoot).isDir())
-        return UsageError(QStringLiteral("the work root %1 isn't a folder").arg(workRoot));
-
     if (quiet)
         qInstallMessageHandler(QuietMessages);
     g_programDir = QCoreApplication::applicationDirPath();
     g_appDir = g_programDir + QStringLiteral("/Libmp4");
-    g_customWorkRoot = workRoot.isEmpty() ? QString() : QFileInfo(workRoot).absoluteFilePath();
+    g_customWorkRoot = workRoot;
     g_referenceMode = !reference.isEmpty();
-    g_referencePath = reference.isEmpty() ? QString() : QFileInfo(reference).absoluteFilePath();
-    for (QString& f : files)
-        f = QFileInfo(f).absoluteFilePath();
+    g_referencePath = reference;
 
     // Standard output carries JSON lines: the engine's plain messages go to
     // standard error instead.
@@ -141,7 +138,7 @@ int main(int argc, char** argv)
     std::signal(SIGTERM, OnInterrupt);
 
     ThreadVideoRepair repair;
-    ProgressLine progress(quiet);
+    ProgressLine progress(quiet || !progressLine);
     int exitCode = 0;
     QJsonObject pending;   // see below
     auto finish = [&](bool aborted) {
@@ -149,6 +146,10 @@ int main(int argc, char** argv)
             PrintJson(pending);
         pending = {};
         progress.endLine();
+        // A stopped job leaves nothing, also when the runner that made its
+        // scratch folder is gone (killed) and can't remove it.
+        if (aborted && QFileInfo(workRoot).fileName().startsWith(QLatin1String(".reelwright-job-")))
+            QDir(workRoot).removeRecursively();
         QJsonArray outputs;
         // The engine names the file a pass aimed at even when the pass made
         // none; only files that exist are reported.
@@ -211,4 +212,78 @@ int main(int argc, char** argv)
     repair.StartRepair(files, g_referenceMode);
     app.exec();
     return exitCode;
+}
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    QString reference;
+    QString workRoot;
+    QString jobsText;
+    bool quiet = false;
+    QStringList inputs;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString& a = args.at(i);
+        if (a == QLatin1String("--reference") || a == QLatin1String("--work-root") || a == QLatin1String("--jobs")) {
+            if (i + 1 >= args.size())
+                return UsageError(a + QStringLiteral(" needs a value"));
+            (a == QLatin1String("--reference") ? reference : a == QLatin1String("--jobs") ? jobsText : workRoot) =
+                args.at(++i);
+        } else if (a == QLatin1String("--quiet")) {
+            quiet = true;
+        } else if (a == QLatin1String("--help")) {
+            PrintHelp();
+            return 0;
+        } else if (a == QLatin1String("--version")) {
+            std::printf("reelwright-batch %s\n", REELWRIGHT_VERSION);
+            return 0;
+        } else if (a == QLatin1String("--")) {
+            inputs << args.mid(i + 1);
+            break;
+        } else if (a.startsWith(QLatin1String("--"))) {
+            return UsageError(QStringLiteral("unknown option %1").arg(a));
+        } else {
+            inputs << a;
+        }
+    }
+    if (inputs.isEmpty())
+        return UsageError(QStringLiteral("no files given"));
+    if (!reference.isEmpty() && !QFileInfo(reference).isFile())
+        return UsageError(QStringLiteral("the reference %1 doesn't exist").arg(reference));
+    if (!workRoot.isEmpty() && !QFileInfo(workRoot).isDir())
+        return UsageError(QStringLiteral("the work root %1 isn't a folder").arg(workRoot));
+    bool numeric = true;
+    const int jobs = jobsText.isEmpty() ? qMax(1, QThread::idealThreadCount()) : jobsText.toInt(&numeric);
+    if (!numeric || jobs < 1 || jobs > 1024)
+        return UsageError(QStringLiteral("--jobs needs a number from 1 to 1024, not %1").arg(jobsText));
+    if (!reference.isEmpty())
+        reference = QFileInfo(reference).absoluteFilePath();
+    if (!workRoot.isEmpty())
+        workRoot = QFileInfo(workRoot).absoluteFilePath();
+
+    const QByteArray job = qgetenv(kBatchJobVariable);
+    if (!job.isEmpty()) {
+        // A job ends with the runner that started it, even when that was killed.
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        QStringList files;
+        for (const QString& f : inputs)
+            files << QFileInfo(f).absoluteFilePath();
+        return RunOneJob(app, files, reference, workRoot, quiet, job == "progress");
+    }
+
+    const BatchInputs expanded = ExpandInputs(inputs);
+    if (!expanded.error.isEmpty())
+        return UsageError(expanded.error);
+    std::signal(SIGINT, OnInterrupt);
+    std::signal(SIGTERM, OnInterrupt);
+    BatchRun run;
+    run.files = expanded.files;
+    run.resultFolders = ResultFolders(run.files, workRoot);
+    run.reference = reference;
+    run.besideFiles = workRoot.isEmpty();
+    run.workRoot = workRoot;
+    run.quiet = quiet;
+    run.jobs = qMin(jobs, int(run.files.size()));   // one file at a time shows its percentage
+    return RunBatchJobs(run);
 }

@@ -3,6 +3,8 @@
 #include "core/repair_globals.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QTranslator>
 
 // The toolkit files are named in lower case on disk, and asked for so: this
@@ -66,7 +68,10 @@ int CurrentLanguage()
 
 QString TranslationFolder(int language)
 {
-    return g_programDir + QStringLiteral("/VideoTranslation/") + QLatin1String(kLanguages[language].code);
+    // Beside the program when it runs from the build; under share/ once installed.
+    const QString own = g_programDir + QStringLiteral("/VideoTranslation/");
+    const QString folder = QFileInfo(own).isDir() ? own : g_programDir + QStringLiteral("/../share/reelwright/VideoTranslation/");
+    return QDir::cleanPath(folder + QLatin1String(kLanguages[language].code));
 }
 
 void SelectTranslators(int languageType)

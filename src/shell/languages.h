@@ -22,7 +22,8 @@ void SetLanguageFlag(int languageType);
 // The language whose flag is set (0 when none is).
 int CurrentLanguage();
 
-// <g_programDir>/VideoTranslation/<code>
+// <g_programDir>/VideoTranslation/<code>, or <g_programDir>/../share/reelwright/VideoTranslation/<code>
+// when the program is installed
 QString TranslationFolder(int language);
 
 // Start: loads and installs the translator pair of the stored language.

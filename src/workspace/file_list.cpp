@@ -3,6 +3,7 @@
 #include "workspace/video_repair_window.h"
 
 #include "core/repair_globals.h"
+#include "core/video_suffixes.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
 #include "workspace/file_dialogs.h"
@@ -18,23 +19,13 @@
 
 namespace {
 
-const char kAddFilter[] =
-    "Video (*.MOV *.mov *.mp4 *.MP4 *.Mp4 *.f4v *.m4v *.3g2 *.3gp *.AVI *.avi *.DIVX *.divx *.FLV *.flv "
-    "*.MPG *.mpg *.mpeg *.MPEG *.mkv *.MKV *.webm *.WEBM *.MTS *.mts *.asf *.ASF *.wmv *.WMV *.webm *.WEBM "
-    "*.dat *.DAT *.voc *.VOC)";
-
-// The suffixes a row may have, compared exactly: "Mov" passes a dialog that
-// ignores case but not this gate.
-bool SuffixAccepted(const QString& suffix)
+// "Video (*.MOV *.mov ...)": the add dialog's filter.
+QString AddFilter()
 {
-    static const char* const accepted[] = {
-        "MOV", "mov", "Mp4", "MP4", "mp4", "m4v", "M4V", "3GP", "3gp", "MTS", "mts", "3G2", "3g2",
-        "F4V", "f4v", "asf", "ASF", "wmv", "WMV", "AVI", "avi", "divx", "DIVX", "FLV", "flv", "MPG",
-        "mpg", "MPEG", "mpeg", "MKV", "mkv", "WEBM", "webm", "DAT", "dat", "VOC", "voc"};
-    for (const char* s : accepted)
-        if (suffix == QLatin1String(s))
-            return true;
-    return false;
+    QStringList patterns;
+    for (const QString& suffix : VideoSuffixes())
+        patterns << QStringLiteral("*.") + suffix;
+    return QStringLiteral("Video (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
 // Widths of the visible columns 0, 1, 2, 7, 8 in design pixels, by language.
@@ -94,7 +85,7 @@ void VideoRepairWindow::SetUpFileList()
 void VideoRepairWindow::OnAddMOVFile()
 {
     const QStringList paths =
-        m_fileDialogs->getOpenFileNames(this, tr("Add File"), QString(), QLatin1String(kAddFilter));
+        m_fileDialogs->getOpenFileNames(this, tr("Add File"), QString(), AddFilter());
     if (paths.isEmpty())
         return;
 
@@ -122,7 +113,7 @@ void VideoRepairWindow::OnAddMOVFile()
             continue;
         }
         const QFileInfo info(path);
-        if (!SuffixAccepted(info.suffix()))
+        if (!IsVideoSuffix(info.suffix()))
             continue;
 
         auto* row = new QTreeWidgetItem(m_fileList);

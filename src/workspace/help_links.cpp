@@ -80,18 +80,11 @@ QString DefaultSupportLink()
 
 QString LicensePath()
 {
-    const QString own = LinkLanguageKey(g_languageType);
-    QStringList names;
-    for (const QString& code : {own, QStringLiteral("EN")})
-        for (const char* suffix : {".pdf", ".txt"})
-            names << QStringLiteral("Eula_") + code + QLatin1String(suffix);
-    names.removeDuplicates();
     // Beside the program when it runs from the build; under share/ once installed.
-    for (const QString& folder : {g_programDir, g_programDir + QStringLiteral("/../share/reelwright")})
-        for (const QString& name : names) {
-            const QFileInfo file(folder + QLatin1Char('/') + name);
-            if (file.isFile())
-                return file.absoluteFilePath();
-        }
+    for (const QString& folder : {g_programDir, g_programDir + QStringLiteral("/../share/reelwright")}) {
+        const QFileInfo file(folder + QStringLiteral("/LICENSE"));
+        if (file.isFile())
+            return file.absoluteFilePath();
+    }
     return QString();
 }

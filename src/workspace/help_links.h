@@ -26,7 +26,6 @@ QString LinkFromStore(const QString& name, const QString& fallback);
 QString DefaultLearnMoreLink();
 QString DefaultSupportLink();
 
-// The end-user agreement for the current language: Eula_<XX>.pdf or .txt in
-// the application folder, else the English one, else the copy installed
-// under share/reelwright. Empty when none exists.
+// The licence (the GNU GPL, version 3): LICENSE in the application folder,
+// else the copy installed under share/reelwright. Empty when none exists.
 QString LicensePath();

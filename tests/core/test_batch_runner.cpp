@@ -1,13 +1,16 @@
 // reelwright-batch: usage errors, JSON lines and verdicts for bad input,
-// the work root, exit codes and Ctrl-C.
+// folders, jobs and where results go, the closing table, exit codes, Ctrl-C,
+// the help against the manual page, and GNU parallel over several runs.
 #include "support/test_videos.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QJsonArray>
 #include <QProcess>
 #include <QtTest>
 
 #include <csignal>
+#include <unistd.h>
 
 using namespace testvideo;
 
@@ -28,6 +31,9 @@ private Q_SLOTS:
         QTest::newRow("missing reference") << QStringList({"--reference", "/no/such/sample.mov", "a.mov"});
         QTest::newRow("reference without value") << QStringList({"a.mov", "--reference"});
         QTest::newRow("work root not a folder") << QStringList({"--work-root", "/no/such/dir", "a.mov"});
+        QTest::newRow("no jobs") << QStringList({"--jobs", "0", "a.mov"});
+        QTest::newRow("jobs not a number") << QStringList({"--jobs", "2x", "a.mov"});
+        QTest::newRow("jobs without value") << QStringList({"a.mov", "--jobs"});
     }
     void usageErrors()
     {
@@ -38,10 +44,73 @@ private Q_SLOTS:
         QVERIFY(r.stderrText.startsWith("reelwright-batch: "));
     }
 
-    // Missing, unreadable, empty and tiny files, a folder, names with blanks and
+    // Folders that can't be run are refused before anything is written.
+    void folderErrors()
+    {
+        const QString videos = m_dir + QStringLiteral("/videos");
+        QDir().mkpath(videos + QStringLiteral("/empty/Repaired"));
+        QDir().mkpath(videos + QStringLiteral("/deep"));
+        writeAll(videos + QStringLiteral("/deep/a.avi"), QByteArray(4096, '\0'));
+        writeAll(videos + QStringLiteral("/empty/Repaired/old.avi"), QByteArray(10, '\0'));   // results aren't inputs
+        writeAll(videos + QStringLiteral("/empty/notes.txt"), "x");
+        QFile::link(videos, videos + QStringLiteral("/deep/loop"));
+        QList<QStringList> cases = {{videos + QStringLiteral("/empty")},
+                                    {videos},                                   // the link loop
+                                    {videos + QStringLiteral("/deep/a.avi"), videos + QStringLiteral("/deep/../deep/a.avi")}};
+        if (geteuid() != 0) {   // root reads every folder
+            QDir().mkpath(m_dir + QStringLiteral("/closed"));
+            QFile::setPermissions(m_dir + QStringLiteral("/closed"), QFileDevice::WriteOwner);
+            cases.append({m_dir + QStringLiteral("/closed")});
+        }
+        const auto listing = [&] {
+            QStringList all;
+            QDirIterator it(m_dir, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+            while (it.hasNext())
+                all << it.next();
+            all.sort();
+            return all;
+        };
+        const QStringList before = listing();
+        for (const QStringList& args : cases) {
+            const BatchResult r = runBatch(args);
+            QCOMPARE(r.exitCode, 2);
+            QVERIFY(r.lines.isEmpty());
+            QVERIFY2(r.stderrText.startsWith("reelwright-batch: "), r.stderrText.constData());
+        }
+        QCOMPARE(listing(), before);
+        QFile::setPermissions(m_dir + QStringLiteral("/closed"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+
+    // --help names the options of the manual page; --version and the page
+    // carry the program's version.
+    void helpAndVersionMatchTheManualPage()
+    {
+        QByteArray help, version;
+        QCOMPARE(run(binDir() + QStringLiteral("/reelwright-batch"), {QStringLiteral("--help")}, &help), 0);
+        QCOMPARE(run(binDir() + QStringLiteral("/reelwright-batch"), {QStringLiteral("--version")}, &version), 0);
+        QCOMPARE(version, QByteArray("reelwright-batch " REELWRIGHT_VERSION "\n"));
+        const QString manual = QString::fromUtf8(readAll(binDir() + QStringLiteral("/../man/reelwright-batch.1")))
+                                   .remove(QRegularExpression(QStringLiteral("\\\\f[BIRP]")))
+                                   .remove(QLatin1Char('\\'));
+        QVERIFY(manual.contains(QStringLiteral(REELWRIGHT_VERSION)));
+        const QString section = manual.section(QStringLiteral(".SH OPTIONS"), 1).section(QStringLiteral(".SH"), 0, 0);
+        const auto options = [](const QString& text) {
+            QStringList found;
+            QRegularExpressionMatchIterator it = QRegularExpression(QStringLiteral("(?<![a-z-])--[a-z-]+")).globalMatch(text);
+            while (it.hasNext())
+                found << it.next().captured();
+            found.removeDuplicates();
+            found.sort();
+            return found;
+        };
+        QCOMPARE(options(section), options(QString::fromUtf8(help)));
+        QCOMPARE(options(section).size(), 6);
+    }
+
+    // Missing, unreadable, empty and tiny files, names with blanks and
     // non-ASCII letters, zeros under every suffix: each gets negative verdicts
-    // of its route's kind, in order; nothing is written beside
-    // Repaired, and the inputs stay as they were. Only lower-case suffixes
+    // of its route's kind, in the order of the files although two jobs run at
+    // once; nothing at all is written, and the inputs stay as they were. Only lower-case suffixes
     // of the byte-scan routes go to WriteAVIFileStatus ("a.Avi" doesn't).
     void verdictLinesForBadInput()
     {
@@ -52,8 +121,7 @@ private Q_SLOTS:
         for (const char* name : {"a.MOV", "a.Mts", "a.Avi", "a.avi", "a.divx", "a.mkv", "a.webm", "a.MPG", "a.wmv", "a.flv"})
             made.append({QString::fromLatin1(name), QByteArray(4096, '\0')});
         const QStringList aviRoute = {"a.avi", "a.divx", "a.mkv", "a.webm", "a.MPG"};
-        QStringList files = {m_dir + QStringLiteral("/missing.mov"), m_dir + QStringLiteral("/folder.mov")}, hashes;
-        QDir().mkpath(files.last());
+        QStringList files = {m_dir + QStringLiteral("/missing.mov")}, hashes;
         for (const auto& m : made) {
             files << m_dir + QLatin1Char('/') + m.first;
             writeAll(files.last(), m.second);
@@ -61,65 +129,132 @@ private Q_SLOTS:
         }
         const QString unreadable = m_dir + QStringLiteral("/unreadable.mov");
         QFile::setPermissions(unreadable, QFileDevice::WriteOwner);   // not for root
-        const BatchResult r = runBatch(files);
+        const BatchResult r = runBatch(QStringList{"--jobs", "2"} + files);
         QFile::setPermissions(unreadable, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         QCOMPARE(r.exitCode, 0);
         // The files answered in order; a wmv without headers is answered twice.
-        QStringList answered, names;
+        QStringList answered;
         for (const QJsonObject& v : r.verdicts()) {
             const QString name = v.value("file").toString();
-            if (answered.isEmpty() || answered.last() != name)
-                answered << name;
+            QCOMPARE(QFileInfo(v.value("path").toString()).fileName(), name);
+            if (answered.isEmpty() || answered.last() != v.value("path").toString())
+                answered << v.value("path").toString();
             const bool avi = aviRoute.contains(name);
             QCOMPARE(v.value("signal").toString(), QString::fromLatin1(avi ? "WriteAVIFileStatus" : "WriteStatus"));
             QCOMPARE(v.value("repaired").toBool(true), false);
             QCOMPARE(v.contains("defaultCodec"), !avi);
             QCOMPARE(v.value("defaultCodec").toBool(), false);
         }
-        for (const QString& f : files)
-            names << QFileInfo(f).fileName();
-        QCOMPARE(answered, names);
+        QCOMPARE(answered, files);
         QCOMPARE(r.end().value("result").toString(), QStringLiteral("finished"));
         QCOMPARE(r.end().value("outputs").toArray(), QJsonArray());
         QCOMPARE(r.lines.last(), r.end());
         QVERIFY(r.stderrText.contains("broken clip.mov"));   // progress line
         for (int i = 0; i < made.size(); ++i)
             QCOMPARE(sha256(m_dir + QLatin1Char('/') + made[i].first), hashes[i]);
-        QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), made.size() + 3);
+        QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), made.size());
     }
 
-    void quietAndWorkRoot()
+    // A folder tree with the same clip name in two folders, a bad file, a
+    // file that isn't a video and an earlier result: beside each file, then
+    // under a work root where the two names must not meet.
+    void foldersAndWhereResultsGo()
     {
-        const QString a = m_dir + QStringLiteral("/x.mp4");
-        writeAll(a, QByteArray(100, '\x01'));
+        const QString clip = h264Aac(QStringLiteral("mp4"));
+        QVERIFY(!clip.isEmpty());
+        const QString videos = m_dir + QStringLiteral("/videos");
+        for (const char* sub : {"/a", "/b/Repaired"})
+            QDir().mkpath(videos + QLatin1String(sub));
+        const QStringList inputs = {videos + "/a/clip.mp4", videos + "/b/bad.avi", videos + "/b/clip.mp4"};
+        QFile::copy(clip, inputs[0]);
+        QFile::copy(clip, inputs[2]);
+        writeAll(inputs[1], QByteArray(4096, '\0'));
+        writeAll(videos + "/b/notes.txt", "not a video");
+        writeAll(videos + "/b/Repaired/old.mp4", "an earlier result");
+
+        BatchResult r = runBatch({QStringLiteral("--jobs"), QStringLiteral("3"), videos});
+        QCOMPARE(r.exitCode, 0);
+        QStringList paths;
+        for (const QJsonObject& v : r.verdicts())
+            paths << v.value("path").toString();
+        QCOMPARE(paths, inputs);
+        QCOMPARE(r.verdicts()[0].value("videoFrames").toInt(), 100);
+        const QStringList beside = {videos + "/a/Repaired/clip.mp4", videos + "/b/Repaired/clip.mp4"};
+        QCOMPARE(r.end().value("outputs").toVariant().toStringList(), beside);
+        QCOMPARE(decodedVideoFrames(beside[1]), 100);
+        QCOMPARE(readAll(videos + "/a/.hidden"), QByteArray("Repaired\n"));
+        // The closing table: a row per file with its verdict, figures and result.
+        QList<QByteArray> table = r.stderrText.trimmed().split('\n');
+        table = table.mid(table.size() - 4);
+        QVERIFY2(table[0].startsWith("file "), r.stderrText.constData());
+        QVERIFY(table[1].contains("/a/clip.mp4") && table[1].contains(" repaired ") && table[1].contains(" 100 ")
+                && table[1].endsWith("/a/Repaired/clip.mp4"));
+        QVERIFY(table[2].contains("bad.avi") && table[2].contains("not repaired") && table[2].endsWith(" -"));
+
         const QString root = m_dir + QStringLiteral("/work");
         QDir().mkpath(root);
-        const BatchResult r = runBatch({QStringLiteral("--quiet"), QStringLiteral("--work-root"), root, a});
+        r = runBatch({QStringLiteral("--quiet"), QStringLiteral("--work-root"), root, inputs[2], inputs[0]});
         QCOMPARE(r.exitCode, 0);
         QVERIFY(r.stderrText.isEmpty());
-        QVERIFY(QFileInfo(root + QStringLiteral("/Repaired/logFile.txt")).isFile());
-        QVERIFY(!QFileInfo(root + QStringLiteral("/.hidden")).exists());
-        QVERIFY(!QFileInfo(m_dir + QStringLiteral("/Repaired")).exists());
-        QVERIFY(!QFileInfo(m_dir + QStringLiteral("/.hidden")).exists());
+        QCOMPARE(r.end().value("outputs").toVariant().toStringList(),
+                 QStringList({root + "/Repaired/b/clip.mp4", root + "/Repaired/a/clip.mp4"}));
+        QCOMPARE(QDir(root).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList("Repaired"));
+        QCOMPARE(sha256(inputs[0]), sha256(clip));
     }
 
+    // A stop reaches every job: none leaves its scratch or a partial result.
+    void interruptAbortsTheRun_data()
+    {
+        QTest::addColumn<int>("signalNumber");
+        QTest::newRow("Ctrl-C") << int(SIGINT);
+        QTest::newRow("SIGTERM") << int(SIGTERM);
+    }
     void interruptAbortsTheRun()
     {
-        // A large sparse MPEG file keeps the driver's packet search busy.
-        const QString big = m_dir + QStringLiteral("/big.mpg");
-        QFile f(big);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        QVERIFY(f.resize(qint64(64) << 30));
-        f.close();
+        QFETCH(int, signalNumber);
+        // Large sparse MPEG files keep the driver's packet search busy.
+        QStringList args{QStringLiteral("--quiet"), QStringLiteral("--jobs"), QStringLiteral("2")};
+        for (const char* name : {"/big1.mpg", "/big2.mpg", "/big3.mpg"}) {
+            QFile f(m_dir + QLatin1String(name));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            QVERIFY(f.resize(qint64(64) << 30));
+            args << f.fileName();
+        }
         QProcess p;
-        p.start(binDir() + QStringLiteral("/reelwright-batch"), {QStringLiteral("--quiet"), big});
+        p.start(binDir() + QStringLiteral("/reelwright-batch"), args);
         QVERIFY(p.waitForStarted());
         QTest::qWait(1500);
-        ::kill(pid_t(p.processId()), SIGINT);
+        ::kill(pid_t(p.processId()), signalNumber);
         QVERIFY(p.waitForFinished(60000));
         QCOMPARE(p.exitCode(), 1);
         const QList<QByteArray> lines = p.readAllStandardOutput().trimmed().split('\n');
+        QCOMPARE(lines.size(), 1);
         QVERIFY(lines.last().contains("\"result\":\"aborted\""));
+        QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({"big1.mpg", "big2.mpg", "big3.mpg"}));
+    }
+
+    // Runs spread by GNU parallel (here two local jobs instead of hosts)
+    // concatenate into one report: each run's verdict, then its end line.
+    void parallelRunsMakeOneReport()
+    {
+        if (run(QStringLiteral("parallel"), {QStringLiteral("--version")}) != 0)
+            QSKIP("GNU parallel isn't installed");
+        QStringList files;
+        for (const char* name : {"/one.avi", "/two.mkv"}) {
+            files << m_dir + QLatin1String(name);
+            writeAll(files.last(), QByteArray(4096, '\0'));
+        }
+        QByteArray out;
+        QCOMPARE(run(QStringLiteral("parallel"), QStringList{"--will-cite", "--keep-order", "-j2",
+                                                             binDir() + "/reelwright-batch", "--quiet", ":::"} + files,
+                     &out), 0);
+        QStringList events;
+        for (const QByteArray& line : out.trimmed().split('\n')) {
+            const QJsonObject o = QJsonDocument::fromJson(line).object();
+            events << o.value("event").toString() + QLatin1Char(' ') + QFileInfo(o.value("path").toString()).fileName();
+        }
+        QCOMPARE(events, QStringList({"verdict one.avi", "end ", "verdict two.mkv", "end "}));
     }
 };
 

@@ -290,16 +290,21 @@ private Q_SLOTS:
         g_languageType = 0;
         advanced.onlearnmorelinkclicked();
 
-        writeAll(m_dir + QStringLiteral("/Eula_EN.txt"), "terms");
-        g_languageType = 1;
+        // The licence beside the program (as the build puts it), else the installed copy.
+        const QString installed = m_dir + QStringLiteral("/share/reelwright/LICENSE");
+        QDir().mkpath(QFileInfo(installed).path());
+        writeAll(installed, "GNU GENERAL PUBLIC LICENSE");
+        g_programDir = m_dir + QStringLiteral("/bin");
+        QDir().mkpath(g_programDir);
         about->OpenLicense();
-        writeAll(m_dir + QStringLiteral("/Eula_DE.pdf"), "Bedingungen");
+        writeAll(g_programDir + QStringLiteral("/LICENSE"), "GNU GENERAL PUBLIC LICENSE");
         about->OpenLicense();
+        g_programDir = m_dir;
         QCOMPARE(g_openedUrls,
                  (QStringList{"https://www.corvanelabs.com/support/", "https://example.org/de/hilfe",
                               "https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair",
-                              QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_EN.txt")).toString(),
-                              QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_DE.pdf")).toString()}));
+                              QUrl::fromLocalFile(installed).toString(),
+                              QUrl::fromLocalFile(m_dir + QStringLiteral("/bin/LICENSE")).toString()}));
     }
 
     // Four entries with separators between them; each starts its sibling from
