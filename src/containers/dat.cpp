@@ -1,8 +1,12 @@
 // DAT files (video CD tracks and the like) get no repair of their own: the
 // external muxer reads the whole file and encodes it anew into a QuickTime
-// file, libx264 video and AAC sound.
+// file, libx264 video and AAC sound. It takes the file through a pipe that the
+// engine's reader fills, so that a bad sector reaches it as zeros (and is
+// counted) instead of as a read error that ends its input.
 #include "containers/output_checks.h"
+#include "core/byte_reader.h"
 #include "core/muxer.h"
+#include "core/pipe_feeder.h"
 #include "core/thread_video_repair.h"
 
 #include <QDebug>
@@ -10,6 +14,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <thread>
 
 namespace {
 
@@ -49,10 +54,28 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
     // A file left by an earlier run (or by a.dat before a.old.dat) must neither
     // count as this run's result nor make the muxer stop at its overwrite question.
     QFile::remove(outPath);
-    RunMuxer(MuxerPrefix() + QStringLiteral(" -i \"") + path
-                 + QStringLiteral("\" -c:v libx264 -c:a aac -strict experimental \"") + outName
-                 + QLatin1Char('"'),
-             workDir);
+    const auto command = [&](const QString& input) {
+        return MuxerPrefix() + QStringLiteral(" -i \"") + input
+             + QStringLiteral("\" -c:v libx264 -c:a aac -strict experimental \"") + outName + QLatin1Char('"');
+    };
+    PipeFeeder feed;
+    if (m_file && feed.start(workDir + QStringLiteral("/.input-") + info.fileName())) {
+        std::thread muxer([&] {
+            RunMuxer(command(feed.path()), workDir);
+            feed.readerGone();
+        });
+        constexpr size_t kPiece = 1u << 20;
+        for (uint64_t pos = 0; pos < m_fileSize && !feed.failed() && !g_stopRequested; pos += kPiece) {
+            const size_t n = size_t(std::min<uint64_t>(kPiece, m_fileSize - pos));
+            feed.push(m_file->view(pos, n), n);
+            Q_EMIT setProgressvalue(half + ulong(double(half) * double(pos) / double(m_fileSize)));
+        }
+        feed.finish();
+        muxer.join();
+        feed.stop();
+    } else {
+        RunMuxer(command(path), workDir);
+    }
     g_muxerBusy = false;
 
     // The muxer's exit code is not read: what counts is a non-empty output. A

@@ -54,7 +54,7 @@ private Q_SLOTS:
         const QJsonArray outputs = r.end().value("outputs").toArray();
         QCOMPARE(outputs.size(), 1);
         const int original = decodedVideoFrames(clip), kept = decodedVideoFrames(outputs.first().toString());
-        QVERIFY2(kept * 10 >= original * 7, qPrintable(QStringLiteral("%1 of %2 frames").arg(kept).arg(original)));
+        QVERIFY2(kept * 10 >= original * 6, qPrintable(QStringLiteral("%1 of %2 frames").arg(kept).arg(original)));
         QCOMPARE(sha256(input), hash);
         QDir(dir).removeRecursively();
     }
