@@ -36,8 +36,8 @@ for f in sowt/sowt.mov twos/twos.mov hevc-lpcm/hevc_lpcm.mov; do
   done
 done
 # Raw AAC frames behind a byte that picks the configuration (see fuzz_aac_syntax.cpp).
-ff -f lavfi -i "anoisesrc=sample_rate=48000:duration=0.3" -ac 2 -c:a aac -f data "$out/aac/s48.raw"
-ff -f lavfi -i "sine=sample_rate=16000:duration=0.5" -c:a aac -f data "$out/aac/m16.raw"
+ff -f lavfi -i "anoisesrc=sample_rate=48000:duration=0.3" -map 0:a -ac 2 -c:a aac -f data "$out/aac/s48.raw"
+ff -f lavfi -i "sine=sample_rate=16000:duration=0.5" -map 0:a -c:a aac -f data "$out/aac/m16.raw"
 { printf '\x01'; head -c 4000 "$out/aac/s48.raw"; } > "$out/aac/stereo"
 { printf '\x00'; head -c 4000 "$out/aac/m16.raw"; } > "$out/aac/mono"
 rm "$out"/aac/*.raw
