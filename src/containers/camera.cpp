@@ -21,7 +21,7 @@ void ThreadVideoRepair::RemuxCameraFile(const QString& path)
     g_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
-    const QString workDir = g_workRoot + QStringLiteral("/Repaired");
+    const QString workDir = m_workDir;
     QDir().mkpath(workDir);
     Q_EMIT setProgressvalue(half);
 

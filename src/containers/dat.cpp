@@ -40,7 +40,7 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
     g_remuxRan = true;
     g_muxerBusy = true;
     const QString outName = DatOutputName(info.fileName());
-    const QString workDir = g_workRoot + QStringLiteral("/Repaired");
+    const QString workDir = m_workDir;
     const QString outPath = workDir + QLatin1Char('/') + outName;
     QDir().mkpath(workDir);
     Q_EMIT setProgressvalue(half);

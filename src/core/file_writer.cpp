@@ -1,7 +1,9 @@
 #include "core/file_writer.h"
 
 #include <QDebug>
+#include <QFileInfo>
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -14,6 +16,8 @@ constexpr size_t kBufferLimit = 1u << 20;
 // the system call and the flush it needs.
 constexpr uint64_t kKernelCopyFrom = 32 * 1024;
 
+std::atomic<unsigned> g_outOfSpace{0};
+
 bool writeAll(int fd, const uint8_t* p, size_t n, int64_t at)
 {
     while (n > 0) {
@@ -21,6 +25,8 @@ bool writeAll(int fd, const uint8_t* p, size_t n, int64_t at)
         if (w < 0) {
             if (errno == EINTR)
                 continue;
+            if (errno == ENOSPC || errno == EDQUOT)
+                ++g_outOfSpace;
             return false;
         }
         p += w;
@@ -30,6 +36,27 @@ bool writeAll(int fd, const uint8_t* p, size_t n, int64_t at)
     }
     return true;
 }
+}
+
+QString PartialPath(const QString& path)
+{
+    const QFileInfo f(path);
+    return f.path() + QStringLiteral("/.partial-") + f.fileName();
+}
+
+bool IsPartialName(const QString& fileName)
+{
+    return fileName.startsWith(QLatin1String(".partial-"));
+}
+
+unsigned FileWriter::outOfSpaceFailures()
+{
+    return g_outOfSpace;
+}
+
+void FileWriter::noteOutOfSpace()
+{
+    ++g_outOfSpace;
 }
 
 FileWriter::~FileWriter()
@@ -48,7 +75,8 @@ bool FileWriter::open(const QString& path)
     m_kernelCopyFails = false;
     m_buf.clear();
     m_boxes.clear();
-    m_fd = ::open(path.toUtf8().constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    m_partialPath = PartialPath(path);
+    m_fd = ::open(m_partialPath.toUtf8().constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     return m_fd >= 0;
 }
 
@@ -63,6 +91,11 @@ bool FileWriter::close()
     if (::close(m_fd) != 0)
         m_failed = true;
     m_fd = -1;
+    const QByteArray partial = m_partialPath.toUtf8();
+    if (!m_failed && ::rename(partial.constData(), m_path.toUtf8().constData()) != 0)
+        m_failed = true;
+    if (m_failed)
+        ::unlink(partial.constData());
     return !m_failed;
 }
 

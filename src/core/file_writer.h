@@ -6,6 +6,11 @@
 // later (patchBe32 and friends work whether the bytes are still buffered or
 // already on disk). QuickTime atoms use beginBox/endBox, which choose the size
 // width when the box opens. Any write error is sticky and reported by close().
+//
+// The bytes go to a partial file beside the target (PartialPath) that close()
+// renames to the target once everything is written: a run that is killed, or
+// a disk that fills up, never leaves a file that looks like a result. A
+// writer that failed removes its partial file and leaves the target as it was.
 #include "core/byte_reader.h"
 
 #include <QByteArray>
@@ -14,6 +19,12 @@
 #include <functional>
 #include <vector>
 
+// Where the bytes of path go until they are complete: ".partial-" and the
+// name, in the same folder (so that the final rename stays on one file
+// system and the suffix still names the format).
+QString PartialPath(const QString& path);
+bool IsPartialName(const QString& fileName);
+
 class FileWriter {
 public:
     FileWriter() = default;
@@ -21,11 +32,19 @@ public:
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
 
-    // Creates (or truncates) the file. False when it can't be created.
+    // Creates (or truncates) the partial file of path. False when it can't
+    // be created.
     bool open(const QString& path);
     bool isOpen() const { return m_fd >= 0; }
-    // Flushes and closes; false when any write failed.
+    // Flushes, closes and renames the partial file to the path; false (and
+    // nothing at the path but what was there before) when any write failed.
     bool close();
+    // Writes that failed because the disk (or quota) was full, in this
+    // process so far: a driver compares the count around a file's repair to
+    // tell a full disk from damage.
+    static unsigned outOfSpaceFailures();
+    // Counts a full disk met elsewhere (the muxer's output).
+    static void noteOutOfSpace();
     bool failed() const { return m_failed; }
     uint64_t pos() const { return m_flushed + m_buf.size(); }
     uint64_t flushedBytes() const { return m_flushed; }
@@ -82,6 +101,7 @@ private:
 
     int m_fd = -1;
     QString m_path;
+    QString m_partialPath;
     std::vector<uint8_t> m_buf;
     uint64_t m_flushed = 0;
     bool m_failed = false;

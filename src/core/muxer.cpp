@@ -1,11 +1,15 @@
 #include "core/muxer.h"
 
+#include "core/file_writer.h"
 #include "core/repair_globals.h"
 
 #include <QDebug>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QStorageInfo>
 
 #include <atomic>
 
@@ -54,6 +58,19 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
     // Cleared before the start, not after it, so that a stop asked for while
     // the program is still starting isn't lost.
     g_stopMuxer = false;
+    // The muxer's output (its last argument, a file name) is written under its
+    // partial name and renamed when the muxer has ended by itself: a run that
+    // is stopped or killed leaves no file that looks like a result.
+    QString output, partial;
+    if (QFileInfo(program).fileName() == QLatin1String("ffmpeg") && !args.isEmpty()
+        && !args.last().startsWith(QLatin1Char('-')) && !args.last().contains(QLatin1Char(':'))
+        && QFileInfo(args.last()).fileName().contains(QLatin1Char('.'))) {
+        output = QDir(workDir).absoluteFilePath(args.last());
+        partial = PartialPath(output);
+        QFile::remove(partial);
+        const QString given = QFileInfo(args.last()).fileName();
+        args.last().replace(args.last().size() - given.size(), given.size(), QFileInfo(partial).fileName());
+    }
     QProcess process;
     process.setWorkingDirectory(workDir);
     process.setProcessChannelMode(QProcess::MergedChannels);
@@ -99,6 +116,19 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
     }
     result.finished = process.exitStatus() == QProcess::NormalExit && !timedOut;
     result.exitCode = process.exitCode();
+    if (!output.isEmpty() && QFileInfo::exists(partial)) {
+        // A muxer that failed on a full disk leaves a cut file: it goes.
+        const QStorageInfo disk(QFileInfo(partial).absolutePath());
+        const bool full = result.exitCode != 0 && disk.bytesAvailable() < (1 << 20);
+        if (full)
+            FileWriter::noteOutOfSpace();
+        if (result.finished && stopWaited < 0 && !full) {
+            QFile::remove(output);
+            QFile::rename(partial, output);
+        } else {
+            QFile::remove(partial);
+        }
+    }
     return result;
 }
 

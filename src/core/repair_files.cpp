@@ -2,6 +2,8 @@
 #include "core/thread_video_repair.h"
 
 #include "core/code_search.h"
+#include "core/file_writer.h"
+#include "core/output_folder.h"
 #include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
 
@@ -33,11 +35,6 @@ Route RouteForSuffix(const QString& suffix)
             if (s && suffix == QLatin1String(s))
                 return row.route;
     return Route::QuickTime;
-}
-
-bool CreateRepairedFolder(const QString& root)
-{
-    return QDir(root).mkpath(QStringLiteral("Repaired"));
 }
 
 // The codec-syntax output at syntaxPath against what the pattern passes left
@@ -100,18 +97,24 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         const QString path = files.at(i);
         const QFileInfo info(path);
 
-        // Work root: the user's folder, else beside the file (hidden there).
-        if (!g_customWorkRoot.isEmpty() && QFileInfo(g_customWorkRoot).isDir()) {
-            g_workRoot = g_customWorkRoot;
-            CreateRepairedFolder(g_workRoot);
-        } else {
+        // Results go to Repaired in the user's folder, else beside the file
+        // (hidden there); a folder that can't be written gives way to one of
+        // the user's own (see ChooseOutputFolder).
+        const bool custom = !g_customWorkRoot.isEmpty() && QFileInfo(g_customWorkRoot).isDir();
+        if (!custom)
             m_srcPath = path;
-            g_workRoot = info.absolutePath();
-            if (CreateRepairedFolder(g_workRoot))
-                SetHiddenInFolder(g_workRoot, QStringLiteral("Repaired"), true);
-        }
+        const OutputFolder folder = ChooseOutputFolder(info.absolutePath(), custom ? g_customWorkRoot : QString());
+        m_workDir = folder.dir.isEmpty() ? (custom ? g_customWorkRoot : info.absolutePath()) + QStringLiteral("/Repaired")
+                                         : folder.dir;
+        g_workRoot = QFileInfo(m_workDir).path();
+        if (!custom && !folder.fallback && !folder.dir.isEmpty())
+            SetHiddenInFolder(g_workRoot, QStringLiteral("Repaired"), true);
+        if (folder.fallback)
+            qWarning().noquote() << QStringLiteral("%1 can't be written beside; its results go to %2")
+                                        .arg(info.fileName(), m_workDir);
+        if (!folder.dir.isEmpty())
+            RemoveStaleWork(m_workDir);
         m_file = OpenReadOnly(path);
-        m_workDir = g_workRoot + QStringLiteral("/Repaired");
         m_logPath = m_workDir + QStringLiteral("/logFile.txt");
         if (!g_referenceMode)
             referencePath.clear();
@@ -122,8 +125,20 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         if (suffix == QLatin1String("3gp") || suffix == QLatin1String("3g2"))
             g_is3gp = true;
         Q_EMIT WriteProcessingStatus(m_fileName);
+        // No room for the results: a verdict with the reason, and the next file.
+        const QString shortage = folder.dir.isEmpty() ? QStringLiteral("no folder can be written for the results")
+                                                      : SpaceShortage(m_workDir, m_fileSize);
+        if (!shortage.isEmpty()) {
+            Q_EMIT WriteStatus(false, false, m_fileName, false);
+            Q_EMIT VerdictReason(m_fileName, shortage);
+            m_file.reset();
+            Q_EMIT OverAllProgressValue(uint(i + 1), uint((i * 100 + 100) / count));
+            continue;
+        }
         if (!m_logHandle.open(m_logPath))
             qWarning() << "Can't create" << m_logPath;
+        const unsigned spaceFailures = FileWriter::outOfSpaceFailures();
+        const int resultsBefore = g_repairedPaths.size();
 
         switch (RouteForSuffix(suffix)) {
         case Route::QuickTime:
@@ -181,6 +196,13 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         m_logHandle.close();
         if (m_file && m_file->unreadableBytes())
             Q_EMIT ReadDamage(m_fileName, m_file->unreadableBytes());
+        // The disk filled up on the way: what this file left is not trusted.
+        if (FileWriter::outOfSpaceFailures() != spaceFailures) {
+            while (g_repairedPaths.size() > resultsBefore)
+                QFile::remove(g_repairedPaths.takeLast());
+            QFile::remove(m_workDir + QLatin1Char('/') + m_fileName);
+            Q_EMIT VerdictReason(m_fileName, SpaceMessage(m_workDir, m_fileSize));
+        }
         m_file.reset();
         m_refFile.reset();
         if (g_stopRequested)

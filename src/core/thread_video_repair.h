@@ -60,6 +60,9 @@ Q_SIGNALS:
     // as zeros; sent after the verdict, before the next file, when not 0
     // (again with a larger count when a later stage met more).
     void ReadDamage(QString fileName, qulonglong unreadableBytes);
+    // Why a file's verdict is negative where the file is not to blame (no
+    // room for its results), sent after the verdict, before the next file.
+    void VerdictReason(QString fileName, QString reason);
 
 protected:
     void run() override;

@@ -1,5 +1,7 @@
 #include "shell/batch_jobs.h"
 
+#include "core/output_folder.h"
+
 #include "core/repair_globals.h"
 #include "shell/platform_core.h"
 
@@ -175,7 +177,17 @@ private:
             return;
         }
         if (!QDir().mkpath(job.resultFolder) || !MoveInto(output, target)) {
-            std::fprintf(stderr, "reelwright-batch: can't write %s\n", qPrintable(target));
+            // A folder that can't be written (a read-only card) gives way to
+            // one in the user's data folder, named on stderr.
+            const OutputFolder other = ChooseOutputFolder(QFileInfo(job.file).absolutePath(), QString());
+            const QString moved = other.dir + QLatin1Char('/') + QFileInfo(output).fileName();
+            if (!other.fallback || !MoveInto(output, moved)) {
+                std::fprintf(stderr, "reelwright-batch: can't write %s\n", qPrintable(target));
+                return;
+            }
+            std::fprintf(stderr, "reelwright-batch: %s can't be written; the result is %s\n",
+                         qPrintable(job.resultFolder), qPrintable(moved));
+            job.outputs << moved;
             return;
         }
         if (m_run.besideFiles) {

@@ -2,7 +2,8 @@
 // window (see Usage() for the options).
 //
 // stdout carries one JSON object per line for each verdict and one at the end
-// (a verdict carries "unreadableBytes" when parts of the file could not be read);
+// (a verdict carries "unreadableBytes" when parts of the file could not be
+// read, and "reason" when it failed for want of room for its results);
 // stderr carries progress lines and a closing table unless --quiet. Each file
 // is repaired by a process of its own (batch_jobs.h); such a job process runs
 // the engine here, in RunOneJob.
@@ -198,6 +199,13 @@ static int RunOneJob(QCoreApplication& app, const QStringList& files, const QStr
                          if (pending.value("file").toString() == name
                              && double(bytes) > pending.value("unreadableBytes").toDouble())
                              pending.insert("unreadableBytes", double(bytes));
+                     }, queued);
+    QObject::connect(&repair, &ThreadVideoRepair::VerdictReason, &app,
+                     [&](QString name, QString reason) {
+                         if (pending.value("file").toString() == name) {
+                             pending.insert("repaired", false);
+                             pending.insert("reason", reason);
+                         }
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteProcessingStatus, &app,
                      [&](QString name) { flush(); progress.file(name); }, queued);

@@ -563,12 +563,13 @@ private Q_SLOTS:
         QVERIFY2(fetched < 4 * quint64(in.size()), qPrintable(QString("%1 bytes fetched for %2").arg(fetched).arg(in.size())));
     }
 
-    // The output names are links to a device that refuses every write.
+    // The outputs' partial files are links to a device that refuses every
+    // write (as a full disk does).
     void unwritableOutputIsAFailure()
     {
         if (!QFile::exists("/dev/full"))
             QSKIP("no /dev/full");
-        QVERIFY(QFile::link("/dev/full", m_dir + "/clip.wmv") && QFile::link("/dev/full", m_dir + "/clip.flv"));
+        QVERIFY(QFile::link("/dev/full", m_dir + "/.partial-clip.wmv") && QFile::link("/dev/full", m_dir + "/.partial-clip.flv"));
         QByteArray packets, flv = kFlvHeader;
         for (int i = 0; i < 2000; ++i)
             packets += packet(512, quint32(i), 'x');

@@ -320,12 +320,13 @@ private Q_SLOTS:
         const QString repaired = m_dir + "/Repaired";
         const auto args = [] { return QString::fromUtf8(readAll(g_appDir + "/args.txt")).split('\n', Qt::SkipEmptyParts); };
         ThreadVideoRepair t;
+        t.m_workDir = repaired;
 
         const QString dat = m_dir + "/my clip.v2.dat";
         QVERIFY(writeAll(dat, "data"));
         t.RepairDatFile(dat);
         QVERIFY(t.m_datDone);
-        QCOMPARE(args(), (QStringList{"-i", dat, "-c:v", "libx264", "-c:a", "aac", "-strict", "experimental", "my clip.mov"}));
+        QCOMPARE(args(), (QStringList{"-i", dat, "-c:v", "libx264", "-c:a", "aac", "-strict", "experimental", ".partial-my clip.mov"}));
         QCOMPARE(QString::fromUtf8(readAll(g_appDir + "/cwd.txt")).trimmed(), repaired);
         QCOMPARE(readAll(repaired + "/my clip.mov"), QByteArray("x"));
 
@@ -334,14 +335,14 @@ private Q_SLOTS:
         QVERIFY(writeAll(lead, "data"));
         t.RepairDatFile(lead);
         QVERIFY(t.m_datDone);
-        QCOMPARE(args().last(), QString("my clip.mov"));
+        QCOMPARE(args().last(), QString(".partial-my clip.mov"));
         QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov"}));
 
         const QString cam = imkhFile("cam 1.mp4");
         t.m_fileName = "cam 1.mp4";
         t.RemuxCameraFile(cam);
         QVERIFY(!g_passFailed);
-        QCOMPARE(args(), (QStringList{"-r", "25", "-i", cam, "-map", "0", "-c", "copy", "1_cam 1.mp4.mkv"}));
+        QCOMPARE(args(), (QStringList{"-r", "25", "-i", cam, "-map", "0", "-c", "copy", ".partial-1_cam 1.mp4.mkv"}));
         QCOMPARE(readAll(repaired + "/cam 1.mp4"), QByteArray("x"));
         QVERIFY(!QFile::exists(repaired + "/1_cam 1.mp4.mkv"));
         QCOMPARE(g_repairedPaths.last(), repaired + "/cam 1.mp4");

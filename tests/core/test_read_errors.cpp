@@ -1,14 +1,31 @@
-// A file on a failing card: reads of 64 KiB in the middle of it fail with EIO
-// (a preloaded stand-in for the disk). Every route still repairs the file,
-// keeps the pictures outside the bad range and counts the unreadable bytes
-// in its verdict; the input is untouched.
+// Damaged places. A file on a failing card: reads of 64 KiB in the middle of
+// it fail with EIO (a preloaded stand-in for the disk); every route still
+// repairs the file, keeps the pictures outside the bad range and counts the
+// unreadable bytes in its verdict. A file on a read-only card: the results go
+// to the user's data folder. A full disk: a verdict with the reason, nothing
+// half-written left, and the next file goes on. Inputs stay untouched.
+#include "core/file_writer.h"
 #include "support/test_videos.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QtTest>
+#include <sys/mount.h>
 
 using namespace testvideo;
+
+namespace {
+// A tmpfs of size bytes at dir (made by the test, which runs as root);
+// false where mounting is refused.
+bool mountTmpfs(const QString& dir, qint64 size, bool readOnly = false)
+{
+    QDir().mkpath(dir);
+    const QByteArray options = "size=" + QByteArray::number(size);
+    return ::mount("tmpfs", QFile::encodeName(dir).constData(), "tmpfs", readOnly ? MS_RDONLY : 0,
+                   options.constData()) == 0;
+}
+} // namespace
 
 class TestReadErrors : public QObject {
     Q_OBJECT
@@ -56,6 +73,81 @@ private Q_SLOTS:
         const int original = decodedVideoFrames(clip), kept = decodedVideoFrames(outputs.first().toString());
         QVERIFY2(kept * 10 >= original * 6, qPrintable(QStringLiteral("%1 of %2 frames").arg(kept).arg(original)));
         QCOMPARE(sha256(input), hash);
+        QDir(dir).removeRecursively();
+    }
+
+    // The card is read-only: the results go to XDG_DATA_HOME/Reelwright/
+    // Repaired/<card folder>, which the outputs line names.
+    void readOnlySource()
+    {
+        const QString dir = freshDir(QStringLiteral("ro")), card = dir + QStringLiteral("/card");
+        const QString clip = make("eio.avi", lavfiVideo(6) + lavfiAudio(6, 44100) + QStringList{"-c:v", "mpeg4", "-c:a", "libmp3lame"});
+        if (!mountTmpfs(card, 8 << 20))
+            QSKIP("mounting a tmpfs is refused here");
+        QFile::copy(clip, card + QStringLiteral("/clip.avi"));
+        const bool remounted = ::mount("tmpfs", QFile::encodeName(card).constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+        qputenv("XDG_DATA_HOME", (dir + QStringLiteral("/data")).toUtf8());
+        const BatchResult r = runBatch({QStringLiteral("--quiet"), card + QStringLiteral("/clip.avi")});
+        qunsetenv("XDG_DATA_HOME");
+        ::umount(QFile::encodeName(card).constData());
+        QVERIFY(remounted);
+        QCOMPARE(r.verdicts().size(), 1);
+        QVERIFY(r.verdicts().first().value("repaired").toBool());
+        const QString expected = dir + QStringLiteral("/data/Reelwright/Repaired/card/clip.avi");
+        QCOMPARE(r.end().value("outputs").toArray().first().toString(), expected);
+        QVERIFY(decodedVideoFrames(expected) > 100);
+        QDir(dir).removeRecursively();
+    }
+
+    // A work folder too small for the first file's results: a negative verdict
+    // with the reason; the smaller second file is repaired; nothing else is
+    // left there.
+    void fullDisk()
+    {
+        const QString dir = freshDir(QStringLiteral("full")), disk = dir + QStringLiteral("/disk");
+        const QString big = make("full_big.mkv", lavfiVideo(8, QStringLiteral("640x480")) + QStringList{"-c:v", "mpeg4", "-q:v", "2"});
+        const QString small = make("eio.flv", lavfiVideo(6) + lavfiAudio(6, 44100) + QStringList{"-c:v", "flv1", "-c:a", "libmp3lame"});
+        const qint64 bigSize = QFileInfo(big).size();
+        QVERIFY(bigSize > 4 * QFileInfo(small).size());
+        if (!mountTmpfs(disk, bigSize / 2))
+            QSKIP("mounting a tmpfs is refused here");
+        QFile::copy(big, dir + QStringLiteral("/big.mkv"));
+        QFile::copy(small, dir + QStringLiteral("/small.flv"));
+        const BatchResult r = runBatch({QStringLiteral("--quiet"), QStringLiteral("--jobs"), QStringLiteral("1"),
+                                        QStringLiteral("--work-root"), disk, dir + QStringLiteral("/big.mkv"),
+                                        dir + QStringLiteral("/small.flv")});
+        const QStringList left = QDir(disk + QStringLiteral("/Repaired")).entryList(QDir::Files | QDir::Hidden);
+        ::umount(QFile::encodeName(disk).constData());
+        QCOMPARE(r.verdicts().size(), 2);
+        const QJsonObject first = r.verdicts().first();
+        QVERIFY(!first.value("repaired").toBool());
+        QVERIFY2(first.value("reason").toString().startsWith(QStringLiteral("not enough space in ") + disk),
+                 qPrintable(first.value("reason").toString()));
+        QVERIFY(r.verdicts().last().value("repaired").toBool());
+        QCOMPARE(left, QStringList(QStringLiteral("small.flv")));
+        QDir(dir).removeRecursively();
+    }
+
+    // A disk that fills up while a file is written: the writer fails, leaves
+    // neither the file nor its partial one (an older file of that name stays),
+    // and the failure counts as a full disk.
+    void writerOnAFullDisk()
+    {
+        const QString dir = freshDir(QStringLiteral("enospc")), disk = dir + QStringLiteral("/disk");
+        if (!mountTmpfs(disk, 256 << 10))
+            QSKIP("mounting a tmpfs is refused here");
+        const QString path = disk + QStringLiteral("/out.mov");
+        writeAll(path, "older");
+        const unsigned before = FileWriter::outOfSpaceFailures();
+        FileWriter w;
+        QVERIFY(w.open(path));
+        w.write(QByteArray(1 << 20, 'x'));
+        const bool closed = w.close();
+        const QStringList left = QDir(disk).entryList(QDir::Files | QDir::Hidden);
+        ::umount(QFile::encodeName(disk).constData());
+        QVERIFY(!closed);
+        QCOMPARE(left, QStringList(QStringLiteral("out.mov")));
+        QVERIFY(FileWriter::outOfSpaceFailures() > before);
         QDir(dir).removeRecursively();
     }
 };

@@ -320,10 +320,10 @@ private Q_SLOTS:
         QVERIFY(!t.m_isSowt);
         const QString f = m_dir + QStringLiteral("/out.mov");
         const QList<QStringList> all = {
-            {"-i", f, "-c:v", "copy", "-an", "output_video.mov"},
-            {"-i", f, "-vn", "-c:a", "copy", "output_audio.mov"},
-            {"-i", m_dir + "/output_video.mov", "-filter:v", "setpts=PTS/2", "-c:a", "copy", "-preset", "ultrafast", "ModifiedFile.mov"},
-            {"-i", m_dir + "/ModifiedFile.mov", "-i", m_dir + "/output_audio.mov", "-c", "copy", "out.mov"}};
+            {"-i", f, "-c:v", "copy", "-an", ".partial-output_video.mov"},
+            {"-i", f, "-vn", "-c:a", "copy", ".partial-output_audio.mov"},
+            {"-i", m_dir + "/output_video.mov", "-filter:v", "setpts=PTS/2", "-c:a", "copy", "-preset", "ultrafast", ".partial-ModifiedFile.mov"},
+            {"-i", m_dir + "/ModifiedFile.mov", "-i", m_dir + "/output_audio.mov", "-c", "copy", ".partial-out.mov"}};
         QStringList expected;
         for (int i = 0; i < commands; ++i)
             expected << all[i] << QStringLiteral("---");

@@ -131,10 +131,10 @@ private Q_SLOTS:
         // The output is named relative to the workspace, where the muxer runs.
         QVERIFY(c[0].contains(m_p.video));
         QCOMPARE(c[0].contains(m_p.audio), withAudio);
-        QCOMPARE(c[0].last(), QStringLiteral("my clip.mov"));
+        QCOMPARE(c[0].last(), QStringLiteral(".partial-my clip.mov"));   // renamed when done
         QCOMPARE(c[0].at(1), withAudio ? QStringLiteral("30") : QStringLiteral("30000/1001"));
         if (runs == 2) {
-            QCOMPARE(c[1].last(), QStringLiteral("1_my clip.mov"));
+            QCOMPARE(c[1].last(), QStringLiteral(".partial-1_my clip.mov"));
             QCOMPARE(c[1].at(1), QString::number(samples / 10));
             QVERIFY(QFile::exists(m_t->m_workDir + QStringLiteral("/1_my clip.mov")));
         }
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(c.size(), 1);
         QCOMPARE(c[0].at(1), m_p.input);
         QCOMPARE(c[0].contains(QStringLiteral("-acodec")), sound);
-        QCOMPARE(c[0].last(), QStringLiteral("my clip.mov"));
+        QCOMPARE(c[0].last(), QStringLiteral(".partial-my clip.mov"));   // renamed when done
         QVERIFY(!g_hasSoundTrak);
         QVERIFY(!g_passFailed);
     }

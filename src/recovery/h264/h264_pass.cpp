@@ -80,7 +80,7 @@ std::unique_ptr<ByteReader> ThreadVideoRepair::OpenOwnMovie(const QString& input
     std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
     if (file) {
         g_inputSize = file->size();
-        QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+        QDir().mkpath(m_workDir);
         m_pos = 4;
         if (WalkToMovie(*file, m_pos, true, mdatSeen, mdatSize, hevc)) {
             m_moovPos = m_pos;
@@ -176,7 +176,7 @@ uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc)
 {
     // The output is listed by the rebuild step, which sees g_remuxed.
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    QDir().mkpath(m_workDir);
     ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
     if (hevc)
         paths.video = m_workDir + QStringLiteral("/video.hevc");
@@ -366,7 +366,7 @@ void ThreadVideoRepair::RepairH264Sowt(const QString& inputPath, const QString& 
     if (!g_referenceMode) {
         DecideFromOwnIndex(inputPath, OwnIndexAction::RemuxSowt);
     } else {
-        QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+        QDir().mkpath(m_workDir);
         const ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
         FileWriter videoText;
         videoText.open(paths.videoText);

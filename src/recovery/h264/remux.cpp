@@ -116,7 +116,7 @@ void ThreadVideoRepair::PrepareMuxOutput()
 {
     g_outputName = m_fileName;
     g_outputNameRated = QStringLiteral("1_") + m_fileName;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    QDir().mkpath(m_workDir);
     // The muxer asks before it overwrites, and nobody would answer.
     QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
     QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
@@ -187,7 +187,7 @@ void ThreadVideoRepair::RemuxDamagedFileSowt(const QString& inputPath)
 void ThreadVideoRepair::RemuxOwnIndex(const QString& inputPath, bool halfwayProgress)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    QDir().mkpath(m_workDir);
     if (halfwayProgress)
         Q_EMIT setProgressvalue(50);
     const QString out = m_workDir + QLatin1Char('/') + m_fileName;
@@ -207,7 +207,7 @@ void ThreadVideoRepair::MuxVideoAndPcm(const ChainPaths& p)
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     g_outputName = m_fileName;
     format = PcmFormatText(g_pcmBits, format);
-    QDir(g_workRoot).mkpath(QStringLiteral("Repaired"));
+    QDir().mkpath(m_workDir);
     const QString out = m_workDir + QLatin1Char('/') + g_outputName;
     QFile::remove(out);
     RunMuxer(MuxVideoAndPcmCommand(p.video, format, PcmRateText(g_audioSampleRate), PcmChannelText(g_pcmChannels),

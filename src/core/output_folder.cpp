@@ -1,0 +1,73 @@
+#include "core/output_folder.h"
+
+#include "core/file_writer.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QStorageInfo>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+bool Writable(const QString& dir)
+{
+    return QDir().mkpath(dir) && ::access(QFile::encodeName(dir).constData(), W_OK) == 0;
+}
+
+} // namespace
+
+OutputFolder ChooseOutputFolder(const QString& sourceFolder, const QString& customRoot)
+{
+    OutputFolder out;
+    const QString wanted = (customRoot.isEmpty() ? sourceFolder : customRoot) + QStringLiteral("/Repaired");
+    if (Writable(wanted)) {
+        out.dir = wanted;
+        return out;
+    }
+    QString data = qEnvironmentVariable("XDG_DATA_HOME");
+    if (data.isEmpty())
+        data = QDir::homePath() + QStringLiteral("/.local/share");
+    QString name = QFileInfo(sourceFolder).fileName();
+    if (name.isEmpty())
+        name = QStringLiteral("root");   // a file at the top of a mount
+    const QString fallback = data + QStringLiteral("/Reelwright/Repaired/") + name;
+    if (Writable(fallback)) {
+        out.dir = fallback;
+        out.fallback = true;
+    }
+    return out;
+}
+
+void RemoveStaleWork(const QString& folder)
+{
+    QDir dir(folder);
+    const QFileInfoList entries = dir.entryInfoList(QDir::Files | QDir::System | QDir::Hidden);
+    for (const QFileInfo& e : entries) {
+        const QString name = e.fileName();
+        struct stat st {};
+        const bool fifo = ::lstat(QFile::encodeName(e.absoluteFilePath()).constData(), &st) == 0 && S_ISFIFO(st.st_mode);
+        if (IsPartialName(name) || name.startsWith(QLatin1String(".syntax-")) || (fifo && !e.isSymLink()))
+            QFile::remove(e.absoluteFilePath());
+    }
+}
+
+uint64_t SpaceNeeded(uint64_t inputSize)
+{
+    return inputSize + inputSize / 10 + (1u << 20);
+}
+
+QString SpaceMessage(const QString& folder, uint64_t inputSize)
+{
+    return QStringLiteral("not enough space in %1, about %2 MB needed")
+        .arg(QDir::toNativeSeparators(folder))
+        .arg((SpaceNeeded(inputSize) + 999999) / 1000000);
+}
+
+QString SpaceShortage(const QString& folder, uint64_t inputSize)
+{
+    const QStorageInfo disk(folder);
+    const qint64 free = disk.isValid() ? disk.bytesAvailable() : -1;
+    return free >= 0 && uint64_t(free) < SpaceNeeded(inputSize) ? SpaceMessage(folder, inputSize) : QString();
+}
