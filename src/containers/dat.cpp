@@ -11,18 +11,6 @@
 #include <QFileInfo>
 #include <algorithm>
 
-namespace {
-
-// The first non-empty piece of the name between dots, with ".mov" behind it:
-// clip.v2.dat gives clip.mov, .hidden.dat gives hidden.mov.
-QString DatOutputName(const QString& fileName)
-{
-    const QStringList pieces = fileName.split(QLatin1Char('.'), Qt::SkipEmptyParts);
-    return (pieces.isEmpty() ? QString() : pieces.first()) + QStringLiteral(".mov");
-}
-
-} // namespace
-
 void ThreadVideoRepair::RepairDatFile(const QString& path)
 {
     m_datDone = true;
@@ -34,7 +22,7 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
     g_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
-    const QString outName = DatOutputName(info.fileName());
+    const QString outName = outputcheck::DatOutputName(info.fileName());
     const QString workDir = g_workRoot + QStringLiteral("/Repaired");
     const QString outPath = workDir + QLatin1Char('/') + outName;
     QDir().mkpath(workDir);

@@ -155,29 +155,37 @@ int main(int argc, char** argv)
         app.quit();
     };
     const auto queued = Qt::QueuedConnection;
-    // The figures of a QuickTime-family file arrive just before its verdict.
+    // The output and the figures of a file arrive just before its verdict.
     QJsonObject figures;
     QObject::connect(&repair, &ThreadVideoRepair::RecoveryFigures, &app,
                      [&](QString name, qulonglong frames, double audioSeconds, qulonglong skipped) {
-                         figures = {{"file", name}, {"videoFrames", double(frames)},
-                                    {"audioSeconds", qRound(audioSeconds * 1000) / 1000.0},
-                                    {"skippedBytes", double(skipped)}};
+                         figures.insert("file", name);
+                         figures.insert("videoFrames", double(frames));
+                         figures.insert("audioSeconds", qRound(audioSeconds * 1000) / 1000.0);
+                         figures.insert("skippedBytes", double(skipped));
                      }, queued);
+    QObject::connect(&repair, &ThreadVideoRepair::OutputWritten, &app,
+                     [&](QString name, QString path) {
+                         figures.insert("file", name);
+                         figures.insert("output", path);
+                     }, queued);
+    auto verdict = [&](QJsonObject line, const QString& name) {
+        if (figures.value("file").toString() == name)
+            for (const char* key : {"output", "videoFrames", "audioSeconds", "skippedBytes"})
+                if (figures.contains(key))
+                    line.insert(key, figures.value(key));
+        figures = {};
+        PrintJson(line);
+    };
     QObject::connect(&repair, &ThreadVideoRepair::WriteStatus, &app,
                      [&](bool repaired, bool, QString name, bool defaultCodec) {
-                         QJsonObject line{{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
-                                          {"repaired", repaired}, {"defaultCodec", defaultCodec}};
-                         if (figures.value("file").toString() == name) {
-                             for (const char* key : {"videoFrames", "audioSeconds", "skippedBytes"})
-                                 line.insert(key, figures.value(key));
-                         }
-                         figures = {};
-                         PrintJson(line);
+                         verdict({{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
+                                  {"repaired", repaired}, {"defaultCodec", defaultCodec}}, name);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteAVIFileStatus, &app,
-                     [](bool repaired, QString name) {
-                         PrintJson({{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
-                                    {"repaired", repaired}});
+                     [&](bool repaired, QString name) {
+                         verdict({{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
+                                   {"repaired", repaired}}, name);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteProcessingStatus, &app,
                      [&](QString name) { progress.file(name); }, queued);

@@ -23,17 +23,6 @@ QProcess* PreviewProcess()
 
 } // namespace
 
-QString VideoRepairWindow::PreviewPath(const QString& repairedPath)
-{
-    const QFileInfo info(repairedPath);
-    if (info.suffix().toUpper() != QLatin1String("DAT"))
-        return repairedPath;
-    // A repaired DAT file is written as a QuickTime file of the first part
-    // of its name: a.b.dat plays a.mov.
-    const QStringList parts = info.fileName().split(QLatin1Char('.'), Qt::SkipEmptyParts);
-    return info.absolutePath() + QLatin1Char('/') + parts.value(0) + QStringLiteral(".mov");
-}
-
 void VideoRepairWindow::PlayVideo(QString path)
 {
     qDebug() << "preview:" << path;

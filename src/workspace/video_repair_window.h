@@ -51,8 +51,9 @@ public:
 
     // Text of a size column: bytes / 2^20, truncated to two decimals.
     static QString FormatSize(qint64 bytes);
-    // The file a press of Preview plays for a result at repairedPath.
-    static QString PreviewPath(const QString& repairedPath);
+    // The tooltip of a result row: frames, seconds of sound and damaged
+    // bytes skipped, in the numbers of the chosen language.
+    static QString FiguresText(qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
 
     // Column indexes of the file list (page 1).
     enum FileColumn {
@@ -117,6 +118,9 @@ public Q_SLOTS:
     void OnWriteProcessingStatus(QString);
     void OnWriteStatus(bool repaired, bool reserved, QString fileName, bool defaultCodec);
     void OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileName);
+    // Ahead of a positive verdict: the file the engine wrote, and what it holds.
+    void OnOutputWritten(QString fileName, QString outputPath);
+    void OnRecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
     void OndisableAddReferenceBtn();
     void OnRepairItemClicked(QTreeWidgetItem* item, int column);
     void OnSelectAllClicked(bool checked);
@@ -215,6 +219,9 @@ private:
     void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
     void MarkFirstPassVerdict(QTreeWidgetItem* row, bool repaired);
     void MarkReferencePassCompleted(QTreeWidgetItem* row);
+    // The row of fileName whose verdict is due: taken up by this pass, or
+    // waiting for the reference pass now running. Null when none.
+    QTreeWidgetItem* RowAwaitingVerdict(const QString& fileName) const;
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
     void RestyleRowsForPass();
