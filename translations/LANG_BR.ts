@@ -687,6 +687,22 @@ Interrompa o processo atual para sair.</translation>
         <source>Monitor Drive</source>
         <translation>Monitorar unidade</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 quadros</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de som</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de som</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 bytes danificados ignorados</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -686,6 +686,22 @@ Please halt the current process to Exit.</source>
         <source>Monitor Drive</source>
         <translation>监控驱动器</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 分 %2 秒声音</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 秒声音</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>跳过 %1 个损坏字节</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -687,6 +687,22 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
         <source>Monitor Drive</source>
         <translation>Laufwerk überwachen</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Bilder</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s Ton</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s Ton</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 beschädigte Bytes übersprungen</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

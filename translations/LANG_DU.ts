@@ -687,6 +687,22 @@ Stop het huidige proces om af te sluiten.</translation>
         <source>Monitor Drive</source>
         <translation>Schijf bewaken</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 beelden</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s geluid</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s geluid</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 beschadigde bytes overgeslagen</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -687,6 +687,22 @@ Please halt the current process to Exit.</translation>
         <source>Monitor Drive</source>
         <translation>Monitor Drive</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s of sound</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s of sound</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 damaged bytes skipped</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -687,6 +687,22 @@ Detenga el proceso actual para salir.</translation>
         <source>Monitor Drive</source>
         <translation>Supervisar unidad</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 fotogramas</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de sonido</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de sonido</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 bytes dañados omitidos</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

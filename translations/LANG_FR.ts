@@ -687,6 +687,22 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
         <source>Monitor Drive</source>
         <translation>Surveiller le disque</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 images</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de son</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de son</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 octets endommagés ignorés</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

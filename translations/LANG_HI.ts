@@ -687,6 +687,22 @@ Please halt the current process to Exit.</source>
         <source>Monitor Drive</source>
         <translation>ड्राइव की निगरानी करें</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 फ़्रेम</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 मिनट %2 सेकंड ध्वनि</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 सेकंड ध्वनि</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 क्षतिग्रस्त बाइट छोड़े गए</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -687,6 +687,22 @@ Interrompere il processo in corso per uscire.</translation>
         <source>Monitor Drive</source>
         <translation>Monitora unità</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 fotogrammi</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s di audio</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s di audio</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 byte danneggiati saltati</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -686,6 +686,22 @@ Please halt the current process to Exit.</source>
         <source>Monitor Drive</source>
         <translation>ドライブ監視</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 フレーム</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>音声 %1 分 %2 秒</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>音声 %1 秒</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>破損した %1 バイトをスキップ</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

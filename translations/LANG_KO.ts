@@ -686,6 +686,22 @@ Please halt the current process to Exit.</source>
         <source>Monitor Drive</source>
         <translation>드라이브 모니터</translation>
     </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 프레임</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>소리 %1분 %2초</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>소리 %1초</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>손상된 %1바이트 건너뜀</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

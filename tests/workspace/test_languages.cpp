@@ -62,6 +62,20 @@ private Q_SLOTS:
         g_repairRunning = g_referenceMode = false;
     }
 
+    // A result's tooltip in the words and the numbers of the language.
+    void figuresFollowTheLanguage()
+    {
+        const int before = g_languageType;
+        g_languageType = 1;
+        InstallLanguage(1);
+        QCOMPARE(VideoRepairWindow::FiguresText(9876, 395.4, 1234),
+                 QStringLiteral("9.876 Bilder · 6 min 35 s Ton · 1.234 beschädigte Bytes übersprungen"));
+        g_languageType = 5;
+        InstallLanguage(5);
+        QCOMPARE(VideoRepairWindow::FiguresText(9876, 42, 0), QStringLiteral("9,876 フレーム · 音声 42 秒"));
+        g_languageType = before;
+    }
+
     // Every catalogue: the right language, no unfinished or empty entry, the
     // same %n, line breaks and edge spaces as its source, and (but for
     // English) words of its own in most entries rather than copies.

@@ -396,6 +396,65 @@ private Q_SLOTS:
         QVERIFY(!m_window->saveBtn->isEnabled());
     }
 
+    // One healthy file of each route, a DAT file and a 50 fps recording among
+    // them: every row ends "Completed" with the file the engine wrote (the
+    // DAT file's .mov) and its figures as tooltip; the DAT result previews;
+    // all results save; the 50 fps result plays at 50 fps.
+    void everyRouteCompletesPreviewsAndSaves()
+    {
+        const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-g", "12"};
+        const QList<QPair<QString, QStringList>> clips = {
+            {"r.avi", {"-c:v", "mpeg4", "-c:a", "mp3"}},
+            {"r.wmv", {"-c:v", "wmv2", "-c:a", "wmav2"}},
+            {"r.flv", {"-c:v", "flv", "-c:a", "mp3"}},
+            {"r.mts", h264 + QStringList{"-c:a", "ac3", "-streamid", "0:0x1011", "-streamid", "1:0x1100",
+                                          "-f", "mpegts", "-mpegts_m2ts_mode", "1"}},
+            {"r.mkv", h264 + QStringList{"-c:a", "aac"}},
+            {"r.mpg", {"-c:v", "mpeg2video", "-c:a", "mp2"}},
+            {"vcd.dat", {"-target", "ntsc-vcd"}},
+            {"fifty.mov", QStringList{"-r", "50"} + h264 + QStringList{"-c:a", "aac"}}};
+        QStringList files;
+        for (const auto& c : clips) {
+            const QString clip = make(QStringLiteral("window_") + c.first, lavfiVideo(4, QStringLiteral("320x240"),
+                                                                                     c.first == "fifty.mov" ? 50 : 25)
+                                                                          + lavfiAudio(4) + c.second);
+            QVERIFY(!clip.isEmpty());
+            files << m_dir + QLatin1Char('/') + c.first;
+            QVERIFY(QFile::copy(clip, files.last()));
+        }
+        m_chooser->picks << files;
+        m_window->OnAddMOVFile();
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->RepairBtn->click();
+        QTRY_VERIFY_WITH_TIMEOUT(fixture::RunEnded(m_window), 120000);
+        for (int i = 0; i < clips.size(); ++i) {
+            const QString name = row(i)->text(0);
+            QVERIFY2(row(i)->text(8) == QLatin1String("Completed"), qPrintable(name));
+            const QString expected = name == QLatin1String("vcd.dat") ? QStringLiteral("vcd.mov") : name;
+            QCOMPARE(row(i)->text(1), m_dir + QStringLiteral("/Repaired/") + expected);
+            QVERIFY2(row(i)->toolTip(8).contains(QStringLiteral(" frames · ")), qPrintable(row(i)->toolTip(8)));
+        }
+        QByteArray rate;
+        QCOMPARE(run(QStringLiteral("ffprobe"), {"-v", "error", "-select_streams", "v", "-show_entries",
+                                                 "stream=avg_frame_rate", "-of", "csv=p=0", row(7)->text(1)},
+                     &rate),
+                 0);
+        QCOMPARE(rate.trimmed(), QByteArray("50/1"));
+
+        m_window->OnClickPreviewBtn(m_window->rowActions().at(6)->id);
+        QTRY_COMPARE(playerCalls().size(), 1);
+        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + m_dir + QStringLiteral("/Repaired/vcd.mov"));
+        g_previewProcess->waitForFinished(5000);
+
+        m_window->OnSelectAllClicked(true);
+        const QString target = m_dir + QStringLiteral("/saved");
+        QDir().mkpath(target);
+        saveTo(target);
+        QCOMPARE(m_modal.texts.last(), QStringList{"Repaired files saved successfully."});
+        for (int i = 0; i < clips.size(); ++i)
+            QCOMPARE(sha256(target + QLatin1Char('/') + QFileInfo(row(i)->text(1)).fileName()), sha256(row(i)->text(1)));
+    }
+
     // The whole way of a camera .mov whose movie was cut off, beside an .mp4
     // of the same kind: the first pass leaves both waiting and nothing to
     // save; Advance Repair with an upper-case .MOV sample and "Apply to all"
