@@ -703,6 +703,22 @@ Interrompa o processo atual para sair.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 bytes danificados ignorados</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Adicionando vídeos: %1 na lista</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorados, não são vídeos que este programa repara: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Não encontrado: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Estes arquivos não foram mais encontrados e ficam de fora: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

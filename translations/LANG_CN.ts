@@ -702,6 +702,22 @@ Please halt the current process to Exit.</source>
         <source>%1 damaged bytes skipped</source>
         <translation>跳过 %1 个损坏字节</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>正在添加视频：列表中有 %1 个</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>已跳过，不是本程序可修复的视频：%1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>未找到：%1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>以下文件已找不到，将被排除：%1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

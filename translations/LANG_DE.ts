@@ -703,6 +703,22 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 beschädigte Bytes übersprungen</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Videos werden hinzugefügt: %1 in der Liste</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Übersprungen, keine Videos, die dieses Programm repariert: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Nicht gefunden: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Diese Dateien sind nicht mehr auffindbar und werden ausgelassen: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

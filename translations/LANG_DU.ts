@@ -703,6 +703,22 @@ Stop het huidige proces om af te sluiten.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 beschadigde bytes overgeslagen</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Video&apos;s worden toegevoegd: %1 in de lijst</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Overgeslagen, geen video&apos;s die dit programma herstelt: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Niet gevonden: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Deze bestanden zijn niet meer te vinden en worden overgeslagen: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

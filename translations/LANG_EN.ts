@@ -703,6 +703,22 @@ Please halt the current process to Exit.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 damaged bytes skipped</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Adding videos: %1 in the list</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Skipped, not videos this program repairs: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Not found: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>These files can no longer be found and are left out: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -703,6 +703,22 @@ Detenga el proceso actual para salir.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 bytes dañados omitidos</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Añadiendo vídeos: %1 en la lista</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Omitidos, no son vídeos que este programa repare: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>No encontrado: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Estos archivos ya no se encuentran y se omiten: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -703,6 +703,22 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 octets endommagés ignorés</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Ajout des vidéos : %1 dans la liste</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorés, pas des vidéos que ce programme répare : %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Introuvable : %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Ces fichiers sont introuvables et sont exclus : %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -703,6 +703,22 @@ Please halt the current process to Exit.</source>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 क्षतिग्रस्त बाइट छोड़े गए</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>वीडियो जोड़े जा रहे हैं: सूची में %1</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>छोड़े गए, ये वीडियो यह प्रोग्राम ठीक नहीं करता: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>नहीं मिला: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>ये फ़ाइलें अब नहीं मिलतीं और छोड़ दी गई हैं: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

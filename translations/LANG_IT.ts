@@ -703,6 +703,22 @@ Interrompere il processo in corso per uscire.</translation>
         <source>%1 damaged bytes skipped</source>
         <translation>%1 byte danneggiati saltati</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Aggiunta dei video: %1 nell&apos;elenco</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorati, non sono video che questo programma ripara: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Non trovato: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Questi file non si trovano più e vengono esclusi: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -702,6 +702,22 @@ Please halt the current process to Exit.</source>
         <source>%1 damaged bytes skipped</source>
         <translation>破損した %1 バイトをスキップ</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>ビデオを追加中: リストに %1 件</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>スキップ（このプログラムで修復できるビデオではありません）: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>見つかりません: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>次のファイルは見つからなくなったため除外されます: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -702,6 +702,22 @@ Please halt the current process to Exit.</source>
         <source>%1 damaged bytes skipped</source>
         <translation>손상된 %1바이트 건너뜀</translation>
     </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>동영상 추가 중: 목록에 %1개</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>건너뜀, 이 프로그램이 복구하는 동영상이 아님: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>찾을 수 없음: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>다음 파일을 더 이상 찾을 수 없어 제외됩니다: %1</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

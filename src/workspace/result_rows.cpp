@@ -168,8 +168,10 @@ QTreeWidgetItem* VideoRepairWindow::RowAwaitingVerdict(const QString& fileName) 
 
 void VideoRepairWindow::OnOutputWritten(QString fileName, QString outputPath)
 {
-    if (QTreeWidgetItem* row = RowAwaitingVerdict(fileName))
+    if (QTreeWidgetItem* row = RowAwaitingVerdict(fileName)) {
         row->setText(ResRepairedPath, outputPath);
+        row->setToolTip(ResRepairedPath, outputPath);
+    }
 }
 
 QString VideoRepairWindow::FiguresText(qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes)
@@ -193,8 +195,7 @@ void VideoRepairWindow::OnRecoveryFigures(QString fileName, qulonglong videoFram
     if (!row)
         return;
     const QString text = FiguresText(videoFrames, audioSeconds, skippedBytes);
-    for (int c : {int(ResName), int(ResStatus)})
-        row->setToolTip(c, text);
+    row->setToolTip(ResStatus, text);
 }
 
 void VideoRepairWindow::OndisableAddReferenceBtn()

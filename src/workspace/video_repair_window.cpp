@@ -20,7 +20,9 @@
 #include "workspace/workspace_globals.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QSettings>
 #include <QTimer>
@@ -71,6 +73,13 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
 
     Init();
     MoreTool();
+
+    // Files dropped on page 1 are added as if chosen in the file dialog.
+    setAcceptDrops(true);
+    m_listNote = new QLabel(AddFile_frame);
+    m_listNote->setObjectName(QStringLiteral("ListNoteLabl"));
+    m_listNote->setGeometry(Scaled(22), Scaled(505), Scaled(805), Scaled(20));
+    m_listNote->hide();
 
     connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::CustomizeWindowHint);
@@ -423,4 +432,42 @@ void VideoRepairWindow::ReturnToFirstPage(bool repairPage)
             folder.rmdir(folder.absolutePath());
         }
     }
+}
+
+namespace {
+
+// The local files of a drag; empty when it brings none.
+QStringList DroppedPaths(const QMimeData* data)
+{
+    QStringList paths;
+    if (data && data->hasUrls())
+        for (const QUrl& url : data->urls())
+            if (url.isLocalFile())
+                paths << url.toLocalFile();
+    return paths;
+}
+
+} // namespace
+
+void VideoRepairWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    // Only page 1 takes files, and not while a run holds the list.
+    if (AddFile_frame->isVisible() && !g_repairRunning && !DroppedPaths(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void VideoRepairWindow::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (AddFile_frame->isVisible() && !g_repairRunning)
+        event->acceptProposedAction();
+}
+
+void VideoRepairWindow::dropEvent(QDropEvent* event)
+{
+    const QStringList paths = DroppedPaths(event->mimeData());
+    if (!AddFile_frame->isVisible() || g_repairRunning || paths.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // The dialog about duplicates must not run inside the drag's own loop.
+    QTimer::singleShot(0, this, [this, paths] { AddPaths(paths); });
 }
