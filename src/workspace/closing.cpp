@@ -74,17 +74,25 @@ void VideoRepairWindow::closeEvent(QCloseEvent* event)
 
 void VideoRepairWindow::RemoveRepairedFolders()
 {
-    if (g_keepRepaired)
-        return;
     for (const QString& path : g_repairedPaths) {
         QDir folder = QFileInfo(path).absoluteDir();
         // Outputs sit directly in a Repaired folder; a path anywhere else
         // never takes its folder with it.
         if (!folder.exists() || folder.dirName() != QLatin1String("Repaired"))
             continue;
-        folder.removeRecursively();
-        if (folder.cdUp())
-            SetHiddenInFolder(folder.absolutePath(), QStringLiteral("Repaired"), false);
+        bool keeps = false;
+        for (const QString& kept : g_keptResults)
+            keeps = keeps || QFileInfo(kept).absoluteDir() == folder;
+        if (!keeps) {
+            folder.removeRecursively();
+            if (folder.cdUp())
+                SetHiddenInFolder(folder.absolutePath(), QStringLiteral("Repaired"), false);
+            continue;
+        }
+        // A folder with a saved result keeps it and loses the rest.
+        for (const QFileInfo& entry : folder.entryInfoList(QDir::Files | QDir::Hidden))
+            if (!g_keptResults.contains(entry.absoluteFilePath()))
+                QFile::remove(entry.absoluteFilePath());
     }
 }
 

@@ -29,6 +29,7 @@ ReferenceFileDlg* g_referenceDlg = nullptr;
 
 QProcess* g_previewProcess = nullptr;
 bool g_keepRepaired = false;
+QStringList g_keptResults;
 
 QLocale LanguageLocale()
 {

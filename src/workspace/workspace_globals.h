@@ -36,7 +36,8 @@ extern ReferenceFileDlg* g_referenceDlg;
 
 // Preview and saving.
 extern QProcess* g_previewProcess;  // the one player process; made at the first preview
-extern bool g_keepRepaired;         // the results stay beside their sources: exit keeps Repaired
+extern bool g_keepRepaired;         // some result was saved at its source: exit keeps it
+extern QStringList g_keptResults;   // the results saved at their source; nothing removes them
 
 // The conventions (numbers, dates) of the program's language g_languageType.
 QLocale LanguageLocale();

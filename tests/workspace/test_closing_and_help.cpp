@@ -111,6 +111,7 @@ private Q_SLOTS:
         g_onListPage = g_onRepairPage = g_advancePending = g_onSavePage = false;
         g_languageType = 0;
         g_repairedPaths.clear();
+        g_keptResults.clear();
         g_closeAnswer.clear();
         m_modal.clear();
         g_openedUrls.clear();
@@ -139,6 +140,7 @@ private Q_SLOTS:
         QTest::newRow("page 1, Yes: removes Repaired") << "page1" << "YesBtn" << kPlain << true << false;
         QTest::newRow("title control means No") << "page1" << "closeBtn" << kPlain << false << true;
         QTest::newRow("saved at the source, Yes: keeps") << "saved" << "YesBtn" << kPlain << true << true;
+        QTest::newRow("saved, then custom chosen: keeps") << "saved-custom" << "YesBtn" << kPlain << true << true;
         QTest::newRow("awaiting rows, Yes: stays") << "awaiting" << "YesBtn" << kAdvance << false << true;
         QTest::newRow("awaiting rows, No: removes") << "awaiting" << "NoBtn" << kAdvance << true << false;
     }
@@ -163,12 +165,19 @@ private Q_SLOTS:
             showResult(first, QStringLiteral("1"));
         if (state == QLatin1String("awaiting"))
             showResult(m_dir + QStringLiteral("/Repaired/b.mov"), QStringLiteral("0"));
-        if (state == QLatin1String("saved")) {
+        if (state.startsWith(QLatin1String("saved"))) {
             m_modal.answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
             m_window->saveBtn->setEnabled(true);
             m_window->saveBtn->click();
             QTRY_VERIFY(m_modal.answers.isEmpty());
             QVERIFY(g_keepRepaired);
+            m_modal.clear();
+        }
+        if (state == QLatin1String("saved-custom")) {
+            // A later visit of the dialog: the other location chosen, then Cancel.
+            m_modal.answers << QStringLiteral("customLoc") << QStringLiteral("cancle");
+            m_window->OnClickedSaveButton();
+            QTRY_VERIFY(m_modal.answers.isEmpty());
             m_modal.clear();
         }
         g_repairRunning = state == QLatin1String("run");
@@ -179,7 +188,8 @@ private Q_SLOTS:
         QVERIFY(m_modal.answers.isEmpty());
         QCOMPARE(m_modal.texts, QList<QStringList>{{question}});
         QCOMPARE(QFile::exists(first), keeps);
-        QCOMPARE(QDir(m_dir + QStringLiteral("/other/Repaired")).exists(), keeps);
+        // Only a result that was saved stays; one never saved goes at exit.
+        QCOMPARE(QDir(m_dir + QStringLiteral("/other/Repaired")).exists(), keeps && !(closes && state.startsWith("saved")));
         QVERIFY(QFile::exists(m_dir + QStringLiteral("/notes.txt")));
         QCOMPARE(m_window->isVisible(), !closes);
         QCOMPARE(!m_window->closeDlg(), closes);
