@@ -719,6 +719,14 @@ Interrompa o processo atual para sair.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Estes arquivos não foram mais encontrados e ficam de fora: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Não foi possível iniciar o reprodutor de vídeo %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>O reprodutor de vídeo %1 fechou na hora sem mostrar o arquivo.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

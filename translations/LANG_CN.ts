@@ -718,6 +718,14 @@ Please halt the current process to Exit.</source>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>以下文件已找不到，将被排除：%1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>无法启动视频播放器 %1。</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>视频播放器 %1 立即退出，未显示该文件。</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Diese Dateien sind nicht mehr auffindbar und werden ausgelassen: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Der Videoplayer %1 konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Der Videoplayer %1 wurde sofort beendet, ohne die Datei zu zeigen.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Stop het huidige proces om af te sluiten.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Deze bestanden zijn niet meer te vinden en worden overgeslagen: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>De videospeler %1 kon niet worden gestart.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>De videospeler %1 stopte meteen zonder het bestand te tonen.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Please halt the current process to Exit.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>These files can no longer be found and are left out: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>The video player %1 could not be started.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>The video player %1 ended at once without showing the file.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Detenga el proceso actual para salir.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Estos archivos ya no se encuentran y se omiten: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>No se pudo iniciar el reproductor de vídeo %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>El reproductor de vídeo %1 se cerró enseguida sin mostrar el archivo.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Ces fichiers sont introuvables et sont exclus : %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Le lecteur vidéo %1 n&apos;a pas pu être lancé.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Le lecteur vidéo %1 s&apos;est arrêté aussitôt sans afficher le fichier.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Please halt the current process to Exit.</source>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>ये फ़ाइलें अब नहीं मिलतीं और छोड़ दी गई हैं: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>वीडियो प्लेयर %1 शुरू नहीं हो सका।</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>वीडियो प्लेयर %1 फ़ाइल दिखाए बिना तुरंत बंद हो गया।</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -719,6 +719,14 @@ Interrompere il processo in corso per uscire.</translation>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>Questi file non si trovano più e vengono esclusi: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Impossibile avviare il lettore video %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Il lettore video %1 si è chiuso subito senza mostrare il file.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -718,6 +718,14 @@ Please halt the current process to Exit.</source>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>次のファイルは見つからなくなったため除外されます: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>ビデオプレーヤー %1 を起動できませんでした。</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>ビデオプレーヤー %1 はファイルを表示せずにすぐに終了しました。</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -718,6 +718,14 @@ Please halt the current process to Exit.</source>
         <source>These files can no longer be found and are left out: %1</source>
         <translation>다음 파일을 더 이상 찾을 수 없어 제외됩니다: %1</translation>
     </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>동영상 플레이어 %1을(를) 시작할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>동영상 플레이어 %1이(가) 파일을 표시하지 않고 바로 종료되었습니다.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

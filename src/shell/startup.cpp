@@ -132,10 +132,8 @@ int RunWindowProgram(int argc, char** argv)
     QApplication::processEvents();
     g_systemLanguage = QLocale::languageToString(QLocale::system().language());
 
-    // On Linux the product name never names a Windows release: the preview
-    // player is always an mplayer-style program.
     g_playerPath = FindPreviewPlayer(QCoreApplication::applicationDirPath());
-    g_playerKind = 3;
+    g_playerKind = PlayerKindOf(g_playerPath);
 
     g_programDir = QCoreApplication::applicationDirPath();
     g_settingsPath = SettingsFilePath(SettingsStore::PhotoRecovery);

@@ -4,7 +4,7 @@
 #include <functional>
 
 extern QString g_playerPath;     // the external preview player
-extern int g_playerKind;         // 3: mplayer-style player (the only kind on Linux)
+extern int g_playerKind;         // PlayerKind of g_playerPath
 extern int g_languageType;       // LanguageType, 0 to 10
 extern QString g_systemLanguage;
 

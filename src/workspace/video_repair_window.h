@@ -250,6 +250,8 @@ private:
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
     void RestyleRowsForPass();
+    // Starts the preview player on target; says so when it can't.
+    void StartPlayer(const QString& target, bool doubleClick);
     void ShowDone(const QString& text);
     void StartAdvanceRepair(const QString& sourcePath);
     CustomButton* RowButton(QTreeWidgetItem* row) const;

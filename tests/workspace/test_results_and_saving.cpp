@@ -94,17 +94,17 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_config = fixture::UseFreshSettings(QStringLiteral("rs-config"));
-        // The player: a script named mplayer on PATH that writes a line of its
+        // The player: a script named mpv on PATH that writes a line of its
         // arguments per start.
         m_playerDir = freshDir(QStringLiteral("rs-player"));
         m_playerLog = m_playerDir + QStringLiteral("/calls.txt");
-        const QString script = m_playerDir + QStringLiteral("/mplayer");
+        const QString script = m_playerDir + QStringLiteral("/mpv");
         writeAll(script, QStringLiteral("#!/bin/sh\necho \"$*\" >> '%1'\n").arg(m_playerLog).toUtf8());
         QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("PATH", (m_playerDir + QLatin1Char(':') + QString::fromLocal8Bit(qgetenv("PATH"))).toLocal8Bit());
         g_playerPath = FindPreviewPlayer(QStringLiteral("/nonexistent"));
         QCOMPARE(g_playerPath, script);
-        g_playerKind = 3;
+        g_playerKind = PlayerKindOf(g_playerPath);
     }
     void cleanupTestCase()
     {
@@ -230,21 +230,25 @@ private Q_SLOTS:
         QCOMPARE(m_window->Select_All->checkState(), Qt::Unchecked);
     }
 
-    // The button passes -nofs, a double click -vfm with the cell's text; no
-    // player installed says so.
+    // Each player gets arguments it takes; the button plays the result, a
+    // double click the cell's text. No player, one that can't start and one
+    // that gives up at once each say so.
     void previewPathsAndArguments()
     {
-        QCOMPARE(PreviewArguments(2, QStringLiteral("f"), false), QStringList{QStringLiteral("f")});
+        const QString f = QStringLiteral("/v/a b.mov");
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/xdg-open"), f, false), QStringList{f});
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/mplayer"), f, false), (QStringList{"--", f}));
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/ffplay"), f, false), (QStringList{"-autoexit", f}));
 
         m_window->PlayVideo(m_dir + QStringLiteral("/Repaired/clip.mov"));
         QTRY_COMPARE(playerCalls().size(), 1);
-        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + m_dir + QStringLiteral("/Repaired/clip.mov"));
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + m_dir + QStringLiteral("/Repaired/clip.mov"));
         g_previewProcess->waitForFinished(5000);
 
         QTreeWidgetItem* item = addRow(QStringLiteral("clip.dat"), m_dir, Repaired);
         m_window->OnDoubleClicked(item, 1);
         QTRY_COMPARE(playerCalls().size(), 2);
-        QCOMPARE(playerCalls().last(), QStringLiteral("-vfm 1 ") + item->text(1));
+        QCOMPARE(playerCalls().last(), QStringLiteral("--force-window=yes -- ") + item->text(1));
         g_previewProcess->waitForFinished(5000);
         m_window->OnDoubleClicked(item, 4);   // empty column: nothing starts
         QTest::qWait(200);
@@ -257,6 +261,21 @@ private Q_SLOTS:
         g_playerPath = player;
         QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("No video player was found")));
         QCOMPARE(playerCalls().size(), 2);
+
+        g_playerPath = m_dir + QStringLiteral("/mpv");   // not there
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->PlayVideo(item->text(1));
+        QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("mpv could not be started")));
+        const QString failing = m_playerDir + QStringLiteral("/failing/mpv");
+        QDir().mkpath(QFileInfo(failing).path());
+        writeAll(failing, "#!/bin/sh\nexit 1\n");
+        QFile::setPermissions(failing, QFile::ReadOwner | QFile::ExeOwner);
+        g_playerPath = failing;
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->PlayVideo(item->text(1));
+        QTRY_VERIFY(m_modal.answers.isEmpty());
+        QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("mpv ended at once")));
+        g_playerPath = player;
     }
 
     // The dialog opens at the source location; Save stays off for a custom
@@ -443,7 +462,7 @@ private Q_SLOTS:
 
         m_window->OnClickPreviewBtn(m_window->rowActions().at(6)->id);
         QTRY_COMPARE(playerCalls().size(), 1);
-        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + m_dir + QStringLiteral("/Repaired/vcd.mov"));
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + m_dir + QStringLiteral("/Repaired/vcd.mov"));
         g_previewProcess->waitForFinished(5000);
 
         m_window->OnSelectAllClicked(true);
@@ -501,7 +520,7 @@ private Q_SLOTS:
 
         m_window->OnClickPreviewBtn(m_window->rowActions().at(0)->id);
         QTRY_COMPARE(playerCalls().size(), 1);
-        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + out);
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + out);
         g_previewProcess->waitForFinished(5000);
 
         m_window->OnRepairItemClicked(row(0), 0);
