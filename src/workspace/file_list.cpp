@@ -99,6 +99,7 @@ void VideoRepairWindow::SetUpFileList()
         m_fileList->setColumnHidden(c, true);
     m_fileList->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     m_fileList->setAlternatingRowColors(true);
+    m_fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_fileList->setTextElideMode(Qt::ElideMiddle);
     m_fileList->setFocusPolicy(Qt::NoFocus);
     m_fileList->setHeaderHidden(false);

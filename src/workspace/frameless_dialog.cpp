@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -81,4 +82,18 @@ void FramelessDialog::mouseReleaseEvent(QMouseEvent* event)
 {
     m_dragging = false;
     QDialog::mouseReleaseEvent(event);
+}
+
+void FramelessDialog::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        for (const char* name : {"cancle", "CancelBtn", "NoBtn", "OkBtn"}) {
+            auto* button = findChild<QPushButton*>(QLatin1String(name));
+            if (button && button->isVisible() && button->isEnabled()) {
+                button->click();
+                return;
+            }
+        }
+    }
+    QDialog::keyPressEvent(event);
 }

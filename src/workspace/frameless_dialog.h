@@ -19,6 +19,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // Escape answers as the dialog's Cancel or No button does (its OK when
+    // it has only that), so that the answer is the same as by the mouse.
+    void keyPressEvent(QKeyEvent* event) override;
     // On QEvent::LanguageChange: Retranslate().
     void changeEvent(QEvent* event) override;
     // Sets the dialog's own words anew in the installed language.

@@ -25,6 +25,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QSettings>
+#include <QShortcut>
 #include <QTimer>
 
 VideoRepairWindow::VideoRepairWindow(QWidget* parent)
@@ -73,6 +74,38 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
 
     Init();
     MoreTool();
+
+    // Keys: Ctrl+O adds, Delete removes the selected rows, Ctrl+A ticks all,
+    // Enter starts the repair; each only where its button would act.
+    auto onPage1 = [this] { return AddFile_frame->isVisible() && !g_repairRunning; };
+    auto key = [this](const QKeySequence& sequence, const std::function<void()>& action) {
+        auto* shortcut = new QShortcut(sequence, this);
+        shortcut->setContext(Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    key(QKeySequence::Open, [this, onPage1] {
+        if (onPage1())
+            OnAddMOVFile();
+    });
+    key(QKeySequence(Qt::Key_Delete), [this, onPage1] {
+        if (!onPage1() || !m_fileList->isVisible())
+            return;
+        for (QTreeWidgetItem* row : m_fileList->selectedItems())
+            delete row;
+        OnItemClicked(nullptr, 0);
+        SelectAllBtn->setEnabled(m_fileList->topLevelItemCount() > 0);
+    });
+    key(QKeySequence::SelectAll, [this, onPage1] {
+        if (onPage1() && SelectAllBtn->isVisible() && SelectAllBtn->isEnabled())
+            OnCheckBoxbtnClicked(true);
+        else if (frame_2->isVisible() && Select_All->isVisible() && Select_All->isEnabled())
+            OnSelectAllClicked(true);
+    });
+    for (const auto enter : {Qt::Key_Return, Qt::Key_Enter})
+        key(QKeySequence(enter), [this, onPage1] {
+            if (onPage1() && RepairBtn->isVisible() && RepairBtn->isEnabled())
+                RepairBtn->click();
+        });
 
     // Files dropped on page 1 are added as if chosen in the file dialog.
     setAcceptDrops(true);

@@ -170,6 +170,37 @@ private Q_SLOTS:
         QCOMPARE(files()->topLevelItem(2)->text(0), QStringLiteral("c.Mp4"));
     }
 
+    // Ctrl+O opens the chooser, Delete removes the selected rows, Ctrl+A
+    // ticks all, Enter starts the run; Escape answers a dialog as its No.
+    void keys()
+    {
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window));
+        m_chooser->picks << copies({"1.mp4", "2.mp4", "3.mp4"});
+        QTest::keyClick(m_window, Qt::Key_O, Qt::ControlModifier);
+        QCOMPARE(files()->topLevelItemCount(), 3);
+        files()->topLevelItem(0)->setSelected(true);
+        files()->topLevelItem(2)->setSelected(true);
+        QTest::keyClick(m_window, Qt::Key_Delete);
+        QCOMPARE(files()->topLevelItemCount(), 1);
+        QCOMPARE(files()->topLevelItem(0)->text(0), QStringLiteral("2.mp4"));
+        setAllChecked(false);
+        QTest::keyClick(m_window, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(files()->topLevelItem(0)->checkState(0), Qt::Checked);
+        QVERIFY(m_window->RepairBtn->isEnabled());
+        m_modal.answers << QStringLiteral("OkBtn");
+        QTest::keyClick(m_window, Qt::Key_Return);
+        QVERIFY(m_window->frame_2->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(fixture::RunEnded(m_window), 60000);
+
+        // Escape on "go back?" is its Cancel, whatever the last answer was.
+        g_confirmYes = true;
+        QTimer::singleShot(300, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+        m_window->BackBtn->click();
+        QVERIFY(!g_confirmYes);
+        QVERIFY(m_window->frame_2->isVisible());
+    }
+
     // None, some and all rows checked; the box itself checks or clears every
     // row; the space key toggles nothing.
     void selectAllFollowsTheRows()
