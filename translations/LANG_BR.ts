@@ -727,6 +727,10 @@ Interrompa o processo atual para sair.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>O reprodutor de vídeo %1 fechou na hora sem mostrar o arquivo.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>Não foi possível iniciar %1.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -726,6 +726,10 @@ Please halt the current process to Exit.</source>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>视频播放器 %1 立即退出，未显示该文件。</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>无法启动 %1。</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

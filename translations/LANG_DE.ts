@@ -727,6 +727,10 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>Der Videoplayer %1 wurde sofort beendet, ohne die Datei zu zeigen.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 konnte nicht gestartet werden.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

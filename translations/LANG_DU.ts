@@ -727,6 +727,10 @@ Stop het huidige proces om af te sluiten.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>De videospeler %1 stopte meteen zonder het bestand te tonen.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 kon niet worden gestart.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -727,6 +727,10 @@ Please halt the current process to Exit.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>The video player %1 ended at once without showing the file.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 could not be started.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

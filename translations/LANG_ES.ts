@@ -727,6 +727,10 @@ Detenga el proceso actual para salir.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>El reproductor de vídeo %1 se cerró enseguida sin mostrar el archivo.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>No se pudo iniciar %1.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

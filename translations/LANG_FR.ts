@@ -727,6 +727,10 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>Le lecteur vidéo %1 s&apos;est arrêté aussitôt sans afficher le fichier.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 n&apos;a pas pu être lancé.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -727,6 +727,10 @@ Please halt the current process to Exit.</source>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>वीडियो प्लेयर %1 फ़ाइल दिखाए बिना तुरंत बंद हो गया।</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 शुरू नहीं हो सका।</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -727,6 +727,10 @@ Interrompere il processo in corso per uscire.</translation>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>Il lettore video %1 si è chiuso subito senza mostrare il file.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>Impossibile avviare %1.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

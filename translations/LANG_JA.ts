@@ -726,6 +726,10 @@ Please halt the current process to Exit.</source>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>ビデオプレーヤー %1 はファイルを表示せずにすぐに終了しました。</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 を起動できませんでした。</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

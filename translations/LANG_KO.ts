@@ -726,6 +726,10 @@ Please halt the current process to Exit.</source>
         <source>The video player %1 ended at once without showing the file.</source>
         <translation>동영상 플레이어 %1이(가) 파일을 표시하지 않고 바로 종료되었습니다.</translation>
     </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1을(를) 시작할 수 없습니다.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>

@@ -37,8 +37,8 @@ void VideoRepairWindow::OnAboutBtnClicked()
     m_aboutDlg->exec();
 }
 
-// The button sits in page 1's title strip, left of the toolbar; all four
-// siblings are offered, as the program belongs to the whole toolkit.
+// The button sits in page 1's title strip, left of the toolbar. It offers
+// the siblings that are installed, and is hidden when none is.
 void VideoRepairWindow::MoreTool()
 {
     m_moreToolsButton = new QPushButton(AddFile_frame);
@@ -66,6 +66,8 @@ void VideoRepairWindow::MoreTool()
     m_moreToolsButton->setMenu(m_moreToolsMenu);
     m_moreToolsMenu->SetRetranslate([this] { RetranslateMoreTools(); });
     RetranslateMoreTools();
+    connect(m_moreToolsMenu, &QMenu::aboutToShow, this, &VideoRepairWindow::OfferInstalledTools);
+    OfferInstalledTools();
 
     connect(m_dataRecoveryAction, &QAction::triggered, this, &VideoRepairWindow::LaunchDataRecovery);
     connect(m_photoRepairAction, &QAction::triggered, this, &VideoRepairWindow::LaunchPhotoRepair);
@@ -103,11 +105,54 @@ void VideoRepairWindow::LaunchDriveMonitor()
     LaunchSibling(g_driveMonitorApp);
 }
 
-// The sibling takes over: this program ends whether it started or not, and a
-// sibling that isn't installed is not reported. No stay-awake request exists
-// here to clear.
+void VideoRepairWindow::OfferInstalledTools()
+{
+    const QList<QPair<QAction*, QString>> tools = {{m_dataRecoveryAction, g_dataRecoveryApp},
+                                                   {m_photoRepairAction, g_photoRepairApp},
+                                                   {m_photoRecoveryAction, g_photoRecoveryApp},
+                                                   {m_driveMonitorAction, g_driveMonitorApp}};
+    bool any = false;
+    for (const auto& tool : tools) {
+        const bool installed = !FindSibling(g_programDir, tool.second).isEmpty();
+        tool.first->setVisible(installed);
+        any = any || installed;
+    }
+    // A separator shows only between two entries that show.
+    QAction* lastShown = nullptr;
+    QAction* pending = nullptr;
+    for (QAction* a : m_moreToolsMenu->actions()) {
+        if (a->isSeparator()) {
+            a->setVisible(false);
+            if (lastShown)
+                pending = a;
+        } else if (a->isVisible()) {
+            if (pending)
+                pending->setVisible(true);
+            pending = nullptr;
+            lastShown = a;
+        }
+    }
+    m_moreToolsButton->setVisible(any);
+}
+
+// The sibling takes over through the normal exit: the exit question, and
+// the results nobody saved removed. A sibling that doesn't start is
+// reported, and this program stays.
 void VideoRepairWindow::LaunchSibling(const QString& name)
 {
-    StartSibling(g_programDir, name);
+    const QString program = FindSibling(g_programDir, name);
+    if (program.isEmpty()) {
+        OfferInstalledTools();
+        return;
+    }
+    bool awaiting = false;
+    if (!ExitConfirmed(awaiting))
+        return;
+    if (!StartSibling(program)) {
+        ShowDone(tr("%1 could not be started.").arg(name));
+        return;
+    }
+    FinishExit(awaiting);
+    hide();
     QCoreApplication::quit();
 }

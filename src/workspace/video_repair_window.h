@@ -197,6 +197,8 @@ public Q_SLOTS:
     void LaunchPhotoRepair();
     void LaunchPhotoRecovery();
     void LaunchDriveMonitor();
+    // Shows the More Tools entries of the installed siblings only.
+    void OfferInstalledTools();
 
 public:
     // Skin and layout (languages.cpp): images and sheets of the scale's set,
@@ -262,6 +264,11 @@ private:
     void InitClosingAndHelp();
     void RetranslateMoreTools();
     void LaunchSibling(const QString& name);
+    // The exit question (or the word that a run holds the program); true
+    // when the answer is to exit. awaiting: rows still wait for Advance Repair.
+    bool ExitConfirmed(bool& awaiting);
+    // What an accepted exit does: results never saved go, the player ends.
+    void FinishExit(bool awaiting);
 
     bool m_dragging = false;
     // Adding from folders: the folders left, the walk under way, and what

@@ -65,7 +65,6 @@ class TestClosingAndHelp : public QObject {
     fixture::ModalAnswerer m_modal;
     fixture::ScriptedFileDialogs* m_chooser = nullptr;
     VideoRepairWindow* m_window = nullptr;
-    bool (*m_realStart)(const QString&, const QStringList&, const QString&) = nullptr;
 
     MyTreeWidget* results() const { return m_window->resultList(); }
     // A result in source/Repaired, listed as the engine lists its outputs.
@@ -97,7 +96,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_config = fixture::UseFreshSettings(QStringLiteral("ch-config"));
-        m_realStart = g_startDetached;
         g_openUrl = RecordUrl;
         g_startDetached = RecordStart;
     }
@@ -312,33 +310,49 @@ private Q_SLOTS:
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_DE.pdf")).toString()}));
     }
 
-    // Four entries with separators between them; each starts its sibling from
-    // the application folder and ends this program. A sibling that isn't
-    // there ends it all the same.
-    void moreToolsStartSiblingsAndQuit()
+    // Only installed siblings are offered, none: no button. An entry asks
+    // the exit question: No stays; a sibling that fails to start is
+    // reported and the program stays; Yes starts it from its folder and
+    // ends this program, unsaved results removed.
+    void moreToolsOfferInstalledSiblings()
     {
         const QString folderBefore = QDir::currentPath();
+        m_window->OfferInstalledTools();
+        QVERIFY(m_window->moreToolsButton()->isHidden());
+        for (const QString& name : {g_dataRecoveryApp, g_photoRecoveryApp, g_driveMonitorApp}) {
+            writeAll(m_dir + QLatin1Char('/') + name, "#!/bin/sh\n");
+            QFile::setPermissions(m_dir + QLatin1Char('/') + name, QFile::ReadOwner | QFile::ExeOwner);
+        }
+        m_window->OfferInstalledTools();
+        QVERIFY(!m_window->moreToolsButton()->isHidden());
         QMenu* menu = m_window->moreToolsButton()->menu();
-        QVERIFY(menu);
         QStringList entries;
         for (QAction* a : menu->actions())
-            entries << (a->isSeparator() ? QStringLiteral("-") : a->text());
-        QCOMPARE(entries, QStringLiteral("Recover Data|-|Repair Photo|-|Recover Photo|-|Monitor Drive").split('|'));
+            if (a->isVisible())
+                entries << (a->isSeparator() ? QStringLiteral("-") : a->text());
+        QCOMPARE(entries, QStringLiteral("Recover Data|-|Recover Photo|-|Monitor Drive").split('|'));
         QCOMPARE(m_window->moreToolsButton()->toolTip(), QStringLiteral("More Tools"));
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
 
-        const QStringList names = {g_dataRecoveryApp, g_photoRepairApp, g_photoRecoveryApp, g_driveMonitorApp};
-        for (int i = 0; i < names.size(); ++i) {
-            menu->actions().at(2 * i)->trigger();
-            QVERIFY(TakeQuit());
-            QCOMPARE(g_startedPrograms.value(i), m_dir + QLatin1Char('/') + names[i] + QStringLiteral(" | ") + m_dir);
-        }
-        QCOMPARE(QDir::currentPath(), QDir(m_dir).absolutePath());
-
-        g_startDetached = m_realStart;
-        m_window->LaunchDriveMonitor();
-        g_startDetached = RecordStart;
-        QVERIFY(TakeQuit());
+        m_modal.answers << QStringLiteral("NoBtn");
+        menu->actions().at(0)->trigger();
         QVERIFY(!TakeQuit());
+        QVERIFY(g_startedPrograms.isEmpty());
+
+        g_startDetached = [](const QString&, const QStringList&, const QString&) { return false; };
+        m_modal.answers << QStringLiteral("YesBtn") << QStringLiteral("OkBtn");
+        menu->actions().at(4)->trigger();
+        g_startDetached = RecordStart;
+        QVERIFY(!TakeQuit());
+        QCOMPARE(m_modal.texts.last(), QStringList{"photo-recovery could not be started."});
+        QVERIFY(QFile::exists(result) && m_window->closeDlg());
+
+        m_modal.answers << QStringLiteral("YesBtn");
+        menu->actions().at(6)->trigger();
+        QVERIFY(TakeQuit());
+        QCOMPARE(g_startedPrograms, QStringList{m_dir + QLatin1Char('/') + g_driveMonitorApp + QStringLiteral(" | ") + m_dir});
+        QCOMPARE(QDir::currentPath(), QDir(m_dir).absolutePath());
+        QVERIFY(!QFile::exists(result));
         QDir::setCurrent(folderBefore);
     }
 };
