@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Nenhuma atualização disponível.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>A verificação de atualizações falhou: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>não há conexão de rede</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>nenhum endereço de atualização definido</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>o endereço de atualização não é válido</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>o servidor não respondeu</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>a resposta do servidor não contém versão</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>esta cópia não conhece a própria versão</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>没有可用的更新。</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>检查更新失败：%1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>没有网络连接</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>未设置更新地址</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>更新地址无效</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>服务器没有响应</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>服务器的响应中没有版本号</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>此副本不知道自己的版本</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

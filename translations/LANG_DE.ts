@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Kein Update verfügbar.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Die Suche nach Updates ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>es besteht keine Netzwerkverbindung</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>keine Update-Adresse festgelegt</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>die Update-Adresse ist ungültig</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>der Server hat nicht geantwortet</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>die Antwort des Servers enthält keine Version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>diese Kopie kennt ihre eigene Version nicht</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Geen update beschikbaar.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Controleren op updates is mislukt: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>er is geen netwerkverbinding</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>er is geen update-adres ingesteld</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>het update-adres is ongeldig</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>de server gaf geen antwoord</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>het antwoord van de server bevat geen versie</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>deze kopie kent haar eigen versie niet</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

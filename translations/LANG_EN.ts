@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>No update available.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>The update check failed: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>there is no network connection</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>no update address is set</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>the update address is not valid</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>the server gave no answer</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>the server&apos;s answer holds no version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>this copy does not know its own version</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

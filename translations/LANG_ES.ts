@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>No hay actualizaciones disponibles.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>La búsqueda de actualizaciones falló: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>no hay conexión de red</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>no hay ninguna dirección de actualización</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>la dirección de actualización no es válida</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>el servidor no respondió</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la respuesta del servidor no contiene ninguna versión</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>esta copia no conoce su propia versión</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Aucune mise à jour disponible.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>La recherche de mises à jour a échoué : %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>aucune connexion réseau</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>aucune adresse de mise à jour n&apos;est définie</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>l&apos;adresse de mise à jour n&apos;est pas valide</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>le serveur n&apos;a pas répondu</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la réponse du serveur ne contient aucune version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>cette copie ne connaît pas sa propre version</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>कोई अपडेट उपलब्ध नहीं है।</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>अपडेट की जाँच विफल रही: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>कोई नेटवर्क कनेक्शन नहीं है</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>कोई अपडेट पता सेट नहीं है</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>अपडेट पता मान्य नहीं है</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>सर्वर ने कोई उत्तर नहीं दिया</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>सर्वर के उत्तर में कोई संस्करण नहीं है</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>इस प्रति को अपना संस्करण ज्ञात नहीं है</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Nessun aggiornamento disponibile.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Il controllo degli aggiornamenti non è riuscito: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>nessuna connessione di rete</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>nessun indirizzo di aggiornamento impostato</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>l&apos;indirizzo di aggiornamento non è valido</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>il server non ha risposto</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la risposta del server non contiene alcuna versione</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>questa copia non conosce la propria versione</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

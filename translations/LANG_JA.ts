@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>利用できる更新はありません。</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>更新の確認に失敗しました: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>ネットワークに接続されていません</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>更新アドレスが設定されていません</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>更新アドレスが正しくありません</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>サーバーから応答がありません</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>サーバーの応答にバージョンがありません</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>このコピーは自身のバージョンを認識していません</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>사용 가능한 업데이트가 없습니다.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>업데이트 확인 실패: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>네트워크에 연결되어 있지 않습니다</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>업데이트 주소가 설정되지 않았습니다</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>업데이트 주소가 올바르지 않습니다</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>서버가 응답하지 않았습니다</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>서버 응답에 버전이 없습니다</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>이 사본은 자신의 버전을 알지 못합니다</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>

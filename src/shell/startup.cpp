@@ -143,6 +143,8 @@ int RunWindowProgram(int argc, char** argv)
     {
         QSettings settings(g_settingsPath, QSettings::IniFormat);
         g_languageType = settings.value(QStringLiteral("LanguageType"), 0).toInt();
+        // The update check compares the server's versions with this one.
+        settings.setValue(QStringLiteral("Version"), QStringLiteral(REELWRIGHT_VERSION));
     }
     SelectTranslators(g_languageType);
 

@@ -77,6 +77,10 @@ private Q_SLOTS:
         QVERIFY(app.waitForStarted());
         const QString stores = home + QStringLiteral("/Corvane Labs/%1 Recovery/Reelwright.ini");
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(stores.arg(QStringLiteral("Photo"))), 15000);
+        // The version the update check compares with.
+        QTRY_COMPARE_WITH_TIMEOUT(QSettings(stores.arg(QStringLiteral("Photo")), QSettings::IniFormat)
+                                      .value(QStringLiteral("Version")).toString(),
+                                  QStringLiteral(REELWRIGHT_VERSION), 15000);
         app.kill();
         app.waitForFinished();
         for (const char* store : {"Data", "Photo"})
