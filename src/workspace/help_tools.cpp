@@ -9,9 +9,11 @@
 #include "workspace/close_application_dlg.h"
 #include "workspace/help_links.h"
 #include "workspace/more_tools.h"
+#include "workspace/skin.h"
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QIcon>
 #include <QUrl>
 
 void VideoRepairWindow::InitClosingAndHelp()
@@ -22,6 +24,7 @@ void VideoRepairWindow::InitClosingAndHelp()
     connect(AbutBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OnAboutBtnClicked);
     connect(HelpBtn_1, &QPushButton::clicked, this, &VideoRepairWindow::OpenHelp);
     connect(HelpBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OpenHelp);
+    connect(referenceLinkBtn, &QPushButton::clicked, this, [] { g_openUrl(QUrl(SampleHelpAddress())); });
 }
 
 void VideoRepairWindow::OpenHelp()
@@ -63,6 +66,14 @@ void VideoRepairWindow::MoreTool()
     m_photoRecoveryAction = m_moreToolsMenu->addAction(QString());
     m_moreToolsMenu->addSeparator();
     m_driveMonitorAction = m_moreToolsMenu->addAction(QString());
+    const SkinSet set = SkinSetFor(g_uiScale);
+    const QList<QPair<QAction*, const char*>> icons = {{m_dataRecoveryAction, "tool_RecoverData.png"},
+                                                       {m_photoRepairAction, "tool_RepairPhoto.png"},
+                                                       {m_photoRecoveryAction, "tool_RecoverPhoto.png"},
+                                                       {m_driveMonitorAction, "tool_MonitorDrive.png"}};
+    for (const auto& icon : icons)
+        if (set != SkinSet::None)
+            icon.first->setIcon(QIcon(skin::ImagePath(set, QLatin1String(icon.second))));
     m_moreToolsButton->setMenu(m_moreToolsMenu);
     m_moreToolsMenu->SetRetranslate([this] { RetranslateMoreTools(); });
     RetranslateMoreTools();

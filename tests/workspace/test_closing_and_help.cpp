@@ -12,6 +12,9 @@
 #include "workspace/help_links.h"
 #include "workspace/more_tools.h"
 #include "workspace/my_tree_widget.h"
+#include "workspace/repair_finish_dlg.h"
+#include "workspace/info_dlg.h"
+#include "workspace/stop_dlg.h"
 #include "workspace/workspace_globals.h"
 
 #include <QAction>
@@ -308,6 +311,29 @@ private Q_SLOTS:
                               "https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair",
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_EN.txt")).toString(),
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/Eula_DE.pdf")).toString()}));
+    }
+
+    // "What is a reference file?" (page 2 and the end-of-run message) opens
+    // the help's section on samples; messages show their icon and title
+    // line; the More Tools entries have icons.
+    void linksAndPictures()
+    {
+        const QString samples =
+            QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair#reference-file");
+        m_window->referenceLinkBtn->click();
+        repairFinishDialog finish(m_window);
+        finish.findChild<QPushButton*>(QStringLiteral("referenceBtn"))->click();
+        QCOMPARE(g_openedUrls, (QStringList{samples, samples}));
+        InfoDlgClass info(m_window);
+        StopDlg stop(m_window);
+        for (QDialog* d : QList<QDialog*>{&finish, &info, &stop, m_window->closeDlg()}) {
+            auto* icon = d->findChild<QLabel*>(QStringLiteral("MessageIconLabl"));
+            QVERIFY2(icon && !icon->pixmap(Qt::ReturnByValue).isNull(), qPrintable(d->objectName()));
+            auto* title = d->findChild<QLabel*>(QStringLiteral("TitleLabl"));
+            QVERIFY2(title && !title->text().isEmpty(), qPrintable(d->objectName()));
+        }
+        for (QAction* a : m_window->moreToolsButton()->menu()->actions())
+            QVERIFY(a->isSeparator() || !a->icon().isNull());
     }
 
     // Only installed siblings are offered, none: no button. An entry asks
