@@ -205,6 +205,9 @@ private Q_SLOTS:
         };
         QTreeWidgetItem* waiting = addRow("0", QStringLiteral("Awaiting Action"), QStringLiteral("Advance Repair"));
         QTreeWidgetItem* done = addRow("1", QStringLiteral("Completed"), QStringLiteral("Preview"));
+        const QDateTime when(QDate(2026, 11, 25), QTime(8, 56, 53));
+        done->setData(VideoRepairWindow::ResSize, Qt::UserRole, qint64(1500000));
+        done->setData(VideoRepairWindow::ResModified, Qt::UserRole, when);
         auto button = [&](QTreeWidgetItem* row) {
             return qobject_cast<CustomButton*>(list->itemWidget(row, VideoRepairWindow::ResAction))->text();
         };
@@ -217,6 +220,9 @@ private Q_SLOTS:
         QCOMPARE(waiting->text(VideoRepairWindow::ResVerdict), QStringLiteral("0"));
         QCOMPARE(done->text(VideoRepairWindow::ResStatus), QStringLiteral("Abgeschlossen"));
         QCOMPARE(button(done), QStringLiteral("Vorschau"));
+        // Sizes and dates in German conventions.
+        QCOMPARE(done->text(VideoRepairWindow::ResSize), QStringLiteral("1,43"));
+        QCOMPARE(done->text(VideoRepairWindow::ResModified), QStringLiteral("25.11.26 08:56"));
         QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResStatus), QStringLiteral(" Status"));
         QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResName), QStringLiteral(" Dateiname"));
 
