@@ -1,7 +1,6 @@
 // The per-file driver: the body of a run.
 #include "core/thread_video_repair.h"
 
-#include "containers/output_checks.h"
 #include "core/code_search.h"
 #include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
@@ -144,7 +143,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         case Route::Dat: {
             Q_EMIT ShowProgressBar();
             Q_EMIT FileNamelabel(m_fileName);
-            RepairDatFile(g_sourceFullPath);
+            const QString written = RepairDatFile(g_sourceFullPath);
             if (!m_file)
                 break;
             bool repaired = false;
@@ -152,7 +151,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
                 m_datDone = false;
                 repaired = true;
                 // Encoded anew: the frame count says what was kept, no bytes are skipped.
-                AnnounceOutput(m_workDir + QLatin1Char('/') + outputcheck::DatOutputName(m_fileName), false);
+                AnnounceOutput(written, false);
             }
             Q_EMIT WriteStatus(repaired, false, m_fileName, false);
             break;

@@ -196,7 +196,7 @@ public:
     void RepairMtsFile();                                               // mpegts.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
-    void RepairDatFile(const QString& path);                            // dat.cpp
+    QString RepairDatFile(const QString& path);   // dat.cpp; the output written, or ""
     // Copies length bytes at start of from to the end of to, in blocks;
     // stops between blocks when a stop is requested. Returns the bytes copied.
     uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
