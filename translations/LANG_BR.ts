@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Nenhuma atualização disponível.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>A verificação de atualizações falhou: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>não há conexão de rede</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>nenhum endereço de atualização definido</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>o endereço de atualização não é válido</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>o servidor não respondeu</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>a resposta do servidor não contém versão</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>esta cópia não conhece a própria versão</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Interrompa o processo atual para sair.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Monitorar unidade</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 quadros</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de som</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de som</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 bytes danificados ignorados</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Adicionando vídeos: %1 na lista</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorados, não são vídeos que este programa repara: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Não encontrado: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Estes arquivos não foram mais encontrados e ficam de fora: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Não foi possível iniciar o reprodutor de vídeo %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>O reprodutor de vídeo %1 fechou na hora sem mostrar o arquivo.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>Não foi possível iniciar %1.</translation>
     </message>
 </context>
 <context>

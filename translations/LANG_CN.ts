@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>没有可用的更新。</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>检查更新失败：%1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>没有网络连接</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>未设置更新地址</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>更新地址无效</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>服务器没有响应</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>服务器的响应中没有版本号</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>此副本不知道自己的版本</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -685,6 +713,50 @@ Please halt the current process to Exit.</source>
     <message>
         <source>Monitor Drive</source>
         <translation>监控驱动器</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 分 %2 秒声音</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 秒声音</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>跳过 %1 个损坏字节</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>正在添加视频：列表中有 %1 个</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>已跳过，不是本程序可修复的视频：%1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>未找到：%1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>以下文件已找不到，将被排除：%1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>无法启动视频播放器 %1。</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>视频播放器 %1 立即退出，未显示该文件。</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>无法启动 %1。</translation>
     </message>
 </context>
 <context>

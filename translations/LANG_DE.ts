@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Kein Update verfügbar.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Die Suche nach Updates ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>es besteht keine Netzwerkverbindung</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>keine Update-Adresse festgelegt</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>die Update-Adresse ist ungültig</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>der Server hat nicht geantwortet</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>die Antwort des Servers enthält keine Version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>diese Kopie kennt ihre eigene Version nicht</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Laufwerk überwachen</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Bilder</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s Ton</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s Ton</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 beschädigte Bytes übersprungen</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Videos werden hinzugefügt: %1 in der Liste</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Übersprungen, keine Videos, die dieses Programm repariert: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Nicht gefunden: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Diese Dateien sind nicht mehr auffindbar und werden ausgelassen: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Der Videoplayer %1 konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Der Videoplayer %1 wurde sofort beendet, ohne die Datei zu zeigen.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 konnte nicht gestartet werden.</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Geen update beschikbaar.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Controleren op updates is mislukt: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>er is geen netwerkverbinding</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>er is geen update-adres ingesteld</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>het update-adres is ongeldig</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>de server gaf geen antwoord</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>het antwoord van de server bevat geen versie</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>deze kopie kent haar eigen versie niet</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Stop het huidige proces om af te sluiten.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Schijf bewaken</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 beelden</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s geluid</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s geluid</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 beschadigde bytes overgeslagen</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Video&apos;s worden toegevoegd: %1 in de lijst</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Overgeslagen, geen video&apos;s die dit programma herstelt: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Niet gevonden: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Deze bestanden zijn niet meer te vinden en worden overgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>De videospeler %1 kon niet worden gestart.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>De videospeler %1 stopte meteen zonder het bestand te tonen.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 kon niet worden gestart.</translation>
     </message>
 </context>
 <context>

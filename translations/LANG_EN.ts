@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>No update available.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>The update check failed: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>there is no network connection</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>no update address is set</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>the update address is not valid</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>the server gave no answer</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>the server&apos;s answer holds no version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>this copy does not know its own version</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Please halt the current process to Exit.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Monitor Drive</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s of sound</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s of sound</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 damaged bytes skipped</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Adding videos: %1 in the list</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Skipped, not videos this program repairs: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Not found: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>These files can no longer be found and are left out: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>The video player %1 could not be started.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>The video player %1 ended at once without showing the file.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 could not be started.</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>No hay actualizaciones disponibles.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>La búsqueda de actualizaciones falló: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>no hay conexión de red</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>no hay ninguna dirección de actualización</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>la dirección de actualización no es válida</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>el servidor no respondió</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la respuesta del servidor no contiene ninguna versión</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>esta copia no conoce su propia versión</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Detenga el proceso actual para salir.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Supervisar unidad</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 fotogramas</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de sonido</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de sonido</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 bytes dañados omitidos</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Añadiendo vídeos: %1 en la lista</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Omitidos, no son vídeos que este programa repare: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>No encontrado: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Estos archivos ya no se encuentran y se omiten: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>No se pudo iniciar el reproductor de vídeo %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>El reproductor de vídeo %1 se cerró enseguida sin mostrar el archivo.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>No se pudo iniciar %1.</translation>
     </message>
 </context>
 <context>

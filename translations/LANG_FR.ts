@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Aucune mise à jour disponible.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>La recherche de mises à jour a échoué : %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>aucune connexion réseau</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>aucune adresse de mise à jour n&apos;est définie</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>l&apos;adresse de mise à jour n&apos;est pas valide</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>le serveur n&apos;a pas répondu</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la réponse du serveur ne contient aucune version</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>cette copie ne connaît pas sa propre version</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Surveiller le disque</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 images</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s de son</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s de son</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 octets endommagés ignorés</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Ajout des vidéos : %1 dans la liste</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorés, pas des vidéos que ce programme répare : %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Introuvable : %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Ces fichiers sont introuvables et sont exclus : %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Le lecteur vidéo %1 n&apos;a pas pu être lancé.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Le lecteur vidéo %1 s&apos;est arrêté aussitôt sans afficher le fichier.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 n&apos;a pas pu être lancé.</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>कोई अपडेट उपलब्ध नहीं है।</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>अपडेट की जाँच विफल रही: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>कोई नेटवर्क कनेक्शन नहीं है</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>कोई अपडेट पता सेट नहीं है</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>अपडेट पता मान्य नहीं है</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>सर्वर ने कोई उत्तर नहीं दिया</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>सर्वर के उत्तर में कोई संस्करण नहीं है</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>इस प्रति को अपना संस्करण ज्ञात नहीं है</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Please halt the current process to Exit.</source>
     <message>
         <source>Monitor Drive</source>
         <translation>ड्राइव की निगरानी करें</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 फ़्रेम</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 मिनट %2 सेकंड ध्वनि</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 सेकंड ध्वनि</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 क्षतिग्रस्त बाइट छोड़े गए</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>वीडियो जोड़े जा रहे हैं: सूची में %1</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>छोड़े गए, ये वीडियो यह प्रोग्राम ठीक नहीं करता: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>नहीं मिला: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>ये फ़ाइलें अब नहीं मिलतीं और छोड़ दी गई हैं: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>वीडियो प्लेयर %1 शुरू नहीं हो सका।</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>वीडियो प्लेयर %1 फ़ाइल दिखाए बिना तुरंत बंद हो गया।</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 शुरू नहीं हो सका।</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>Nessun aggiornamento disponibile.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>Il controllo degli aggiornamenti non è riuscito: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>nessuna connessione di rete</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>nessun indirizzo di aggiornamento impostato</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>l&apos;indirizzo di aggiornamento non è valido</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>il server non ha risposto</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>la risposta del server non contiene alcuna versione</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>questa copia non conosce la propria versione</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -686,6 +714,50 @@ Interrompere il processo in corso per uscire.</translation>
     <message>
         <source>Monitor Drive</source>
         <translation>Monitora unità</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 fotogrammi</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>%1 min %2 s di audio</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>%1 s di audio</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>%1 byte danneggiati saltati</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>Aggiunta dei video: %1 nell&apos;elenco</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>Ignorati, non sono video che questo programma ripara: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>Non trovato: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>Questi file non si trovano più e vengono esclusi: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>Impossibile avviare il lettore video %1.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>Il lettore video %1 si è chiuso subito senza mostrare il file.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>Impossibile avviare %1.</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>利用できる更新はありません。</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>更新の確認に失敗しました: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>ネットワークに接続されていません</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>更新アドレスが設定されていません</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>更新アドレスが正しくありません</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>サーバーから応答がありません</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>サーバーの応答にバージョンがありません</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>このコピーは自身のバージョンを認識していません</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -685,6 +713,50 @@ Please halt the current process to Exit.</source>
     <message>
         <source>Monitor Drive</source>
         <translation>ドライブ監視</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 フレーム</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>音声 %1 分 %2 秒</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>音声 %1 秒</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>破損した %1 バイトをスキップ</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>ビデオを追加中: リストに %1 件</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>スキップ（このプログラムで修復できるビデオではありません）: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>見つかりません: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>次のファイルは見つからなくなったため除外されます: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>ビデオプレーヤー %1 を起動できませんでした。</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>ビデオプレーヤー %1 はファイルを表示せずにすぐに終了しました。</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 を起動できませんでした。</translation>
     </message>
 </context>
 <context>

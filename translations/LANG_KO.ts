@@ -110,6 +110,34 @@
         <source>No update available.</source>
         <translation>사용 가능한 업데이트가 없습니다.</translation>
     </message>
+    <message>
+        <source>The update check failed: %1</source>
+        <translation>업데이트 확인 실패: %1</translation>
+    </message>
+    <message>
+        <source>there is no network connection</source>
+        <translation>네트워크에 연결되어 있지 않습니다</translation>
+    </message>
+    <message>
+        <source>no update address is set</source>
+        <translation>업데이트 주소가 설정되지 않았습니다</translation>
+    </message>
+    <message>
+        <source>the update address is not valid</source>
+        <translation>업데이트 주소가 올바르지 않습니다</translation>
+    </message>
+    <message>
+        <source>the server gave no answer</source>
+        <translation>서버가 응답하지 않았습니다</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer holds no version</source>
+        <translation>서버 응답에 버전이 없습니다</translation>
+    </message>
+    <message>
+        <source>this copy does not know its own version</source>
+        <translation>이 사본은 자신의 버전을 알지 못합니다</translation>
+    </message>
 </context>
 <context>
     <name>QDownloadApp</name>
@@ -685,6 +713,50 @@ Please halt the current process to Exit.</source>
     <message>
         <source>Monitor Drive</source>
         <translation>드라이브 모니터</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 프레임</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s of sound</source>
+        <translation>소리 %1분 %2초</translation>
+    </message>
+    <message>
+        <source>%1 s of sound</source>
+        <translation>소리 %1초</translation>
+    </message>
+    <message>
+        <source>%1 damaged bytes skipped</source>
+        <translation>손상된 %1바이트 건너뜀</translation>
+    </message>
+    <message>
+        <source>Adding videos: %1 in the list</source>
+        <translation>동영상 추가 중: 목록에 %1개</translation>
+    </message>
+    <message>
+        <source>Skipped, not videos this program repairs: %1</source>
+        <translation>건너뜀, 이 프로그램이 복구하는 동영상이 아님: %1</translation>
+    </message>
+    <message>
+        <source>Not found: %1</source>
+        <translation>찾을 수 없음: %1</translation>
+    </message>
+    <message>
+        <source>These files can no longer be found and are left out: %1</source>
+        <translation>다음 파일을 더 이상 찾을 수 없어 제외됩니다: %1</translation>
+    </message>
+    <message>
+        <source>The video player %1 could not be started.</source>
+        <translation>동영상 플레이어 %1을(를) 시작할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>The video player %1 ended at once without showing the file.</source>
+        <translation>동영상 플레이어 %1이(가) 파일을 표시하지 않고 바로 종료되었습니다.</translation>
+    </message>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1을(를) 시작할 수 없습니다.</translation>
     </message>
 </context>
 <context>

@@ -209,8 +209,11 @@ void ThreadVideoRepair::RepairAviDirect(bool hasAudio)
         return;
     }
     const bool written = WriteAviFile(hasAudio, true, true, true, true);
-    if (!g_stopRequested)
-        Q_EMIT WriteAVIFileStatus(written, m_fileName);
+    if (g_stopRequested)
+        return;
+    if (written)
+        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
+    Q_EMIT WriteAVIFileStatus(written, m_fileName);
 }
 
 void ThreadVideoRepair::RepairAviWithReference(bool hasAudio)
@@ -229,8 +232,11 @@ void ThreadVideoRepair::RepairAviWithReference(bool hasAudio)
     }
     if (!written)
         ResetAviState(*this);
-    if (!g_stopRequested)
+    if (!g_stopRequested) {
+        if (written)
+            AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
         Q_EMIT WriteAVIFileStatus(written, m_fileName);
+    }
     m_refFile.reset();
 }
 

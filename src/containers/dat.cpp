@@ -16,19 +16,7 @@
 #include <algorithm>
 #include <thread>
 
-namespace {
-
-// The first non-empty piece of the name between dots, with ".mov" behind it:
-// clip.v2.dat gives clip.mov, .hidden.dat gives hidden.mov.
-QString DatOutputName(const QString& fileName)
-{
-    const QStringList pieces = fileName.split(QLatin1Char('.'), Qt::SkipEmptyParts);
-    return (pieces.isEmpty() ? QString() : pieces.first()) + QStringLiteral(".mov");
-}
-
-} // namespace
-
-void ThreadVideoRepair::RepairDatFile(const QString& path)
+QString ThreadVideoRepair::RepairDatFile(const QString& path)
 {
     m_datDone = true;
     const QFileInfo info(path);
@@ -39,8 +27,20 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
     g_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
-    const QString outName = DatOutputName(info.fileName());
     const QString workDir = m_workDir;
+    // clip.dat beside clip.mov would write the .mov's result (or the .mov
+    // this one): the name of another file of the run is taken, and the first
+    // free "clip_2.mov", "clip_3.mov"... is used instead.
+    auto taken = [&](const QString& name) {
+        for (const QString& other : m_fileList)
+            if (QFileInfo(other).fileName() == name)
+                return true;
+        return false;
+    };
+    QString outName = outputcheck::DatOutputName(info.fileName());
+    for (int n = 2; taken(outName); ++n)
+        outName = QFileInfo(outputcheck::DatOutputName(info.fileName())).completeBaseName()
+                + QStringLiteral("_%1.mov").arg(n);
     const QString outPath = workDir + QLatin1Char('/') + outName;
     QDir().mkpath(workDir);
     Q_EMIT setProgressvalue(half);
@@ -49,7 +49,7 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
         qWarning() << "The output" << outPath << "would replace its own input; not run.";
         m_datDone = false;
         g_muxerBusy = false;
-        return;
+        return QString();
     }
     // A file left by an earlier run (or by a.dat before a.old.dat) must neither
     // count as this run's result nor make the muxer stop at its overwrite question.
@@ -84,7 +84,8 @@ void ThreadVideoRepair::RepairDatFile(const QString& path)
         qWarning() << "The muxer left no output for" << info.fileName();
         QFile::remove(outPath);
         m_datDone = false;
-        return;
+        return QString();
     }
     g_repairedPaths << outPath;
+    return outPath;
 }

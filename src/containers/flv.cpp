@@ -296,5 +296,6 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
         return;
     }
     g_moovRead = true;
+    AnnounceOutput(outPath);
     Q_EMIT WriteStatus(true, m_writeStatusFlag, fileName, false);
 }

@@ -114,8 +114,11 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
         return;
     const bool written = WriteMatroskaFile(*headerStream);
     m_mkvReferenceOpen = false;
-    if (!g_stopRequested)
-        Q_EMIT WriteAVIFileStatus(written, m_fileName);
+    if (g_stopRequested)
+        return;
+    if (written)
+        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
+    Q_EMIT WriteAVIFileStatus(written, m_fileName);
 }
 
 void ThreadVideoRepair::ScanMatroskaClusters()

@@ -177,8 +177,11 @@ void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream,
         if (validSystem && (shortForm || longForm))
             ok = WriteMpegFile(true, shortForm, longForm);
     }
-    if (!g_stopRequested)
-        Q_EMIT WriteAVIFileStatus(ok, m_fileName);
+    if (g_stopRequested)
+        return;
+    if (ok)
+        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
+    Q_EMIT WriteAVIFileStatus(ok, m_fileName);
 }
 
 bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader)

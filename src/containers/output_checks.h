@@ -3,6 +3,7 @@
 // leave in the Repaired folder.
 #include <QFileInfo>
 #include <QString>
+#include <QStringList>
 
 namespace outputcheck {
 
@@ -20,6 +21,14 @@ inline bool NonEmptyFile(const QString& path)
 {
     const QFileInfo info(path);
     return info.isFile() && info.size() > 0;
+}
+
+// The name a repaired DAT file gets: the first non-empty piece of the name
+// between dots, with ".mov" behind it (clip.v2.dat gives clip.mov).
+inline QString DatOutputName(const QString& fileName)
+{
+    const QStringList pieces = fileName.split(QLatin1Char('.'), Qt::SkipEmptyParts);
+    return (pieces.isEmpty() ? QString() : pieces.first()) + QStringLiteral(".mov");
 }
 
 } // namespace outputcheck

@@ -158,13 +158,15 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         case Route::Dat: {
             Q_EMIT ShowProgressBar();
             Q_EMIT FileNamelabel(m_fileName);
-            RepairDatFile(g_sourceFullPath);
+            const QString written = RepairDatFile(g_sourceFullPath);
             if (!m_file)
                 break;
             bool repaired = false;
             if (!g_stopRequested && m_datDone) {
                 m_datDone = false;
                 repaired = true;
+                // Encoded anew: the frame count says what was kept, no bytes are skipped.
+                AnnounceOutput(written, false);
             }
             Q_EMIT WriteStatus(repaired, false, m_fileName, false);
             break;
@@ -182,6 +184,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
             if (!g_stopRequested && m_mtsDone) {
                 m_mtsDone = false;
                 repaired = true;
+                AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
             }
             Q_EMIT WriteStatus(repaired, false, m_fileName, false);
             break;
@@ -330,6 +333,8 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
     }
 
     if (imkh) {
+        if (!g_passFailed)
+            AnnounceOutput(outPath);
         Q_EMIT WriteStatus(!g_passFailed, false, m_fileName, false);
         g_passFailed = false;
     } else {
@@ -340,6 +345,8 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
         }
         syntax::MovieFigures figures;
         repaired = KeepBetterOutput(bySyntax, syntaxPath, outPath, repaired, figures);
+        if (repaired)
+            Q_EMIT OutputWritten(m_fileName, outPath);
         Q_EMIT RecoveryFigures(m_fileName, figures.videoFrames, figures.audioSeconds, bySyntax.skippedBytes);
         const bool defaultCodec = !(m_isJpeg || m_isProRes || m_isHevc || m_isMpeg4In3gp || m_isTwos
                                     || m_isSowt || m_isLpcm || m_isLpcmHevc);
@@ -412,8 +419,11 @@ void ThreadVideoRepair::RepairAsfPath(const QString& referencePath)
     } else if (!g_stopRequested) {
         Q_EMIT WriteStatus(false, false, m_fileName, false);
     }
-    if (!g_stopRequested)
+    if (!g_stopRequested) {
+        if (repaired && !g_passFailed)
+            AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
         Q_EMIT WriteStatus(repaired && !g_passFailed, false, m_fileName, false);
+    }
     g_passFailed = false;
 }
 

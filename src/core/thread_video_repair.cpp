@@ -1,9 +1,11 @@
 #include "core/thread_video_repair.h"
 
 #include "core/log_cipher.h"
+#include "core/output_figures.h"
 #include "shell/platform_core.h"
 
 #include <QDebug>
+#include <QFileInfo>
 #include <QMutexLocker>
 
 ThreadVideoRepair::ThreadVideoRepair(QObject* parent)
@@ -72,4 +74,13 @@ void ThreadVideoRepair::RoutineMissing(const char* routine)
     qWarning() << "This build has no" << routine << "yet;" << m_fileName << "is not repaired.";
     g_passFailed = true;
     g_moovRead = false;
+}
+
+void ThreadVideoRepair::AnnounceOutput(const QString& outPath, bool copiesInput)
+{
+    Q_EMIT OutputWritten(m_fileName, outPath);
+    const OutputFigures f = MeasureOutput(outPath);
+    const uint64_t outSize = uint64_t(std::max<qint64>(QFileInfo(outPath).size(), 0));
+    const uint64_t inSize = uint64_t(std::max<qint64>(QFileInfo(g_sourceFullPath).size(), 0));
+    Q_EMIT RecoveryFigures(m_fileName, f.videoFrames, f.audioSeconds, copiesInput ? SkippedBytes(inSize, outSize) : 0);
 }

@@ -54,7 +54,7 @@ Q_SIGNALS:
     void WriteProcessingStatus(QString);
     void WriteAVIFileStatus(bool hasVideo_Strh, QString fileNmae);
     void ffmpegstopbtn();
-    // What a QuickTime-family repair recovered, sent just before its verdict.
+    // What a repair recovered, sent just before its positive verdict.
     void RecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
     // Bytes of the file that could not be read (bad sectors) and were taken
     // as zeros; sent after the verdict, before the next file, when not 0
@@ -63,6 +63,9 @@ Q_SIGNALS:
     // Why a file's verdict is negative where the file is not to blame (no
     // room for its results), sent after the verdict, before the next file.
     void VerdictReason(QString fileName, QString reason);
+    // The file a repair wrote, sent before the verdict; its name may differ
+    // from the input's (a DAT file gives a .mov).
+    void OutputWritten(QString fileName, QString outputPath);
 
 protected:
     void run() override;
@@ -200,10 +203,16 @@ public:
     void RepairMtsFile();                                               // mpegts.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
-    void RepairDatFile(const QString& path);                            // dat.cpp
+    QString RepairDatFile(const QString& path);   // dat.cpp; the output written, or ""
     // Copies length bytes at start of from to the end of to, in blocks;
     // stops between blocks when a stop is requested. Returns the bytes copied.
     uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
+
+    // Before a positive verdict of a container route: sends the output's
+    // path and its figures, read back from the file. copiesInput: the output
+    // carries the input's own bytes, so what it lacks of them was skipped; a
+    // file encoded anew skips nothing.
+    void AnnounceOutput(const QString& outPath, bool copiesInput = true);
 
     // A routine that this build does not have yet: the file gets a negative
     // verdict through the pass-failed flag, and the reason goes to the log.

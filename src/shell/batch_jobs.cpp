@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -153,8 +154,19 @@ private:
                               && end.value("result") == QLatin1String("finished");
         if (complete) {
             job.state = JobState::Done;
+            // The verdicts name the results where they end up, not in the scratch folder.
+            QHash<QString, QString> placed;
             for (const QJsonValue& v : end.value("outputs").toArray())
-                place(job, v.toString());
+                placed.insert(v.toString(), place(job, v.toString()));
+            for (QJsonObject& verdict : job.verdicts) {
+                if (!verdict.contains("output"))
+                    continue;
+                const QString to = placed.value(verdict.value("output").toString());
+                if (to.isEmpty())
+                    verdict.remove("output");
+                else
+                    verdict.insert("output", to);
+            }
         } else {
             job.state = m_stopping ? JobState::Stopped : JobState::Failed;
             if (!m_stopping)
@@ -167,14 +179,15 @@ private:
         finishIfDone();
     }
 
-    void place(Job& job, const QString& output)
+    // Moves a result into its folder; returns where it went ("" when nowhere).
+    QString place(Job& job, const QString& output)
     {
         const QString target = job.resultFolder + QLatin1Char('/') + QFileInfo(output).fileName();
         // A result never replaces an input: with a work root above a Repaired
         // folder, an input there may have the result's path.
         if (QFileInfo::exists(target) && m_inputs.contains(QFileInfo(target).canonicalFilePath())) {
             std::fprintf(stderr, "reelwright-batch: %s is an input; its result stays unwritten\n", qPrintable(target));
-            return;
+            return QString();
         }
         if (!QDir().mkpath(job.resultFolder) || !MoveInto(output, target)) {
             // A folder that can't be written (a read-only card) gives way to
@@ -183,18 +196,19 @@ private:
             const QString moved = other.dir + QLatin1Char('/') + QFileInfo(output).fileName();
             if (!other.fallback || !MoveInto(output, moved)) {
                 std::fprintf(stderr, "reelwright-batch: can't write %s\n", qPrintable(target));
-                return;
+                return QString();
             }
             std::fprintf(stderr, "reelwright-batch: %s can't be written; the result is %s\n",
                          qPrintable(job.resultFolder), qPrintable(moved));
             job.outputs << moved;
-            return;
+            return moved;
         }
         if (m_run.besideFiles) {
             const QFileInfo folder(job.resultFolder);
             SetHiddenInFolder(folder.absolutePath(), folder.fileName(), true);
         }
         job.outputs << target;
+        return target;
     }
 
     // Verdicts go out in the order of the files, as soon as all before are out.

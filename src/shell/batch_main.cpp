@@ -162,37 +162,45 @@ static int RunOneJob(QCoreApplication& app, const QStringList& files, const QStr
         app.quit();
     };
     const auto queued = Qt::QueuedConnection;
-    // The figures of a QuickTime-family file arrive just before its verdict.
+    // The output and the figures of a file arrive just before its verdict.
     QJsonObject figures;
     QObject::connect(&repair, &ThreadVideoRepair::RecoveryFigures, &app,
                      [&](QString name, qulonglong frames, double audioSeconds, qulonglong skipped) {
-                         figures = {{"file", name}, {"videoFrames", double(frames)},
-                                    {"audioSeconds", qRound(audioSeconds * 1000) / 1000.0},
-                                    {"skippedBytes", double(skipped)}};
+                         figures.insert("file", name);
+                         figures.insert("videoFrames", double(frames));
+                         figures.insert("audioSeconds", qRound(audioSeconds * 1000) / 1000.0);
+                         figures.insert("skippedBytes", double(skipped));
+                     }, queued);
+    QObject::connect(&repair, &ThreadVideoRepair::OutputWritten, &app,
+                     [&](QString name, QString path) {
+                         figures.insert("file", name);
+                         figures.insert("output", path);
                      }, queued);
     // A verdict line waits until its file's work has ended, for what the
-    // engine reports after the verdict (the unreadable bytes).
+    // engine reports after the verdict (the unreadable bytes, a reason).
     auto flush = [&] {
         if (!pending.isEmpty())
             PrintJson(pending);
         pending = {};
     };
+    auto verdict = [&](QJsonObject line, const QString& name) {
+        flush();
+        if (figures.value("file").toString() == name)
+            for (const char* key : {"output", "videoFrames", "audioSeconds", "skippedBytes"})
+                if (figures.contains(key))
+                    line.insert(key, figures.value(key));
+        figures = {};
+        pending = line;
+    };
     QObject::connect(&repair, &ThreadVideoRepair::WriteStatus, &app,
                      [&](bool repaired, bool, QString name, bool defaultCodec) {
-                         flush();
-                         pending = {{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
-                                    {"repaired", repaired}, {"defaultCodec", defaultCodec}};
-                         if (figures.value("file").toString() == name) {
-                             for (const char* key : {"videoFrames", "audioSeconds", "skippedBytes"})
-                                 pending.insert(key, figures.value(key));
-                         }
-                         figures = {};
+                         verdict({{"event", "verdict"}, {"signal", "WriteStatus"}, {"file", name},
+                                  {"repaired", repaired}, {"defaultCodec", defaultCodec}}, name);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::WriteAVIFileStatus, &app,
                      [&](bool repaired, QString name) {
-                         flush();
-                         pending = {{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
-                                    {"repaired", repaired}};
+                         verdict({{"event", "verdict"}, {"signal", "WriteAVIFileStatus"}, {"file", name},
+                                  {"repaired", repaired}}, name);
                      }, queued);
     QObject::connect(&repair, &ThreadVideoRepair::ReadDamage, &app,
                      [&](QString name, qulonglong bytes) {
@@ -204,6 +212,7 @@ static int RunOneJob(QCoreApplication& app, const QStringList& files, const QStr
                      [&](QString name, QString reason) {
                          if (pending.value("file").toString() == name) {
                              pending.insert("repaired", false);
+                             pending.remove("output");
                              pending.insert("reason", reason);
                          }
                      }, queued);

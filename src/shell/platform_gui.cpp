@@ -107,10 +107,11 @@ std::unique_ptr<QSharedMemory> AcquireInstanceGuard(const QString& key)
 
 QString FindPreviewPlayer(const QString& appFolder)
 {
-    const QString local = appFolder + QStringLiteral("/mplayer");
-    if (QFileInfo(local).isExecutable())
-        return local;
-    for (const char* name : {"mplayer", "mpv"}) {
+    static const char* const players[] = {"mpv", "mplayer", "ffplay", "xdg-open"};
+    for (const char* name : players) {
+        const QString local = appFolder + QLatin1Char('/') + QLatin1String(name);
+        if (QFileInfo(local).isExecutable())
+            return local;
         const QString found = QStandardPaths::findExecutable(QString::fromLatin1(name));
         if (!found.isEmpty())
             return found;
@@ -118,13 +119,31 @@ QString FindPreviewPlayer(const QString& appFolder)
     return QString();
 }
 
-QStringList PreviewArguments(int kind, const QString& target, bool doubleClick)
+int PlayerKindOf(const QString& playerPath)
 {
-    if (kind == 2)
+    const QString name = QFileInfo(playerPath).fileName();
+    if (name == QLatin1String("mpv"))
+        return PlayerMpv;
+    if (name == QLatin1String("mplayer"))
+        return PlayerMplayer;
+    if (name == QLatin1String("ffplay"))
+        return PlayerFfplay;
+    return PlayerPlain;
+}
+
+QStringList PreviewArguments(int kind, const QString& target, bool)
+{
+    switch (kind) {
+    case PlayerMpv:
+        // A window even for a file without pictures, so that it can be closed.
+        return {QStringLiteral("--force-window=yes"), QStringLiteral("--"), target};
+    case PlayerMplayer:
+        return {QStringLiteral("--"), target};
+    case PlayerFfplay:
+        return {QStringLiteral("-autoexit"), target};
+    default:
         return {target};
-    if (doubleClick)
-        return {QStringLiteral("-vfm"), QStringLiteral("1"), target};
-    return {QStringLiteral("-nofs"), QStringLiteral("1"), target};
+    }
 }
 
 bool ShowEntryToUser(const QString& folder, const QString& name)

@@ -24,13 +24,16 @@ ScreenFacts ReadScreenFacts();
 // living instance holds it.
 std::unique_ptr<QSharedMemory> AcquireInstanceGuard(const QString& key);
 
-// The preview player: mplayer in the application folder, else mplayer or
-// mpv on PATH. Empty when none is there.
+// The preview player: the first of mpv, mplayer, ffplay and xdg-open that is
+// in the application folder or on PATH. Empty when none is there.
 QString FindPreviewPlayer(const QString& appFolder);
 
-// Arguments for the preview player of the given kind: 2 plays the file as it
-// is; 3 (mplayer, or mpv standing in for it) gets "-nofs", "1" before the file
-// for a press of Preview and "-vfm", "1" before the text for a double click.
+// The kinds of player, told apart by the program's name; xdg-open and any
+// other program get the file alone.
+enum PlayerKind { PlayerPlain = 2, PlayerMplayer = 3, PlayerMpv = 4, PlayerFfplay = 5 };
+int PlayerKindOf(const QString& playerPath);
+
+// The arguments that player kind takes to play target in a window.
 QStringList PreviewArguments(int kind, const QString& target, bool doubleClick);
 
 // Makes folder/name visible to the desktop's file managers again: removes

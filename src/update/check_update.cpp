@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QProgressBar>
+#include <QRegularExpression>
 #include <QPushButton>
 #include <QSettings>
 #include <QTextEdit>
@@ -53,10 +54,12 @@ QCheckUpdate::QCheckUpdate(QWidget* parent)
     g_descriptorPath = folder + QLatin1Char('/') + QLatin1String(kDescriptorName);
     g_installerPath = folder + QLatin1Char('/') + QLatin1String(kInstallerName);
 
-    // Without a network the check ends here without a word, even after the
-    // button.
-    if (!g_networkAvailable())
+    // Without a network the check ends here; after the button it says so.
+    if (!g_networkAvailable()) {
+        if (g_updateByUser)
+            SayCheckFailed(tr("there is no network connection"));
         return;
+    }
     qDebug() << "System has a network connection.";
 
     g_newMajor = false;
@@ -81,37 +84,63 @@ void QCheckUpdate::SayNoUpdate()
     close();
 }
 
+void QCheckUpdate::SayCheckFailed(const QString& why)
+{
+    qDebug() << "Update: the check failed:" << why;
+    if (g_updateByUser) {
+        InfoDlgClass dlg(parentWidget());
+        dlg.setText(tr("The update check failed: %1").arg(why));
+        dlg.CentreOn(parentWidget());
+        dlg.exec();
+        g_updateByUser = false;
+    }
+    emit NoUpdates();
+    close();
+}
+
 void QCheckUpdate::RunCheck()
 {
     const QString link = UpdateLink();
     const QString address = link + QLatin1String(kDescriptorName);
     const QUrl url(address, QUrl::StrictMode);
-    if (link.isEmpty() || !url.isValid() || url.isRelative()) {
-        SayNoUpdate();
+    if (link.isEmpty()) {
+        SayCheckFailed(tr("no update address is set"));
+        return;
+    }
+    if (!url.isValid() || url.isRelative()) {
+        SayCheckFailed(tr("the update address is not valid"));
         return;
     }
 
     QString target = g_descriptorPath;
-    if (!FetchByNetwork(*m_manager, address, target, g_updateTimeouts.descriptorIdleMs)) {
+    QString why;
+    bool fetched = FetchByNetwork(*m_manager, address, target, g_updateTimeouts.descriptorIdleMs, &why);
+    if (!fetched) {
         QDir().mkpath(UpdateFallbackFolder());
         target = UpdateFallbackFolder() + QLatin1Char('/') + QLatin1String(kDescriptorName);
         QFile::remove(target);
-        FetchByCurl(address, target, g_updateTimeouts.descriptorTotalMs);
+        fetched = FetchByCurl(address, target, g_updateTimeouts.descriptorTotalMs, &why);
+    }
+    if (!fetched) {
+        QFile::remove(target);
+        QDir(UpdateFolder()).removeRecursively();
+        hide();
+        SayCheckFailed(why.isEmpty() ? tr("the server gave no answer") : why);
+        return;
     }
 
-    // Under 4 bytes (a missing file included) is no answer.
+    // Under 4 bytes is no answer.
     if (QFileInfo(target).size() < 4) {
         QFile::remove(target);
         QDir(UpdateFolder()).removeRecursively();
         hide();
-        SayNoUpdate();
+        SayCheckFailed(tr("the server's answer holds no version"));
         return;
     }
 
     m_descriptor = new QFile(target, this);
     if (!m_descriptor->open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qDebug() << "Update: cannot read" << target << m_descriptor->errorString();
-        SayNoUpdate();
+        SayCheckFailed(m_descriptor->errorString());
         return;
     }
     QString installed;
@@ -121,12 +150,18 @@ void QCheckUpdate::RunCheck()
     }
     if (installed.isEmpty()) {
         m_descriptor->close();
-        SayNoUpdate();
+        SayCheckFailed(tr("this copy does not know its own version"));
         return;
     }
 
     const QString line1 = CutVersion(QString::fromUtf8(m_descriptor->readLine(kMaxLineLength)));
     const QString line2 = CutVersion(QString::fromUtf8(m_descriptor->readLine(kMaxLineLength)));
+    static const QRegularExpression version(QStringLiteral("^\\d{1,2}(\\.\\d+){1,3}$"));
+    if (!version.match(line1).hasMatch() && !version.match(line2).hasMatch()) {
+        m_descriptor->close();
+        SayCheckFailed(tr("the server's answer holds no version"));
+        return;
+    }
     m_minorVersion = line1;
     m_majorVersion = line2;
 

@@ -27,6 +27,8 @@ private:
     void RunCheck();
     // "No update available.", only when the button asked; ends the check.
     void SayNoUpdate();
+    // "The update check failed: " and why, only when the button asked; ends the check.
+    void SayCheckFailed(const QString& why);
 
     QProgressBar* progressBar;
     QLabel* label;

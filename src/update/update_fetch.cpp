@@ -18,8 +18,9 @@
 #include <QTimer>
 #include <QUrl>
 
-// The update server's folder when the store names none; empty means that the
-// check answers "No update available.". Set with -DREELWRIGHT_UPDATE_LINK=...
+// The update server's folder when the store names none, set by the build
+// (REELWRIGHT_UPDATE_LINK in src/CMakeLists.txt); empty makes the check fail
+// with "no update address is set".
 #ifndef REELWRIGHT_UPDATE_LINK
 #define REELWRIGHT_UPDATE_LINK ""
 #endif
@@ -82,7 +83,8 @@ QString UpdateLink()
     return settings.value(key, QStringLiteral(REELWRIGHT_UPDATE_LINK)).toString().trimmed();
 }
 
-bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QString& target, int idleMs)
+bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QString& target, int idleMs,
+                    QString* why)
 {
     QFile file(target);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
@@ -124,15 +126,20 @@ bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QS
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const bool httpOk = status == 0 || (status >= 200 && status < 300);
     const bool ok = !timedOut && !writeFailed && reply->error() == QNetworkReply::NoError && httpOk;
-    if (!ok)
-        qDebug() << "Update: fetch of" << url << "failed:" << (timedOut ? QStringLiteral("no answer") : reply->errorString());
+    if (!ok) {
+        const QString reason = timedOut ? QCoreApplication::translate("QCheckUpdate", "the server gave no answer")
+                                        : reply->errorString();
+        qDebug() << "Update: fetch of" << url << "failed:" << reason;
+        if (why)
+            *why = reason;
+    }
     reply->deleteLater();
     if (!ok)
         QFile::remove(target);
     return ok;
 }
 
-bool FetchByCurl(const QString& url, const QString& target, int totalMs)
+bool FetchByCurl(const QString& url, const QString& target, int totalMs, QString* why)
 {
     QProcess curl;
     curl.setProcessChannelMode(QProcess::MergedChannels);
@@ -162,14 +169,20 @@ bool FetchByCurl(const QString& url, const QString& target, int totalMs)
     }
     if (timedOut) {
         qDebug() << "Update: curl gave no result within" << totalMs << "ms";
+        if (why)
+            *why = QCoreApplication::translate("QCheckUpdate", "the server gave no answer");
         curl.kill();
         curl.waitForFinished(2000);
         QFile::remove(target);
         return false;
     }
     const bool ok = curl.exitStatus() == QProcess::NormalExit && curl.exitCode() == 0;
-    if (!ok)
-        qDebug() << "Update: curl failed:" << QString::fromLocal8Bit(curl.readAll()).trimmed();
+    if (!ok) {
+        const QString said = QString::fromLocal8Bit(curl.readAll()).trimmed();
+        qDebug() << "Update: curl failed:" << said;
+        if (why && !said.isEmpty())
+            *why = said.section(QLatin1Char('\n'), -1).remove(QStringLiteral("curl: "));
+    }
     return ok;
 }
 

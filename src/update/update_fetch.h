@@ -54,11 +54,13 @@ QString UpdateLink();
 // First way: a blocking fetch by the toolkit's network stack in a local event
 // loop. Gives up after idleMs without data. True when the server answered
 // with success and the whole body is in target; a failed target is removed.
-bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QString& target, int idleMs);
+// why, when given, gets the reason of a failure in the user's words.
+bool FetchByNetwork(QNetworkAccessManager& manager, const QString& url, const QString& target, int idleMs,
+                    QString* why = nullptr);
 
 // Second, independent way: `curl -fsSL -o TARGET URL`, killed after totalMs.
 // True when curl ended with code 0.
-bool FetchByCurl(const QString& url, const QString& target, int totalMs);
+bool FetchByCurl(const QString& url, const QString& target, int totalMs, QString* why = nullptr);
 
 // Result of comparing one descriptor line with the installed version.
 struct VersionRaise {

@@ -31,7 +31,7 @@ void VideoRepairWindow::OnClickPreviewBtn(unsigned int id)
         QTreeWidgetItem* row = m_resultList->topLevelItem(i);
         const QString verdict = row->text(ResVerdict);
         if (verdict == QLatin1String("1")) {
-            PlayVideo(PreviewPath(row->text(ResRepairedPath)));
+            PlayVideo(row->text(ResRepairedPath));
         } else if (verdict == QLatin1String("0")) {
             g_advanceFile = row->text(ResName);
             m_repairList.append(action->sourcePath);

@@ -33,7 +33,7 @@ CloseApplicationDlg::CloseApplicationDlg(QWidget* parent)
     connect(NoBtn, &QPushButton::clicked, this, &CloseApplicationDlg::CloseApplication1);
 
     QVBoxLayout* layout = AddTitleRow(m_title, m_close);
-    layout->addWidget(label_2, 1);
+    layout->addLayout(MessageRow(label_2, QStringLiteral("Warning.png")), 1);
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(YesBtn);

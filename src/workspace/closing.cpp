@@ -27,6 +27,18 @@
 
 void VideoRepairWindow::closeEvent(QCloseEvent* event)
 {
+    bool awaiting = false;
+    if (!ExitConfirmed(awaiting)) {
+        event->ignore();
+        return;
+    }
+    FinishExit(awaiting);
+    event->accept();
+}
+
+bool VideoRepairWindow::ExitConfirmed(bool& awaiting)
+{
+    awaiting = false;
     if (g_repairRunning) {
         repairFinishDialog running(this);
         running.repairedLabl()->setText(tr("Application Running! \nPlease halt the current process to Exit."));
@@ -34,17 +46,13 @@ void VideoRepairWindow::closeEvent(QCloseEvent* event)
             reference->hide();
         running.CentreOn(this);
         running.exec();
-        event->ignore();
-        return;
+        return false;
     }
     // The dialogs are gone once an exit was accepted; a later close request
     // has nothing left to ask.
-    if (!m_closeDlg) {
-        event->accept();
-        return;
-    }
+    if (!m_closeDlg)
+        return true;
 
-    bool awaiting = false;
     if (g_resultsShown)
         for (int i = 0; i < m_resultList->topLevelItemCount() && !awaiting; ++i)
             awaiting = m_resultList->topLevelItem(i)->text(ResVerdict) == QLatin1String("0");
@@ -56,10 +64,13 @@ void VideoRepairWindow::closeEvent(QCloseEvent* event)
 
     // Plain question: Yes exits. Advance question: Yes stays, so that the
     // user can press "Advance Repair"; No exits.
-    if (yes == awaiting) {
-        event->ignore();
-        return;
-    }
+    return yes != awaiting;
+}
+
+void VideoRepairWindow::FinishExit(bool awaiting)
+{
+    if (!m_closeDlg)
+        return;   // done by an earlier exit
     // A copy to a custom folder that is still under way reads from the
     // Repaired folders: it ends before they go.
     m_saveThread.wait();
@@ -69,22 +80,29 @@ void VideoRepairWindow::closeEvent(QCloseEvent* event)
         g_previewProcess->kill();
     if (!awaiting)
         StopMuxer();
-    event->accept();
 }
 
 void VideoRepairWindow::RemoveRepairedFolders()
 {
-    if (g_keepRepaired)
-        return;
     for (const QString& path : g_repairedPaths) {
         QDir folder = QFileInfo(path).absoluteDir();
         // Outputs sit directly in a Repaired folder; a path anywhere else
         // never takes its folder with it.
         if (!folder.exists() || folder.dirName() != QLatin1String("Repaired"))
             continue;
-        folder.removeRecursively();
-        if (folder.cdUp())
-            SetHiddenInFolder(folder.absolutePath(), QStringLiteral("Repaired"), false);
+        bool keeps = false;
+        for (const QString& kept : g_keptResults)
+            keeps = keeps || QFileInfo(kept).absoluteDir() == folder;
+        if (!keeps) {
+            folder.removeRecursively();
+            if (folder.cdUp())
+                SetHiddenInFolder(folder.absolutePath(), QStringLiteral("Repaired"), false);
+            continue;
+        }
+        // A folder with a saved result keeps it and loses the rest.
+        for (const QFileInfo& entry : folder.entryInfoList(QDir::Files | QDir::Hidden))
+            if (!g_keptResults.contains(entry.absoluteFilePath()))
+                QFile::remove(entry.absoluteFilePath());
     }
 }
 

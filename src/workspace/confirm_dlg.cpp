@@ -32,11 +32,8 @@ ConfirmDlgClass::ConfirmDlgClass(QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(int(16 * g_uiScale), int(6 * g_uiScale), int(6 * g_uiScale), int(16 * g_uiScale));
-    auto* top = new QHBoxLayout;
-    top->addStretch();
-    top->addWidget(close);
-    layout->addLayout(top);
-    layout->addWidget(m_label, 1);
+    AddTitleLine(layout, close);
+    layout->addLayout(MessageRow(m_label, QStringLiteral("Warning.png")), 1);
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(yes);

@@ -13,6 +13,10 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDirIterator>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTimer>
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -43,17 +47,36 @@ ListWidths FileListWidths(int language)
     }
 }
 
-const char kDateFormat[] = "ddd MMM dd yyyy hh:mm:ss";
-
 } // namespace
 
-QString VideoRepairWindow::FormatSize(qint64 bytes)
+QString VideoRepairWindow::FormatDate(const QDateTime& when, const QLocale& locale)
 {
-    QString text = QString::number(double(bytes) / double(1 << 20), 'g', 8);
-    const int point = text.indexOf(QLatin1Char('.'));
-    if (point >= 0)
-        text.truncate(point + 3);
-    return text;
+    return locale.toString(when, QLocale::ShortFormat);
+}
+
+QString VideoRepairWindow::FormatSize(qint64 bytes, const QLocale& locale)
+{
+    // Truncated, not rounded, to hundredths; no trailing zeros.
+    const qint64 hundredths = bytes / (1 << 20) * 100 + bytes % (1 << 20) * 100 / (1 << 20);
+    const int decimals = hundredths % 100 == 0 ? 0 : hundredths % 10 == 0 ? 1 : 2;
+    return locale.toString(double(hundredths) / 100.0, 'f', decimals);
+}
+
+void VideoRepairWindow::ReformatRows()
+{
+    const QLocale locale = LanguageLocale();
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* row = m_fileList->topLevelItem(i);
+        row->setText(FileSize, FormatSize(row->text(FileBytes).toLongLong(), locale));
+        for (int c : {int(FileModified), int(FileCreated)})
+            row->setText(c, FormatDate(row->data(c, Qt::UserRole).toDateTime(), locale));
+    }
+    for (int i = 0; i < m_resultList->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* row = m_resultList->topLevelItem(i);
+        row->setText(ResSize, FormatSize(row->data(ResSize, Qt::UserRole).toLongLong(), locale));
+        for (int c : {int(ResModified), int(ResCreated)})
+            row->setText(c, FormatDate(row->data(c, Qt::UserRole).toDateTime(), locale));
+    }
 }
 
 void VideoRepairWindow::SetUpFileList()
@@ -67,6 +90,7 @@ void VideoRepairWindow::SetUpFileList()
         m_fileList->setColumnHidden(c, true);
     m_fileList->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     m_fileList->setAlternatingRowColors(true);
+    m_fileList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_fileList->setTextElideMode(Qt::ElideMiddle);
     m_fileList->setFocusPolicy(Qt::NoFocus);
     m_fileList->setHeaderHidden(false);
@@ -86,57 +110,156 @@ void VideoRepairWindow::OnAddMOVFile()
 {
     const QStringList paths =
         m_fileDialogs->getOpenFileNames(this, tr("Add File"), QString(), AddFilter());
+    if (!paths.isEmpty())
+        AddPaths(paths);
+}
+
+void VideoRepairWindow::AddPaths(const QStringList& paths)
+{
+    QStringList files;
+    for (const QString& path : paths) {
+        const QFileInfo info(path);
+        if (info.isDir())
+            m_folderQueue << info.absoluteFilePath();
+        else if (info.exists())
+            files << info.absoluteFilePath();
+        else
+            m_notFound << info.fileName();   // gone, or a link that leads nowhere (or in a circle)
+    }
+    int duplicates = 0;
+    AddFileRows(files, duplicates, m_skippedUnknown);
+    if (duplicates > 0) {
+        InfoDlgClass dlg(this);
+        dlg.setText(tr("Files already added to list will be skipped."));
+        dlg.CentreOn(this);
+        dlg.exec();
+    }
+    if (AddingFolders()) {
+        if (!m_folderTimer) {
+            m_folderTimer = new QTimer(this);
+            m_folderTimer->setInterval(0);
+            connect(m_folderTimer, &QTimer::timeout, this, &VideoRepairWindow::WalkFoldersStep);
+        }
+        m_folderTimer->start();
+    }
+    ShowListNote();
+}
+
+// One batch of a folder walk: up to 200 entries, then back to the event loop
+// so that the window answers while a large folder is added. Links to
+// folders are not followed, so a link loop ends like any other folder.
+void VideoRepairWindow::WalkFoldersStep()
+{
+    QStringList batch;
+    while (batch.size() < 200) {
+        if (!m_folderWalk) {
+            if (m_folderQueue.isEmpty())
+                break;
+            m_folderWalk = std::make_unique<QDirIterator>(m_folderQueue.takeFirst(), QDir::Files | QDir::Hidden,
+                                                          QDirIterator::Subdirectories);
+        }
+        if (!m_folderWalk->hasNext()) {
+            m_folderWalk.reset();
+            continue;
+        }
+        batch << m_folderWalk->next();
+    }
+    int duplicates = 0;
+    AddFileRows(batch, duplicates, m_skippedUnknown);
+    if (!AddingFolders()) {
+        m_folderTimer->stop();
+        OnItemClicked(nullptr, 0);
+    }
+    ShowListNote();
+}
+
+void VideoRepairWindow::ShowListNote()
+{
+    if (!m_listNote)
+        return;
+    QStringList parts;
+    if (AddingFolders())
+        parts << tr("Adding videos: %1 in the list").arg(LanguageLocale().toString(m_fileList->topLevelItemCount()));
+    if (m_skippedUnknown > 0)
+        parts << tr("Skipped, not videos this program repairs: %1").arg(LanguageLocale().toString(m_skippedUnknown));
+    if (!m_notFound.isEmpty())
+        parts << tr("Not found: %1").arg(m_notFound.join(QStringLiteral(", ")));
+    const QString text = parts.join(QStringLiteral(" · "));
+    m_listNote->setToolTip(text);
+    m_listNote->setText(QFontMetrics(m_listNote->font()).elidedText(text, Qt::ElideRight, m_listNote->width()));
+    m_listNote->setVisible(!text.isEmpty());
+    if (!AddingFolders()) {
+        // The note stays until the next add.
+        m_skippedUnknown = 0;
+        m_notFound.clear();
+    }
+}
+
+void VideoRepairWindow::ShowFileList()
+{
+    if (m_fileListReady)
+        return;
+    add_filebtn->hide();
+    m_fileList->show();
+    m_fileListReady = true;
+    g_onHomePage = false;
+    g_onListPage = true;
+    SetUpFileList();
+}
+
+void VideoRepairWindow::AddFileRows(const QStringList& paths, int& duplicates, int& unknown)
+{
     if (paths.isEmpty())
         return;
-
-    if (!m_fileListReady) {
-        add_filebtn->hide();
-        m_fileList->show();
-        m_fileListReady = true;
-        g_onHomePage = false;
-        g_onListPage = true;
-        SetUpFileList();
-    }
+    QSet<QString> listed;
+    for (int i = 0; i < m_fileList->topLevelItemCount(); ++i)
+        listed.insert(m_fileList->topLevelItem(i)->text(FilePath));
 
     QFileIconProvider icons;
     const QFont rowFont(QStringLiteral("Segoe UI"), 10, QFont::Normal);
+    const QLocale locale = LanguageLocale();
+    int added = 0;
     for (const QString& path : paths) {
-        QApplication::processEvents();
-        bool duplicate = false;
-        for (int i = 0; i < m_fileList->topLevelItemCount() && !duplicate; ++i)
-            duplicate = m_fileList->topLevelItem(i)->text(FilePath) == path;
-        if (duplicate) {
-            InfoDlgClass dlg(this);
-            dlg.setText(tr("Files already added to list will be skipped."));
-            dlg.CentreOn(this);
-            dlg.exec();
+        if (listed.contains(path)) {
+            ++duplicates;
             continue;
         }
         const QFileInfo info(path);
-        if (!IsVideoSuffix(info.suffix()))
+        if (!IsVideoSuffix(info.suffix())) {
+            ++unknown;
             continue;
-
+        }
+        ShowFileList();
+        listed.insert(path);
+        ++added;
         auto* row = new QTreeWidgetItem(m_fileList);
         row->setText(FileName, info.fileName());
         row->setIcon(FileName, icons.icon(info));
         row->setText(FilePath, path);
-        row->setText(FileSize, FormatSize(info.size()));
+        row->setText(FileSize, FormatSize(info.size(), locale));
         row->setTextAlignment(FileSize, Qt::Alignment(134));
         row->setText(FileId, QString::number(m_nextFileId++));
         row->setText(FileParentId, QStringLiteral("1"));
         row->setText(FileBytes, QString::number(info.size()));
         row->setText(FileTempPath, path);
-        row->setText(FileModified, info.lastModified().toString(QLatin1String(kDateFormat)));
+        row->setText(FileModified, FormatDate(info.lastModified(), locale));
+        row->setData(FileModified, Qt::UserRole, info.lastModified());
         // Not every file system records a creation time; without one the
         // column shows the last change of the contents, the nearest fact.
         const QDateTime created = info.birthTime().isValid() ? info.birthTime() : info.lastModified();
-        row->setText(FileCreated, created.toString(QLatin1String(kDateFormat)));
+        row->setText(FileCreated, FormatDate(created, locale));
+        row->setData(FileCreated, Qt::UserRole, created);
         row->setCheckState(FileName, Qt::Checked);
         for (int c : {0, 2, 3, 4, 5, 6})
             row->setSizeHint(c, QSize(Scaled(20), Scaled(20)));
         for (int c = 0; c <= 6; ++c)
             row->setFont(c, rowFont);
+        // Names and paths are cut in the middle when the column is narrow.
+        row->setToolTip(FileName, info.fileName());
+        row->setToolTip(FilePath, path);
     }
+    if (added == 0)
+        return;
 
     for (int i = 0; i < m_fileList->topLevelItemCount(); ++i)
         if (m_fileList->topLevelItem(i)->checkState(FileName) == Qt::Checked) {
@@ -163,6 +286,9 @@ void VideoRepairWindow::OnAddMOVFile()
     // A list emptied by Remove left the box disabled; new rows bring it back.
     SelectAllBtn->setEnabled(true);
     UpdateSelectAllState();
+    // A run may start only once the whole folder is in the list.
+    if (AddingFolders())
+        RepairBtn->setEnabled(false);
 }
 
 void VideoRepairWindow::UpdateSelectAllState()

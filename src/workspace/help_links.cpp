@@ -56,6 +56,12 @@ QString HelpAddress(const QString& topic, const QString& language)
     return QLatin1String(kHelpBase) + language + QLatin1Char('/') + topic;
 }
 
+QString SampleHelpAddress()
+{
+    const QString page = HelpAddress(QStringLiteral("performing-advanced-repair"), HelpLanguage(g_languageType));
+    return page.isEmpty() ? page : page + QStringLiteral("#reference-file");
+}
+
 QString LinkLanguageKey(int languageType)
 {
     return QLatin1String(KnownLanguage(languageType) ? kKeyLanguages[languageType] : "EN");

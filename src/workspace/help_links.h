@@ -7,6 +7,10 @@
 // help address.
 QString HelpTopic();
 
+// The section on sample (reference) files of the Advance Repair help page,
+// in the current language: what "What is a reference file?" opens.
+QString SampleHelpAddress();
+
 // The language element of a help address for a LanguageType value: de, cn,
 // fr, it, hi, pt, nl, es, jp, ko or en.
 QString HelpLanguage(int languageType);

@@ -9,9 +9,11 @@
 #include "workspace/close_application_dlg.h"
 #include "workspace/help_links.h"
 #include "workspace/more_tools.h"
+#include "workspace/skin.h"
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QIcon>
 #include <QUrl>
 
 void VideoRepairWindow::InitClosingAndHelp()
@@ -22,6 +24,7 @@ void VideoRepairWindow::InitClosingAndHelp()
     connect(AbutBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OnAboutBtnClicked);
     connect(HelpBtn_1, &QPushButton::clicked, this, &VideoRepairWindow::OpenHelp);
     connect(HelpBtn_2, &QPushButton::clicked, this, &VideoRepairWindow::OpenHelp);
+    connect(referenceLinkBtn, &QPushButton::clicked, this, [] { g_openUrl(QUrl(SampleHelpAddress())); });
 }
 
 void VideoRepairWindow::OpenHelp()
@@ -37,8 +40,8 @@ void VideoRepairWindow::OnAboutBtnClicked()
     m_aboutDlg->exec();
 }
 
-// The button sits in page 1's title strip, left of the toolbar; all four
-// siblings are offered, as the program belongs to the whole toolkit.
+// The button sits in page 1's title strip, left of the toolbar. It offers
+// the siblings that are installed, and is hidden when none is.
 void VideoRepairWindow::MoreTool()
 {
     m_moreToolsButton = new QPushButton(AddFile_frame);
@@ -63,9 +66,19 @@ void VideoRepairWindow::MoreTool()
     m_photoRecoveryAction = m_moreToolsMenu->addAction(QString());
     m_moreToolsMenu->addSeparator();
     m_driveMonitorAction = m_moreToolsMenu->addAction(QString());
+    const SkinSet set = SkinSetFor(g_uiScale);
+    const QList<QPair<QAction*, const char*>> icons = {{m_dataRecoveryAction, "tool_RecoverData.png"},
+                                                       {m_photoRepairAction, "tool_RepairPhoto.png"},
+                                                       {m_photoRecoveryAction, "tool_RecoverPhoto.png"},
+                                                       {m_driveMonitorAction, "tool_MonitorDrive.png"}};
+    for (const auto& icon : icons)
+        if (set != SkinSet::None)
+            icon.first->setIcon(QIcon(skin::ImagePath(set, QLatin1String(icon.second))));
     m_moreToolsButton->setMenu(m_moreToolsMenu);
     m_moreToolsMenu->SetRetranslate([this] { RetranslateMoreTools(); });
     RetranslateMoreTools();
+    connect(m_moreToolsMenu, &QMenu::aboutToShow, this, &VideoRepairWindow::OfferInstalledTools);
+    OfferInstalledTools();
 
     connect(m_dataRecoveryAction, &QAction::triggered, this, &VideoRepairWindow::LaunchDataRecovery);
     connect(m_photoRepairAction, &QAction::triggered, this, &VideoRepairWindow::LaunchPhotoRepair);
@@ -103,11 +116,54 @@ void VideoRepairWindow::LaunchDriveMonitor()
     LaunchSibling(g_driveMonitorApp);
 }
 
-// The sibling takes over: this program ends whether it started or not, and a
-// sibling that isn't installed is not reported. No stay-awake request exists
-// here to clear.
+void VideoRepairWindow::OfferInstalledTools()
+{
+    const QList<QPair<QAction*, QString>> tools = {{m_dataRecoveryAction, g_dataRecoveryApp},
+                                                   {m_photoRepairAction, g_photoRepairApp},
+                                                   {m_photoRecoveryAction, g_photoRecoveryApp},
+                                                   {m_driveMonitorAction, g_driveMonitorApp}};
+    bool any = false;
+    for (const auto& tool : tools) {
+        const bool installed = !FindSibling(g_programDir, tool.second).isEmpty();
+        tool.first->setVisible(installed);
+        any = any || installed;
+    }
+    // A separator shows only between two entries that show.
+    QAction* lastShown = nullptr;
+    QAction* pending = nullptr;
+    for (QAction* a : m_moreToolsMenu->actions()) {
+        if (a->isSeparator()) {
+            a->setVisible(false);
+            if (lastShown)
+                pending = a;
+        } else if (a->isVisible()) {
+            if (pending)
+                pending->setVisible(true);
+            pending = nullptr;
+            lastShown = a;
+        }
+    }
+    m_moreToolsButton->setVisible(any);
+}
+
+// The sibling takes over through the normal exit: the exit question, and
+// the results nobody saved removed. A sibling that doesn't start is
+// reported, and this program stays.
 void VideoRepairWindow::LaunchSibling(const QString& name)
 {
-    StartSibling(g_programDir, name);
+    const QString program = FindSibling(g_programDir, name);
+    if (program.isEmpty()) {
+        OfferInstalledTools();
+        return;
+    }
+    bool awaiting = false;
+    if (!ExitConfirmed(awaiting))
+        return;
+    if (!StartSibling(program)) {
+        ShowDone(tr("%1 could not be started.").arg(name));
+        return;
+    }
+    FinishExit(awaiting);
+    hide();
     QCoreApplication::quit();
 }

@@ -19,14 +19,15 @@ InfoDlgClass::InfoDlgClass(QWidget* parent)
     connect(m_okBtn, &QPushButton::clicked, this, &InfoDlgClass::OnOk);
 
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(int(20 * g_uiScale), int(20 * g_uiScale), int(20 * g_uiScale), int(16 * g_uiScale));
-    layout->addWidget(m_label, 1);
+    layout->setContentsMargins(int(16 * g_uiScale), int(8 * g_uiScale), int(16 * g_uiScale), int(16 * g_uiScale));
+    AddTitleLine(layout);
+    layout->addLayout(MessageRow(m_label, QStringLiteral("Info.png")), 1);
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(m_okBtn);
     row->addStretch();
     layout->addLayout(row);
-    setFixedSize(int(380 * g_uiScale), int(150 * g_uiScale));
+    setFixedSize(int(400 * g_uiScale), int(170 * g_uiScale));
 }
 
 void InfoDlgClass::setText(const QString& text)

@@ -180,6 +180,7 @@ void VideoRepairWindow::changeEvent(QEvent* event)
 
 void VideoRepairWindow::RetranslateWindow()
 {
+    ReformatRows();
     retranslateUi(this);
     BackBtn->setToolTip(tr("Back"));
     for (QPushButton* b : {AbutBtn_1, AbutBtn_2})

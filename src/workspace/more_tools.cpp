@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QEvent>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 // Our choice of names: lower case with hyphens, as programs are named here.
 QString g_dataRecoveryApp = QStringLiteral("data-recovery");
@@ -11,10 +13,19 @@ QString g_photoRepairApp = QStringLiteral("photo-repair");
 QString g_photoRecoveryApp = QStringLiteral("photo-recovery");
 QString g_driveMonitorApp = QStringLiteral("drive-monitor");
 
-bool StartSibling(const QString& folder, const QString& name)
+QString FindSibling(const QString& folder, const QString& name)
 {
+    const QFileInfo beside(QDir(folder).absoluteFilePath(name));
+    if (beside.isFile() && beside.isExecutable())
+        return beside.absoluteFilePath();
+    return QStandardPaths::findExecutable(name);
+}
+
+bool StartSibling(const QString& program)
+{
+    const QString folder = QFileInfo(program).absolutePath();
     QDir::setCurrent(folder);
-    return g_startDetached(QDir(folder).absoluteFilePath(name), {}, folder);
+    return g_startDetached(program, {}, folder);
 }
 
 PopupMenu::PopupMenu(QWidget* button)

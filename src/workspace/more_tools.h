@@ -10,10 +10,13 @@ extern QString g_photoRepairApp;
 extern QString g_photoRecoveryApp;
 extern QString g_driveMonitorApp;
 
-// Starts the sibling name from folder (the folder becomes the current one
-// and the sibling's working folder). False when it did not start; callers
-// don't report that.
-bool StartSibling(const QString& folder, const QString& name);
+// Where the sibling name is installed: beside the program (in folder), else
+// on PATH. Empty when it is neither.
+QString FindSibling(const QString& folder, const QString& name);
+
+// Starts the sibling at program; its folder becomes the current one and the
+// sibling's working folder. False when it did not start.
+bool StartSibling(const QString& program);
 
 // Menu shown from a button: it opens under the button with their right
 // edges lined up, so that it stays over the window, and it retranslates its

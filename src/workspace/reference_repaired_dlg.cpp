@@ -4,6 +4,7 @@ ReferenceRepairedDlg::ReferenceRepairedDlg(QWidget* parent)
     : InfoDlgClass(parent)
 {
     setObjectName(QStringLiteral("ReferenceRepairedDlg"));
+    SetMessageIcon(QStringLiteral("Mark.png"));
     setText(tr("Video file repaired successfully!"));
 }
 

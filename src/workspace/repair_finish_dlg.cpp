@@ -1,10 +1,13 @@
 #include "workspace/repair_finish_dlg.h"
 
+#include "shell/platform_gui.h"
 #include "shell/scale.h"
+#include "workspace/help_links.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QUrl>
 #include <QVBoxLayout>
 
 repairFinishDialog::repairFinishDialog(QWidget* parent)
@@ -28,14 +31,15 @@ repairFinishDialog::repairFinishDialog(QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     const int m = int(18 * g_uiScale);
-    layout->setContentsMargins(m, m, m, m);
-    layout->addWidget(m_repairedLabl, 1);
+    layout->setContentsMargins(m, int(8 * g_uiScale), m, m);
+    AddTitleLine(layout);
+    layout->addLayout(MessageRow(m_repairedLabl, QStringLiteral("Mark.png")), 1);
     auto* row = new QHBoxLayout;
     row->addWidget(reference);
     row->addStretch();
     row->addWidget(ok);
     layout->addLayout(row);
-    setFixedSize(int(420 * g_uiScale), int(170 * g_uiScale));
+    setFixedSize(int(420 * g_uiScale), int(190 * g_uiScale));
 }
 
 void repairFinishDialog::OnOK()
@@ -45,6 +49,7 @@ void repairFinishDialog::OnOK()
 
 void repairFinishDialog::OnReferenceBtn()
 {
+    g_openUrl(QUrl(SampleHelpAddress()));
 }
 
 void repairFinishDialog::Retranslate()

@@ -153,6 +153,51 @@ void VideoRepairWindow::OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileNam
     }
 }
 
+QTreeWidgetItem* VideoRepairWindow::RowAwaitingVerdict(const QString& fileName) const
+{
+    for (int i = 0; i < m_resultList->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* row = m_resultList->topLevelItem(i);
+        if (row->text(ResName) != fileName)
+            continue;
+        const QString verdict = row->text(ResVerdict);
+        if ((row->text(ResStage) == QLatin1String("1") && verdict.isEmpty()) || verdict == QLatin1String("0"))
+            return row;
+    }
+    return nullptr;
+}
+
+void VideoRepairWindow::OnOutputWritten(QString fileName, QString outputPath)
+{
+    if (QTreeWidgetItem* row = RowAwaitingVerdict(fileName)) {
+        row->setText(ResRepairedPath, outputPath);
+        row->setToolTip(ResRepairedPath, outputPath);
+    }
+}
+
+QString VideoRepairWindow::FiguresText(qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes)
+{
+    const QLocale locale = LanguageLocale();
+    QStringList parts{tr("%1 frames").arg(locale.toString(videoFrames))};
+    const qulonglong seconds = qulonglong(audioSeconds + 0.5);
+    if (seconds >= 60)
+        parts << tr("%1 min %2 s of sound").arg(locale.toString(seconds / 60), locale.toString(seconds % 60));
+    else if (audioSeconds > 0)
+        parts << tr("%1 s of sound").arg(locale.toString(seconds));
+    if (skippedBytes > 0)
+        parts << tr("%1 damaged bytes skipped").arg(locale.toString(skippedBytes));
+    return parts.join(QStringLiteral(" · "));
+}
+
+void VideoRepairWindow::OnRecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds,
+                                          qulonglong skippedBytes)
+{
+    QTreeWidgetItem* row = RowAwaitingVerdict(fileName);
+    if (!row)
+        return;
+    const QString text = FiguresText(videoFrames, audioSeconds, skippedBytes);
+    row->setToolTip(ResStatus, text);
+}
+
 void VideoRepairWindow::OndisableAddReferenceBtn()
 {
     m_resultList->setEnabled(false);

@@ -9,6 +9,7 @@
 #include "shell/startup.h"
 #include "workspace/custom_button.h"
 #include "workspace/file_dialogs.h"
+#include "workspace/info_dlg.h"
 #include "workspace/my_tree_widget.h"
 #include "workspace/repair_finish_dlg.h"
 #include "workspace/stop_dlg.h"
@@ -79,6 +80,30 @@ void VideoRepairWindow::SetResultListHeader()
 
 void VideoRepairWindow::OnRepairMOVFiles()
 {
+    if (AddingFolders() || g_repairRunning)
+        return;
+    // Files that went away since they were added leave the list, with a word.
+    QStringList gone;
+    for (int i = m_fileList->topLevelItemCount() - 1; i >= 0; --i) {
+        const QTreeWidgetItem* source = m_fileList->topLevelItem(i);
+        if (source->checkState(FileName) == Qt::Checked && !QFileInfo::exists(source->text(FilePath))) {
+            gone.prepend(source->text(FileName));
+            delete m_fileList->takeTopLevelItem(i);
+        }
+    }
+    if (!gone.isEmpty()) {
+        InfoDlgClass dlg(this);
+        dlg.setText(tr("These files can no longer be found and are left out: %1").arg(gone.join(QStringLiteral(", "))));
+        dlg.CentreOn(this);
+        dlg.exec();
+        bool anyChecked = false;
+        for (int i = 0; i < m_fileList->topLevelItemCount() && !anyChecked; ++i)
+            anyChecked = m_fileList->topLevelItem(i)->checkState(FileName) == Qt::Checked;
+        if (!anyChecked) {
+            OnItemClicked(nullptr, 0);
+            return;
+        }
+    }
     g_stopRequested = false;
     g_resultsShown = true;
     g_onRepairPage = true;
@@ -126,8 +151,14 @@ void VideoRepairWindow::OnRepairMOVFiles()
         row->setText(ResSource, sourcePath);
         row->setText(ResStage, QStringLiteral("0"));
         row->setText(ResSize, source->text(FileSize));
-        row->setText(ResModified, source->text(FileModified));
-        row->setText(ResCreated, source->text(FileCreated));
+        row->setData(ResSize, Qt::UserRole, source->text(FileBytes).toLongLong());
+        for (const auto& c : {std::pair<int, int>{ResModified, FileModified}, {ResCreated, FileCreated}}) {
+            row->setText(c.first, source->text(c.second));
+            row->setData(c.first, Qt::UserRole, source->data(c.second, Qt::UserRole));
+        }
+        // Names and paths are cut in the middle when the column is narrow.
+        row->setToolTip(ResName, name);
+        row->setToolTip(ResRepairedPath, row->text(ResRepairedPath));
         row->setText(ResStatus, tr("Queued"));
         row->setText(ResQueue, QStringLiteral("4"));
 

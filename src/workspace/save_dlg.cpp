@@ -86,7 +86,6 @@ void SaveDlgClass::OnDefaultLoc()
 {
     LocBrowse_Btn->setEnabled(false);
     RefPath_Edit->clear();
-    g_keepRepaired = true;
     Save->setEnabled(true);
 }
 
@@ -96,7 +95,6 @@ void SaveDlgClass::OnChnageLocOfRepairedFiles()
     m_customPath.clear();
     RefPath_Edit->clear();
     Save->setEnabled(false);
-    g_keepRepaired = false;
 }
 
 void SaveDlgClass::OnBrowseBtn()

@@ -51,6 +51,12 @@ void VideoRepairWindow::OnUnhide()
 void VideoRepairWindow::OnSavedMsg()
 {
     g_keepRepaired = true;
+    for (int i = 0; i < m_resultList->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* row = m_resultList->topLevelItem(i);
+        if (row->checkState(ResName) == Qt::Checked && row->text(ResVerdict) == QLatin1String("1")
+            && !g_keptResults.contains(row->text(ResRepairedPath)))
+            g_keptResults << row->text(ResRepairedPath);
+    }
     OnUnhide();
     for (int i = 0; i < m_resultList->topLevelItemCount(); ++i)
         m_resultList->topLevelItem(i)->setCheckState(ResName, Qt::Unchecked);

@@ -196,8 +196,14 @@ const char* AddCardSheet(SkinSet set, int language)
 
 QString TitleIconPath(SkinSet set)
 {
+    return ImagePath(set, QStringLiteral("24.png"));
+}
+
+QString ImagePath(SkinSet set, const QString& name)
+{
+    InitSkinResources();
     return set == SkinSet::None ? QString()
-                                : QStringLiteral(":/images/%1/24.png").arg(QLatin1String(SkinFolder(set)));
+                                : QStringLiteral(":/images/%1/%2").arg(QLatin1String(SkinFolder(set)), name);
 }
 
 QStringList AllSheetsAndPaths()

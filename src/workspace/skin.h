@@ -28,6 +28,8 @@ extern const char* const kListSheets[3];
 const char* DialogSheet(SkinSet set);
 // The title icon beside the window's name, by set.
 QString TitleIconPath(SkinSet set);
+// An image of set by its file name ("Info.png"); empty for SkinSet::None.
+QString ImagePath(SkinSet set, const QString& name);
 
 // Every style sheet and image path above, for checks that each image exists.
 QStringList AllSheetsAndPaths();

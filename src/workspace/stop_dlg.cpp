@@ -33,9 +33,14 @@ StopDlg::StopDlg(QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     const int m = int(18 * g_uiScale);
-    layout->setContentsMargins(m, m, m, m);
-    layout->addWidget(m_upper, 1);
-    layout->addWidget(m_lower, 1);
+    layout->setContentsMargins(m, int(8 * g_uiScale), m, m);
+    AddTitleLine(layout);
+    auto* texts = new QWidget(this);
+    auto* column = new QVBoxLayout(texts);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_upper, 1);
+    column->addWidget(m_lower, 1);
+    layout->addLayout(MessageRow(texts, QStringLiteral("Warning.png")), 1);
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(m_yes);
@@ -43,7 +48,7 @@ StopDlg::StopDlg(QWidget* parent)
     row->addWidget(m_no);
     row->addStretch();
     layout->addLayout(row);
-    setFixedSize(int(440 * g_uiScale), int(190 * g_uiScale));
+    setFixedSize(int(460 * g_uiScale), int(210 * g_uiScale));
 }
 
 void StopDlg::SetTexts(const QString& upper, const QString& lower)

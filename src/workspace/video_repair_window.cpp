@@ -20,9 +20,12 @@
 #include "workspace/workspace_globals.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QSettings>
+#include <QShortcut>
 #include <QTimer>
 
 VideoRepairWindow::VideoRepairWindow(QWidget* parent)
@@ -71,6 +74,45 @@ VideoRepairWindow::VideoRepairWindow(QWidget* parent)
 
     Init();
     MoreTool();
+
+    // Keys: Ctrl+O adds, Delete removes the selected rows, Ctrl+A ticks all,
+    // Enter starts the repair; each only where its button would act.
+    auto onPage1 = [this] { return AddFile_frame->isVisible() && !g_repairRunning; };
+    auto key = [this](const QKeySequence& sequence, const std::function<void()>& action) {
+        auto* shortcut = new QShortcut(sequence, this);
+        shortcut->setContext(Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    key(QKeySequence::Open, [this, onPage1] {
+        if (onPage1())
+            OnAddMOVFile();
+    });
+    key(QKeySequence(Qt::Key_Delete), [this, onPage1] {
+        if (!onPage1() || !m_fileList->isVisible())
+            return;
+        for (QTreeWidgetItem* row : m_fileList->selectedItems())
+            delete row;
+        OnItemClicked(nullptr, 0);
+        SelectAllBtn->setEnabled(m_fileList->topLevelItemCount() > 0);
+    });
+    key(QKeySequence::SelectAll, [this, onPage1] {
+        if (onPage1() && SelectAllBtn->isVisible() && SelectAllBtn->isEnabled())
+            OnCheckBoxbtnClicked(true);
+        else if (frame_2->isVisible() && Select_All->isVisible() && Select_All->isEnabled())
+            OnSelectAllClicked(true);
+    });
+    for (const auto enter : {Qt::Key_Return, Qt::Key_Enter})
+        key(QKeySequence(enter), [this, onPage1] {
+            if (onPage1() && RepairBtn->isVisible() && RepairBtn->isEnabled())
+                RepairBtn->click();
+        });
+
+    // Files dropped on page 1 are added as if chosen in the file dialog.
+    setAcceptDrops(true);
+    m_listNote = new QLabel(AddFile_frame);
+    m_listNote->setObjectName(QStringLiteral("ListNoteLabl"));
+    m_listNote->setGeometry(Scaled(22), Scaled(505), Scaled(805), Scaled(20));
+    m_listNote->hide();
 
     connect(m_resultList, &QTreeWidget::itemClicked, this, &VideoRepairWindow::OnRepairItemClicked);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::CustomizeWindowHint);
@@ -201,6 +243,8 @@ void VideoRepairWindow::InitControls()
     connect(t, &ThreadVideoRepair::OverAllProgressValue, this, &VideoRepairWindow::OnOverAllProgressValue, q);
     connect(t, &ThreadVideoRepair::FileNamelabel, this, &VideoRepairWindow::OnFileNameLabel, q);
     connect(t, &ThreadVideoRepair::WriteProcessingStatus, this, &VideoRepairWindow::OnWriteProcessingStatus, q);
+    connect(t, &ThreadVideoRepair::OutputWritten, this, &VideoRepairWindow::OnOutputWritten, q);
+    connect(t, &ThreadVideoRepair::RecoveryFigures, this, &VideoRepairWindow::OnRecoveryFigures, q);
     connect(t, &ThreadVideoRepair::WriteStatus, this, &VideoRepairWindow::OnWriteStatus, q);
     connect(t, &ThreadVideoRepair::WriteAVIFileStatus, this, &VideoRepairWindow::OnWriteAVIFileStatus, q);
     connect(t, &ThreadVideoRepair::disableAddReferenceBtn, this, &VideoRepairWindow::OndisableAddReferenceBtn, q);
@@ -421,4 +465,42 @@ void VideoRepairWindow::ReturnToFirstPage(bool repairPage)
             folder.rmdir(folder.absolutePath());
         }
     }
+}
+
+namespace {
+
+// The local files of a drag; empty when it brings none.
+QStringList DroppedPaths(const QMimeData* data)
+{
+    QStringList paths;
+    if (data && data->hasUrls())
+        for (const QUrl& url : data->urls())
+            if (url.isLocalFile())
+                paths << url.toLocalFile();
+    return paths;
+}
+
+} // namespace
+
+void VideoRepairWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    // Only page 1 takes files, and not while a run holds the list.
+    if (AddFile_frame->isVisible() && !g_repairRunning && !DroppedPaths(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void VideoRepairWindow::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (AddFile_frame->isVisible() && !g_repairRunning)
+        event->acceptProposedAction();
+}
+
+void VideoRepairWindow::dropEvent(QDropEvent* event)
+{
+    const QStringList paths = DroppedPaths(event->mimeData());
+    if (!AddFile_frame->isVisible() || g_repairRunning || paths.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // The dialog about duplicates must not run inside the drag's own loop.
+    QTimer::singleShot(0, this, [this, paths] { AddPaths(paths); });
 }

@@ -13,6 +13,7 @@
 
 #include <QList>
 #include <QPoint>
+#include <QSet>
 #include <QStringList>
 #include <QWidget>
 #include <memory>
@@ -26,6 +27,9 @@ class FileDialogs;
 class InfoDlgClass;
 class MyTreeWidget;
 class QAction;
+class QDateTime;
+class QLocale;
+class QDirIterator;
 class QLabel;
 class QMenu;
 class PopupMenu;
@@ -49,10 +53,14 @@ public:
     // toolkit's dialogs.
     void SetFileDialogs(std::unique_ptr<FileDialogs> dialogs);
 
-    // Text of a size column: bytes / 2^20, truncated to two decimals.
-    static QString FormatSize(qint64 bytes);
-    // The file a press of Preview plays for a result at repairedPath.
-    static QString PreviewPath(const QString& repairedPath);
+    // Text of a size column: bytes / 2^20, truncated to two decimals, in
+    // the number format of locale.
+    static QString FormatSize(qint64 bytes, const QLocale& locale);
+    // Text of a date column, in the conventions of the chosen language.
+    static QString FormatDate(const QDateTime& when, const QLocale& locale);
+    // The tooltip of a result row: frames, seconds of sound and damaged
+    // bytes skipped, in the numbers of the chosen language.
+    static QString FiguresText(qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
 
     // Column indexes of the file list (page 1).
     enum FileColumn {
@@ -78,6 +86,14 @@ public:
     CloseApplicationDlg* closeDlg() const { return m_closeDlg; }
     AboutDlg* aboutDlg() const { return m_aboutDlg; }
     QPushButton* moreToolsButton() const { return m_moreToolsButton; }
+
+    // Adds files to the list of page 1 as the file dialog does; a folder adds
+    // the videos below it, in batches from the event loop. Unknown files and
+    // paths that can't be found are skipped with a note under the list.
+    void AddPaths(const QStringList& paths);
+    // True while the videos of a folder are still being added.
+    bool AddingFolders() const { return !m_folderQueue.isEmpty() || m_folderWalk; }
+    QLabel* listNote() const { return m_listNote; }
 
     // Exit: removes the Repaired folders of the run unless a save at the
     // source location keeps them; deletes the kept dialogs.
@@ -117,6 +133,9 @@ public Q_SLOTS:
     void OnWriteProcessingStatus(QString);
     void OnWriteStatus(bool repaired, bool reserved, QString fileName, bool defaultCodec);
     void OnWriteAVIFileStatus(bool hasVideo_Strh, QString FileName);
+    // Ahead of a positive verdict: the file the engine wrote, and what it holds.
+    void OnOutputWritten(QString fileName, QString outputPath);
+    void OnRecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
     void OndisableAddReferenceBtn();
     void OnRepairItemClicked(QTreeWidgetItem* item, int column);
     void OnSelectAllClicked(bool checked);
@@ -178,6 +197,8 @@ public Q_SLOTS:
     void LaunchPhotoRepair();
     void LaunchPhotoRecovery();
     void LaunchDriveMonitor();
+    // Shows the More Tools entries of the installed siblings only.
+    void OfferInstalledTools();
 
 public:
     // Skin and layout (languages.cpp): images and sheets of the scale's set,
@@ -200,6 +221,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void Init();
@@ -209,15 +233,27 @@ private:
     void StepToolbar(QPushButton* menuButton, const QList<QWidget*>& items);
     void ReturnToFirstPage(bool repairPage);
     void SetUpFileList();
+    // Sizes and dates of both lists again, in the language now chosen.
+    void ReformatRows();
+    void ShowFileList();
+    // Adds a row per accepted path; counts duplicates and unknown files.
+    void AddFileRows(const QStringList& paths, int& duplicates, int& unknown);
+    void WalkFoldersStep();
+    void ShowListNote();
     void UpdateSelectAllState();
     void SetUpResultList();
     void SetResultListHeader();
     void SetRowStatus(QTreeWidgetItem* row, const QString& word, const char* colour);
     void MarkFirstPassVerdict(QTreeWidgetItem* row, bool repaired);
     void MarkReferencePassCompleted(QTreeWidgetItem* row);
+    // The row of fileName whose verdict is due: taken up by this pass, or
+    // waiting for the reference pass now running. Null when none.
+    QTreeWidgetItem* RowAwaitingVerdict(const QString& fileName) const;
     void SettleRowsAfterRun();
     bool SettleRowsAfterAbort();   // true when a completed row exists
     void RestyleRowsForPass();
+    // Starts the preview player on target; says so when it can't.
+    void StartPlayer(const QString& target, bool doubleClick);
     void ShowDone(const QString& text);
     void StartAdvanceRepair(const QString& sourcePath);
     CustomButton* RowButton(QTreeWidgetItem* row) const;
@@ -228,8 +264,21 @@ private:
     void InitClosingAndHelp();
     void RetranslateMoreTools();
     void LaunchSibling(const QString& name);
+    // The exit question (or the word that a run holds the program); true
+    // when the answer is to exit. awaiting: rows still wait for Advance Repair.
+    bool ExitConfirmed(bool& awaiting);
+    // What an accepted exit does: results never saved go, the player ends.
+    void FinishExit(bool awaiting);
 
     bool m_dragging = false;
+    // Adding from folders: the folders left, the walk under way, and what
+    // the add skipped so far (for the note under the list).
+    QStringList m_folderQueue;
+    std::unique_ptr<QDirIterator> m_folderWalk;
+    QTimer* m_folderTimer = nullptr;
+    int m_skippedUnknown = 0;
+    QStringList m_notFound;
+    QLabel* m_listNote = nullptr;
     QPoint m_dragOffset;
     bool m_fileListReady = false;
 

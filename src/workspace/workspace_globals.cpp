@@ -1,5 +1,7 @@
 #include "workspace/workspace_globals.h"
 
+#include "shell/startup.h"
+
 bool g_onHomePage = true;
 bool g_onListPage = false;
 bool g_onRepairPage = false;
@@ -27,3 +29,17 @@ ReferenceFileDlg* g_referenceDlg = nullptr;
 
 QProcess* g_previewProcess = nullptr;
 bool g_keepRepaired = false;
+QStringList g_keptResults;
+
+QLocale LanguageLocale()
+{
+    // In the order of LanguageType: EN DE FR IT ES JA CN KO DU BR HI.
+    static const QLocale locales[] = {
+        QLocale(QLocale::English, QLocale::UnitedStates), QLocale(QLocale::German, QLocale::Germany),
+        QLocale(QLocale::French, QLocale::France),        QLocale(QLocale::Italian, QLocale::Italy),
+        QLocale(QLocale::Spanish, QLocale::Spain),        QLocale(QLocale::Japanese, QLocale::Japan),
+        QLocale(QLocale::Chinese, QLocale::China),        QLocale(QLocale::Korean, QLocale::SouthKorea),
+        QLocale(QLocale::Dutch, QLocale::Netherlands),    QLocale(QLocale::Portuguese, QLocale::Brazil),
+        QLocale(QLocale::Hindi, QLocale::India)};
+    return g_languageType >= 0 && g_languageType <= 10 ? locales[g_languageType] : locales[0];
+}

@@ -2,6 +2,7 @@
 // Process-wide flags of the window. Main thread only: they record which page
 // is up and how the last question was answered, and drive the help topic and
 // the exit question.
+#include <QLocale>
 #include <QStringList>
 
 class QProcess;
@@ -35,4 +36,8 @@ extern ReferenceFileDlg* g_referenceDlg;
 
 // Preview and saving.
 extern QProcess* g_previewProcess;  // the one player process; made at the first preview
-extern bool g_keepRepaired;         // the results stay beside their sources: exit keeps Repaired
+extern bool g_keepRepaired;         // some result was saved at its source: exit keeps it
+extern QStringList g_keptResults;   // the results saved at their source; nothing removes them
+
+// The conventions (numbers, dates) of the program's language g_languageType.
+QLocale LanguageLocale();

@@ -17,13 +17,18 @@
 #include "workspace/reference_file_dlg.h"
 #include "workspace/reference_repaired_dlg.h"
 #include "workspace/save_dlg.h"
+#include "workspace/my_tree_widget.h"
+#include "workspace/stop_dlg.h"
 #include "workspace/video_repair_window.h"
 #include "workspace/workspace_globals.h"
 
 #include <QCheckBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTextEdit>
+#include <QToolTip>
+#include <QTreeWidget>
 
 #include <QApplication>
 #include <QSettings>
@@ -119,6 +124,19 @@ int main(int argc, char** argv)
                 closer.stop();
                 QTimer::singleShot(400, [&] {
                     failures += !Save(&window, out + QStringLiteral("/page2-results.png"));
+                    // The figures of the first result, as its tooltip shows them.
+                    QTreeWidget* results = window.resultList();
+                    if (QTreeWidgetItem* first = results->topLevelItem(0)) {
+                        const QRect cell = results->visualItemRect(first);
+                        QToolTip::showText(results->viewport()->mapToGlobal(cell.center()), first->toolTip(8),
+                                           results);
+                        settle(400);
+                        const QRect area(window.frameGeometry().topLeft(), window.size() + QSize(200, 0));
+                        failures += !QGuiApplication::primaryScreen()
+                                         ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
+                                         .save(out + QStringLiteral("/page2-figures.png"));
+                        QToolTip::hideText();
+                    }
                     // The dialogs of page 2, shown without their loops.
                     AdvancedRepairDlg advanced(&window, args.value(1));
                     advanced.show();
@@ -154,6 +172,11 @@ int main(int argc, char** argv)
                     settle(200);
                     failures += !Save(window.closeDlg(), out + QStringLiteral("/dialog-exit.png"));
                     window.closeDlg()->hide();
+                    StopDlg stop(&window);
+                    stop.SetTexts(QObject::tr("Do you want to stop the current process?"), QString());
+                    stop.show();
+                    settle(200);
+                    failures += !Save(&stop, out + QStringLiteral("/dialog-stop.png"));
                     app.quit();
                 });
             }

@@ -1,11 +1,14 @@
 // Start-up: the single-instance guard survives no crash, a first start
 // creates ResizeAppforDPI at both settings stores, the scale switched off.
 #include "shell/platform_core.h"
+#include "shell/platform_gui.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
 #include "support/test_videos.h"
 
 #include <QDir>
+#include <QLocalServer>
+#include <QSharedMemory>
 #include <QProcess>
 #include <QSettings>
 #include <QUuid>
@@ -38,6 +41,30 @@ private Q_SLOTS:
         QCOMPARE(out.trimmed(), QByteArray("acquired"));
     }
 
+    // A second start with files hands them to the instance that runs and
+    // ends; the running side gets them as absolute paths, missing ones too.
+    void secondStartHandsItsFilesOver()
+    {
+        const QString home = freshDir(QStringLiteral("xdg"));
+        qputenv("XDG_CONFIG_HOME", home.toUtf8());
+        auto guard = AcquireInstanceGuard(InstanceKey());
+        QVERIFY(guard);
+        QStringList received;
+        QObject owner;
+        QVERIFY(ListenForHandOver(HandOverName(), &owner, [&](const QStringList& f) { received = f; }));
+        QProcess second;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        second.setProcessEnvironment(env);
+        second.setWorkingDirectory(home);
+        second.start(binDir() + QStringLiteral("/reelwright"), {QStringLiteral("a clip.mp4"), home + QStringLiteral("/b.mov")});
+        QTRY_VERIFY_WITH_TIMEOUT(second.state() == QProcess::NotRunning, 15000);
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(received, (QStringList{home + QStringLiteral("/a clip.mp4"), home + QStringLiteral("/b.mov")}));
+        QCOMPARE(FileArguments({"reelwright", "-style", "x.mp4"}), QStringList{QDir::current().absoluteFilePath("x.mp4")});
+        QDir(home).removeRecursively();
+    }
+
     void firstStartCreatesBothStores()
     {
         const QString home = freshDir(QStringLiteral("xdg"));
@@ -50,6 +77,10 @@ private Q_SLOTS:
         QVERIFY(app.waitForStarted());
         const QString stores = home + QStringLiteral("/Corvane Labs/%1 Recovery/Reelwright.ini");
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(stores.arg(QStringLiteral("Photo"))), 15000);
+        // The version the update check compares with.
+        QTRY_COMPARE_WITH_TIMEOUT(QSettings(stores.arg(QStringLiteral("Photo")), QSettings::IniFormat)
+                                      .value(QStringLiteral("Version")).toString(),
+                                  QStringLiteral(REELWRIGHT_VERSION), 15000);
         app.kill();
         app.waitForFinished();
         for (const char* store : {"Data", "Photo"})

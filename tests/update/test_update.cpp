@@ -200,41 +200,53 @@ private Q_SLOTS:
         QVERIFY(m_parent->findChildren<QDownloadApp*>().isEmpty());
     }
 
-    // Every way to "nothing newer" says so once after the button.
+    // Nothing newer says so once after the button; a check that could not
+    // compare says that it failed, and why.
     void noUpdate_data()
     {
         QTest::addColumn<QString>("link");
         QTest::addColumn<QByteArray>("descriptor");   // null: none on the server
         QTest::addColumn<QString>("installed");
+        QTest::addColumn<QString>("message");
         const QString link = m_link;
-        QTest::newRow("equal versions") << link << QByteArray("6.1.0.0\n6.1.0.0\n") << "6.1.0.0";
-        QTest::newRow("older versions") << link << QByteArray("6.0.0.0\n6.0.0.0\n") << "6.1.0.0";
-        QTest::newRow("empty link") << "" << QByteArray("7.0.0.0\n") << "6.1.0.0";
-        QTest::newRow("link without a scheme") << "update folder/" << QByteArray("7.0.0.0\n") << "6.1.0.0";
-        QTest::newRow("descriptor of 3 bytes") << link << QByteArray("7.0") << "6.1.0.0";
-        QTest::newRow("empty descriptor") << link << QByteArray("") << "6.1.0.0";
-        QTest::newRow("no descriptor on the server") << link << QByteArray() << "6.1.0.0";
+        const QString failed = QStringLiteral("The update check failed: ");
+        QTest::newRow("equal versions") << link << QByteArray("6.1.0.0\n6.1.0.0\n") << "6.1.0.0" << kNoUpdate;
+        QTest::newRow("older versions") << link << QByteArray("6.0.0.0\n6.0.0.0\n") << "6.1.0.0" << kNoUpdate;
+        QTest::newRow("installed version of 9 characters") << link << QByteArray("6.1.0.0\n") << "6.1.0.0.9" << kNoUpdate;
+        QTest::newRow("empty link") << "" << QByteArray("7.0.0.0\n") << "6.1.0.0" << failed + "no update address is set";
+        QTest::newRow("link without a scheme") << "update folder/" << QByteArray("7.0.0.0\n") << "6.1.0.0"
+                                               << failed + "the update address is not valid";
+        const QString noVersion = failed + QStringLiteral("the server's answer holds no version");
+        QTest::newRow("descriptor of 3 bytes") << link << QByteArray("7.0") << "6.1.0.0" << noVersion;
+        QTest::newRow("empty descriptor") << link << QByteArray("") << "6.1.0.0" << noVersion;
         static const char garbage[] = "\xff\xfe<html>\0\x01\n%%%%.%.%.%\nmore\n";
-        QTest::newRow("garbage lines") << link << QByteArray(garbage, sizeof garbage - 1) << "6.1.0.0";
-        QTest::newRow("one long garbage line") << link << QByteArray(100000, 'z') << "6.1.0.0";
-        QTest::newRow("no installed version") << link << QByteArray("7.0.0.0\n7.0.0.0\n") << "";
-        QTest::newRow("installed version of 9 characters") << link << QByteArray("6.1.0.0\n") << "6.1.0.0.9";
+        QTest::newRow("garbage lines") << link << QByteArray(garbage, sizeof garbage - 1) << "6.1.0.0" << noVersion;
+        QTest::newRow("one long garbage line") << link << QByteArray(100000, 'z') << "6.1.0.0" << noVersion;
+        QTest::newRow("no installed version") << link << QByteArray("7.0.0.0\n7.0.0.0\n") << ""
+                                              << failed + "this copy does not know its own version";
+        QTest::newRow("no descriptor on the server") << link << QByteArray() << "6.1.0.0" << failed + "*";
     }
     void noUpdate()
     {
         QFETCH(QString, link);
         QFETCH(QByteArray, descriptor);
         QFETCH(QString, installed);
+        QFETCH(QString, message);
         if (!descriptor.isNull())
             serve(QStringLiteral("Reelwright.txt"), descriptor);
         setStore(link, installed.isEmpty() ? QString() : installed);
         runCheck(true, {QStringLiteral("OkBtn")});
-        QCOMPARE(m_modal.texts, QList<QStringList>{{kNoUpdate}});
+        QCOMPARE(m_modal.texts.size(), 1);
+        const QString said = m_modal.texts.first().join(QString());
+        if (message.endsWith(QLatin1Char('*')))   // the server's own words follow
+            QVERIFY2(said.startsWith(message.chopped(1)) && said.size() > message.size(), qPrintable(said));
+        else
+            QCOMPARE(said, message);
         QVERIFY(!g_updateByUser && !g_newMajor && !g_newMinor);
     }
 
-    // Without the button the check is silent; without a network it is silent
-    // even after the button, and fetches nothing.
+    // Without the button the check is silent; without a network it fetches
+    // nothing, and after the button says why.
     void silence()
     {
         serve(QStringLiteral("Reelwright.txt"), "6.1.0.0\n6.1.0.0\n");
@@ -245,8 +257,8 @@ private Q_SLOTS:
         serve(QStringLiteral("Reelwright.txt"), "7.0.0.0\n7.0.0.0\n");
         g_networkAvailable = &NetworkDown;
         QFile::remove(g_descriptorPath);
-        runCheck(true, {});
-        QVERIFY(m_modal.texts.isEmpty());
+        runCheck(true, {QStringLiteral("OkBtn")});
+        QCOMPARE(m_modal.texts, QList<QStringList>{{"The update check failed: there is no network connection"}});
         QVERIFY(!QFile::exists(g_descriptorPath));
         QVERIFY(!QFile::exists(UpdateFallbackFolder() + QStringLiteral("/Reelwright.txt")));
     }
@@ -281,7 +293,7 @@ private Q_SLOTS:
         runCheck(true, {QStringLiteral("OkBtn")});
         QVERIFY2(ticks * 100 > clock.elapsed() / 2, qPrintable(QString::number(ticks)));
         QVERIFY2(clock.elapsed() < 15000, qPrintable(QString::number(clock.elapsed())));
-        QCOMPARE(m_modal.texts, QList<QStringList>{{kNoUpdate}});
+        QCOMPARE(m_modal.texts, QList<QStringList>{{"The update check failed: the server gave no answer"}});
         QVERIFY(m_parent->isVisible() && m_parent->isEnabled());
         QVERIFY(QApplication::activeModalWidget() == nullptr);
     }

@@ -12,6 +12,9 @@
 #include "workspace/help_links.h"
 #include "workspace/more_tools.h"
 #include "workspace/my_tree_widget.h"
+#include "workspace/repair_finish_dlg.h"
+#include "workspace/info_dlg.h"
+#include "workspace/stop_dlg.h"
 #include "workspace/workspace_globals.h"
 
 #include <QAction>
@@ -65,7 +68,6 @@ class TestClosingAndHelp : public QObject {
     fixture::ModalAnswerer m_modal;
     fixture::ScriptedFileDialogs* m_chooser = nullptr;
     VideoRepairWindow* m_window = nullptr;
-    bool (*m_realStart)(const QString&, const QStringList&, const QString&) = nullptr;
 
     MyTreeWidget* results() const { return m_window->resultList(); }
     // A result in source/Repaired, listed as the engine lists its outputs.
@@ -97,7 +99,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_config = fixture::UseFreshSettings(QStringLiteral("ch-config"));
-        m_realStart = g_startDetached;
         g_openUrl = RecordUrl;
         g_startDetached = RecordStart;
     }
@@ -111,6 +112,7 @@ private Q_SLOTS:
         g_onListPage = g_onRepairPage = g_advancePending = g_onSavePage = false;
         g_languageType = 0;
         g_repairedPaths.clear();
+        g_keptResults.clear();
         g_closeAnswer.clear();
         m_modal.clear();
         g_openedUrls.clear();
@@ -139,6 +141,7 @@ private Q_SLOTS:
         QTest::newRow("page 1, Yes: removes Repaired") << "page1" << "YesBtn" << kPlain << true << false;
         QTest::newRow("title control means No") << "page1" << "closeBtn" << kPlain << false << true;
         QTest::newRow("saved at the source, Yes: keeps") << "saved" << "YesBtn" << kPlain << true << true;
+        QTest::newRow("saved, then custom chosen: keeps") << "saved-custom" << "YesBtn" << kPlain << true << true;
         QTest::newRow("awaiting rows, Yes: stays") << "awaiting" << "YesBtn" << kAdvance << false << true;
         QTest::newRow("awaiting rows, No: removes") << "awaiting" << "NoBtn" << kAdvance << true << false;
     }
@@ -163,12 +166,19 @@ private Q_SLOTS:
             showResult(first, QStringLiteral("1"));
         if (state == QLatin1String("awaiting"))
             showResult(m_dir + QStringLiteral("/Repaired/b.mov"), QStringLiteral("0"));
-        if (state == QLatin1String("saved")) {
+        if (state.startsWith(QLatin1String("saved"))) {
             m_modal.answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
             m_window->saveBtn->setEnabled(true);
             m_window->saveBtn->click();
             QTRY_VERIFY(m_modal.answers.isEmpty());
             QVERIFY(g_keepRepaired);
+            m_modal.clear();
+        }
+        if (state == QLatin1String("saved-custom")) {
+            // A later visit of the dialog: the other location chosen, then Cancel.
+            m_modal.answers << QStringLiteral("customLoc") << QStringLiteral("cancle");
+            m_window->OnClickedSaveButton();
+            QTRY_VERIFY(m_modal.answers.isEmpty());
             m_modal.clear();
         }
         g_repairRunning = state == QLatin1String("run");
@@ -179,7 +189,8 @@ private Q_SLOTS:
         QVERIFY(m_modal.answers.isEmpty());
         QCOMPARE(m_modal.texts, QList<QStringList>{{question}});
         QCOMPARE(QFile::exists(first), keeps);
-        QCOMPARE(QDir(m_dir + QStringLiteral("/other/Repaired")).exists(), keeps);
+        // Only a result that was saved stays; one never saved goes at exit.
+        QCOMPARE(QDir(m_dir + QStringLiteral("/other/Repaired")).exists(), keeps && !(closes && state.startsWith("saved")));
         QVERIFY(QFile::exists(m_dir + QStringLiteral("/notes.txt")));
         QCOMPARE(m_window->isVisible(), !closes);
         QCOMPARE(!m_window->closeDlg(), closes);
@@ -307,33 +318,72 @@ private Q_SLOTS:
                               QUrl::fromLocalFile(m_dir + QStringLiteral("/bin/LICENSE")).toString()}));
     }
 
-    // Four entries with separators between them; each starts its sibling from
-    // the application folder and ends this program. A sibling that isn't
-    // there ends it all the same.
-    void moreToolsStartSiblingsAndQuit()
+    // "What is a reference file?" (page 2 and the end-of-run message) opens
+    // the help's section on samples; messages show their icon and title
+    // line; the More Tools entries have icons.
+    void linksAndPictures()
+    {
+        const QString samples =
+            QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair#reference-file");
+        m_window->referenceLinkBtn->click();
+        repairFinishDialog finish(m_window);
+        finish.findChild<QPushButton*>(QStringLiteral("referenceBtn"))->click();
+        QCOMPARE(g_openedUrls, (QStringList{samples, samples}));
+        InfoDlgClass info(m_window);
+        StopDlg stop(m_window);
+        for (QDialog* d : QList<QDialog*>{&finish, &info, &stop, m_window->closeDlg()}) {
+            auto* icon = d->findChild<QLabel*>(QStringLiteral("MessageIconLabl"));
+            QVERIFY2(icon && !icon->pixmap(Qt::ReturnByValue).isNull(), qPrintable(d->objectName()));
+            auto* title = d->findChild<QLabel*>(QStringLiteral("TitleLabl"));
+            QVERIFY2(title && !title->text().isEmpty(), qPrintable(d->objectName()));
+        }
+        for (QAction* a : m_window->moreToolsButton()->menu()->actions())
+            QVERIFY(a->isSeparator() || !a->icon().isNull());
+    }
+
+    // Only installed siblings are offered, none: no button. An entry asks
+    // the exit question: No stays; a sibling that fails to start is
+    // reported and the program stays; Yes starts it from its folder and
+    // ends this program, unsaved results removed.
+    void moreToolsOfferInstalledSiblings()
     {
         const QString folderBefore = QDir::currentPath();
+        m_window->OfferInstalledTools();
+        QVERIFY(m_window->moreToolsButton()->isHidden());
+        for (const QString& name : {g_dataRecoveryApp, g_photoRecoveryApp, g_driveMonitorApp}) {
+            writeAll(m_dir + QLatin1Char('/') + name, "#!/bin/sh\n");
+            QFile::setPermissions(m_dir + QLatin1Char('/') + name, QFile::ReadOwner | QFile::ExeOwner);
+        }
+        m_window->OfferInstalledTools();
+        QVERIFY(!m_window->moreToolsButton()->isHidden());
         QMenu* menu = m_window->moreToolsButton()->menu();
-        QVERIFY(menu);
         QStringList entries;
         for (QAction* a : menu->actions())
-            entries << (a->isSeparator() ? QStringLiteral("-") : a->text());
-        QCOMPARE(entries, QStringLiteral("Recover Data|-|Repair Photo|-|Recover Photo|-|Monitor Drive").split('|'));
+            if (a->isVisible())
+                entries << (a->isSeparator() ? QStringLiteral("-") : a->text());
+        QCOMPARE(entries, QStringLiteral("Recover Data|-|Recover Photo|-|Monitor Drive").split('|'));
         QCOMPARE(m_window->moreToolsButton()->toolTip(), QStringLiteral("More Tools"));
+        const QString result = repaired(m_dir, QStringLiteral("a.mov"));
 
-        const QStringList names = {g_dataRecoveryApp, g_photoRepairApp, g_photoRecoveryApp, g_driveMonitorApp};
-        for (int i = 0; i < names.size(); ++i) {
-            menu->actions().at(2 * i)->trigger();
-            QVERIFY(TakeQuit());
-            QCOMPARE(g_startedPrograms.value(i), m_dir + QLatin1Char('/') + names[i] + QStringLiteral(" | ") + m_dir);
-        }
-        QCOMPARE(QDir::currentPath(), QDir(m_dir).absolutePath());
-
-        g_startDetached = m_realStart;
-        m_window->LaunchDriveMonitor();
-        g_startDetached = RecordStart;
-        QVERIFY(TakeQuit());
+        m_modal.answers << QStringLiteral("NoBtn");
+        menu->actions().at(0)->trigger();
         QVERIFY(!TakeQuit());
+        QVERIFY(g_startedPrograms.isEmpty());
+
+        g_startDetached = [](const QString&, const QStringList&, const QString&) { return false; };
+        m_modal.answers << QStringLiteral("YesBtn") << QStringLiteral("OkBtn");
+        menu->actions().at(4)->trigger();
+        g_startDetached = RecordStart;
+        QVERIFY(!TakeQuit());
+        QCOMPARE(m_modal.texts.last(), QStringList{"photo-recovery could not be started."});
+        QVERIFY(QFile::exists(result) && m_window->closeDlg());
+
+        m_modal.answers << QStringLiteral("YesBtn");
+        menu->actions().at(6)->trigger();
+        QVERIFY(TakeQuit());
+        QCOMPARE(g_startedPrograms, QStringList{m_dir + QLatin1Char('/') + g_driveMonitorApp + QStringLiteral(" | ") + m_dir});
+        QCOMPARE(QDir::currentPath(), QDir(m_dir).absolutePath());
+        QVERIFY(!QFile::exists(result));
         QDir::setCurrent(folderBefore);
     }
 };

@@ -62,6 +62,20 @@ private Q_SLOTS:
         g_repairRunning = g_referenceMode = false;
     }
 
+    // A result's tooltip in the words and the numbers of the language.
+    void figuresFollowTheLanguage()
+    {
+        const int before = g_languageType;
+        g_languageType = 1;
+        InstallLanguage(1);
+        QCOMPARE(VideoRepairWindow::FiguresText(9876, 395.4, 1234),
+                 QStringLiteral("9.876 Bilder · 6 min 35 s Ton · 1.234 beschädigte Bytes übersprungen"));
+        g_languageType = 5;
+        InstallLanguage(5);
+        QCOMPARE(VideoRepairWindow::FiguresText(9876, 42, 0), QStringLiteral("9,876 フレーム · 音声 42 秒"));
+        g_languageType = before;
+    }
+
     // Every catalogue: the right language, no unfinished or empty entry, the
     // same %n, line breaks and edge spaces as its source, and (but for
     // English) words of its own in most entries rather than copies.
@@ -191,6 +205,9 @@ private Q_SLOTS:
         };
         QTreeWidgetItem* waiting = addRow("0", QStringLiteral("Awaiting Action"), QStringLiteral("Advance Repair"));
         QTreeWidgetItem* done = addRow("1", QStringLiteral("Completed"), QStringLiteral("Preview"));
+        const QDateTime when(QDate(2026, 11, 25), QTime(8, 56, 53));
+        done->setData(VideoRepairWindow::ResSize, Qt::UserRole, qint64(1500000));
+        done->setData(VideoRepairWindow::ResModified, Qt::UserRole, when);
         auto button = [&](QTreeWidgetItem* row) {
             return qobject_cast<CustomButton*>(list->itemWidget(row, VideoRepairWindow::ResAction))->text();
         };
@@ -203,6 +220,9 @@ private Q_SLOTS:
         QCOMPARE(waiting->text(VideoRepairWindow::ResVerdict), QStringLiteral("0"));
         QCOMPARE(done->text(VideoRepairWindow::ResStatus), QStringLiteral("Abgeschlossen"));
         QCOMPARE(button(done), QStringLiteral("Vorschau"));
+        // Sizes and dates in German conventions.
+        QCOMPARE(done->text(VideoRepairWindow::ResSize), QStringLiteral("1,43"));
+        QCOMPARE(done->text(VideoRepairWindow::ResModified), QStringLiteral("25.11.26 08:56"));
         QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResStatus), QStringLiteral(" Status"));
         QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResName), QStringLiteral(" Dateiname"));
 

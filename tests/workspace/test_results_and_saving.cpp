@@ -94,17 +94,17 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_config = fixture::UseFreshSettings(QStringLiteral("rs-config"));
-        // The player: a script named mplayer on PATH that writes a line of its
+        // The player: a script named mpv on PATH that writes a line of its
         // arguments per start.
         m_playerDir = freshDir(QStringLiteral("rs-player"));
         m_playerLog = m_playerDir + QStringLiteral("/calls.txt");
-        const QString script = m_playerDir + QStringLiteral("/mplayer");
+        const QString script = m_playerDir + QStringLiteral("/mpv");
         writeAll(script, QStringLiteral("#!/bin/sh\necho \"$*\" >> '%1'\n").arg(m_playerLog).toUtf8());
         QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("PATH", (m_playerDir + QLatin1Char(':') + QString::fromLocal8Bit(qgetenv("PATH"))).toLocal8Bit());
         g_playerPath = FindPreviewPlayer(QStringLiteral("/nonexistent"));
         QCOMPARE(g_playerPath, script);
-        g_playerKind = 3;
+        g_playerKind = PlayerKindOf(g_playerPath);
     }
     void cleanupTestCase()
     {
@@ -230,27 +230,25 @@ private Q_SLOTS:
         QCOMPARE(m_window->Select_All->checkState(), Qt::Unchecked);
     }
 
-    // A .dat result plays as .mov; the button passes -nofs, a double click
-    // -vfm with the cell's text; no player installed says so.
+    // Each player gets arguments it takes; the button plays the result, a
+    // double click the cell's text. No player, one that can't start and one
+    // that gives up at once each say so.
     void previewPathsAndArguments()
     {
-        QCOMPARE(VideoRepairWindow::PreviewPath(QStringLiteral("/v/Repaired/clip.dat")),
-                 QStringLiteral("/v/Repaired/clip.mov"));
-        QCOMPARE(VideoRepairWindow::PreviewPath(QStringLiteral("/v/Repaired/a.b.DAT")),
-                 QStringLiteral("/v/Repaired/a.mov"));
-        QCOMPARE(VideoRepairWindow::PreviewPath(QStringLiteral("/v/Repaired/clip.mov")),
-                 QStringLiteral("/v/Repaired/clip.mov"));
-        QCOMPARE(PreviewArguments(2, QStringLiteral("f"), false), QStringList{QStringLiteral("f")});
+        const QString f = QStringLiteral("/v/a b.mov");
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/xdg-open"), f, false), QStringList{f});
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/mplayer"), f, false), (QStringList{"--", f}));
+        QCOMPARE(PreviewArguments(PlayerKindOf("/usr/bin/ffplay"), f, false), (QStringList{"-autoexit", f}));
 
         m_window->PlayVideo(m_dir + QStringLiteral("/Repaired/clip.mov"));
         QTRY_COMPARE(playerCalls().size(), 1);
-        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + m_dir + QStringLiteral("/Repaired/clip.mov"));
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + m_dir + QStringLiteral("/Repaired/clip.mov"));
         g_previewProcess->waitForFinished(5000);
 
         QTreeWidgetItem* item = addRow(QStringLiteral("clip.dat"), m_dir, Repaired);
         m_window->OnDoubleClicked(item, 1);
         QTRY_COMPARE(playerCalls().size(), 2);
-        QCOMPARE(playerCalls().last(), QStringLiteral("-vfm 1 ") + item->text(1));
+        QCOMPARE(playerCalls().last(), QStringLiteral("--force-window=yes -- ") + item->text(1));
         g_previewProcess->waitForFinished(5000);
         m_window->OnDoubleClicked(item, 4);   // empty column: nothing starts
         QTest::qWait(200);
@@ -263,6 +261,21 @@ private Q_SLOTS:
         g_playerPath = player;
         QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("No video player was found")));
         QCOMPARE(playerCalls().size(), 2);
+
+        g_playerPath = m_dir + QStringLiteral("/mpv");   // not there
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->PlayVideo(item->text(1));
+        QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("mpv could not be started")));
+        const QString failing = m_playerDir + QStringLiteral("/failing/mpv");
+        QDir().mkpath(QFileInfo(failing).path());
+        writeAll(failing, "#!/bin/sh\nexit 1\n");
+        QFile::setPermissions(failing, QFile::ReadOwner | QFile::ExeOwner);
+        g_playerPath = failing;
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->PlayVideo(item->text(1));
+        QTRY_VERIFY(m_modal.answers.isEmpty());
+        QVERIFY(m_modal.texts.last().join(QString()).contains(QLatin1String("mpv ended at once")));
+        g_playerPath = player;
     }
 
     // The dialog opens at the source location; Save stays off for a custom
@@ -402,6 +415,65 @@ private Q_SLOTS:
         QVERIFY(!m_window->saveBtn->isEnabled());
     }
 
+    // One healthy file of each route, a DAT file and a 50 fps recording among
+    // them: every row ends "Completed" with the file the engine wrote (the
+    // DAT file's .mov) and its figures as tooltip; the DAT result previews;
+    // all results save; the 50 fps result plays at 50 fps.
+    void everyRouteCompletesPreviewsAndSaves()
+    {
+        const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-g", "12"};
+        const QList<QPair<QString, QStringList>> clips = {
+            {"r.avi", {"-c:v", "mpeg4", "-c:a", "mp3"}},
+            {"r.wmv", {"-c:v", "wmv2", "-c:a", "wmav2"}},
+            {"r.flv", {"-c:v", "flv", "-c:a", "mp3"}},
+            {"r.mts", h264 + QStringList{"-c:a", "ac3", "-streamid", "0:0x1011", "-streamid", "1:0x1100",
+                                          "-f", "mpegts", "-mpegts_m2ts_mode", "1"}},
+            {"r.mkv", h264 + QStringList{"-c:a", "aac"}},
+            {"r.mpg", {"-c:v", "mpeg2video", "-c:a", "mp2"}},
+            {"vcd.dat", {"-target", "ntsc-vcd"}},
+            {"fifty.mov", QStringList{"-r", "50"} + h264 + QStringList{"-c:a", "aac"}}};
+        QStringList files;
+        for (const auto& c : clips) {
+            const QString clip = make(QStringLiteral("window_") + c.first, lavfiVideo(4, QStringLiteral("320x240"),
+                                                                                     c.first == "fifty.mov" ? 50 : 25)
+                                                                          + lavfiAudio(4) + c.second);
+            QVERIFY(!clip.isEmpty());
+            files << m_dir + QLatin1Char('/') + c.first;
+            QVERIFY(QFile::copy(clip, files.last()));
+        }
+        m_chooser->picks << files;
+        m_window->OnAddMOVFile();
+        m_modal.answers << QStringLiteral("OkBtn");
+        m_window->RepairBtn->click();
+        QTRY_VERIFY_WITH_TIMEOUT(fixture::RunEnded(m_window), 120000);
+        for (int i = 0; i < clips.size(); ++i) {
+            const QString name = row(i)->text(0);
+            QVERIFY2(row(i)->text(8) == QLatin1String("Completed"), qPrintable(name));
+            const QString expected = name == QLatin1String("vcd.dat") ? QStringLiteral("vcd.mov") : name;
+            QCOMPARE(row(i)->text(1), m_dir + QStringLiteral("/Repaired/") + expected);
+            QVERIFY2(row(i)->toolTip(8).contains(QStringLiteral(" frames · ")), qPrintable(row(i)->toolTip(8)));
+        }
+        QByteArray rate;
+        QCOMPARE(run(QStringLiteral("ffprobe"), {"-v", "error", "-select_streams", "v", "-show_entries",
+                                                 "stream=avg_frame_rate", "-of", "csv=p=0", row(7)->text(1)},
+                     &rate),
+                 0);
+        QCOMPARE(rate.trimmed(), QByteArray("50/1"));
+
+        m_window->OnClickPreviewBtn(m_window->rowActions().at(6)->id);
+        QTRY_COMPARE(playerCalls().size(), 1);
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + m_dir + QStringLiteral("/Repaired/vcd.mov"));
+        g_previewProcess->waitForFinished(5000);
+
+        m_window->OnSelectAllClicked(true);
+        const QString target = m_dir + QStringLiteral("/saved");
+        QDir().mkpath(target);
+        saveTo(target);
+        QCOMPARE(m_modal.texts.last(), QStringList{"Repaired files saved successfully."});
+        for (int i = 0; i < clips.size(); ++i)
+            QCOMPARE(sha256(target + QLatin1Char('/') + QFileInfo(row(i)->text(1)).fileName()), sha256(row(i)->text(1)));
+    }
+
     // The whole way of a camera .mov whose movie was cut off, beside an .mp4
     // of the same kind: the first pass leaves both waiting and nothing to
     // save; Advance Repair with an upper-case .MOV sample and "Apply to all"
@@ -448,7 +520,7 @@ private Q_SLOTS:
 
         m_window->OnClickPreviewBtn(m_window->rowActions().at(0)->id);
         QTRY_COMPARE(playerCalls().size(), 1);
-        QCOMPARE(playerCalls().first(), QStringLiteral("-nofs 1 ") + out);
+        QCOMPARE(playerCalls().first(), QStringLiteral("--force-window=yes -- ") + out);
         g_previewProcess->waitForFinished(5000);
 
         m_window->OnRepairItemClicked(row(0), 0);

@@ -36,6 +36,21 @@ bool OutputReady(const QString& path)
     return info.isFile() && info.size() > 0;
 }
 
+// The second run timed the video at the recording's own rate (the first ran
+// at the default): its file, when it made one, takes the first one's place,
+// so that the result under the file's name plays at the right speed.
+void KeepRatedOutput(const QString& workDir)
+{
+    const QString rated = workDir + QLatin1Char('/') + g_outputNameRated;
+    if (!OutputReady(rated)) {
+        QFile::remove(rated);
+        return;
+    }
+    const QString plain = workDir + QLatin1Char('/') + g_outputName;
+    QFile::remove(plain);
+    QFile::rename(rated, plain);
+}
+
 } // namespace
 
 ChainPaths ChainPaths::in(const QString& workDir, const QString& input)
@@ -132,8 +147,10 @@ void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
         PrepareMuxOutput();
         RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputName), m_workDir);
     }
-    if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
+    if (NeedsSecondRun(g_frameRate) && !g_stopRequested) {
         RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputNameRated, rateText), m_workDir);
+        KeepRatedOutput(m_workDir);
+    }
     RemoveChainFiles(p);
     g_muxerBusy = false;
     if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
@@ -150,8 +167,10 @@ void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
         PrepareMuxOutput();
         RunMuxer(MuxVideoOnlyCommand(p.video, g_outputName), m_workDir);
     }
-    if (NeedsSecondRun(g_frameRate) && !g_stopRequested)
+    if (NeedsSecondRun(g_frameRate) && !g_stopRequested) {
         RunMuxer(MuxVideoOnlyCommand(p.video, g_outputNameRated, rateText), m_workDir);
+        KeepRatedOutput(m_workDir);
+    }
     RemoveChainFiles(p);
     g_muxerBusy = false;
     if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
