@@ -732,6 +732,10 @@ Interrompa o processo atual para sair.</translation>
         <translation>%1 bytes danificados ignorados</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 bytes ilegíveis lidos como zeros</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Adicionando vídeos: %1 na lista</translation>
     </message>

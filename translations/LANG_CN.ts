@@ -731,6 +731,10 @@ Please halt the current process to Exit.</source>
         <translation>跳过 %1 个损坏字节</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 个无法读取的字节按零读取</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>正在添加视频：列表中有 %1 个</translation>
     </message>

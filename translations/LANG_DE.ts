@@ -732,6 +732,10 @@ Bitte halten Sie den laufenden Vorgang an, um es zu beenden.</translation>
         <translation>%1 beschädigte Bytes übersprungen</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 unlesbare Bytes als Nullen gelesen</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Videos werden hinzugefügt: %1 in der Liste</translation>
     </message>

@@ -732,6 +732,10 @@ Stop het huidige proces om af te sluiten.</translation>
         <translation>%1 beschadigde bytes overgeslagen</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 onleesbare bytes als nullen gelezen</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Video&apos;s worden toegevoegd: %1 in de lijst</translation>
     </message>

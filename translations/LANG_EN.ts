@@ -732,6 +732,10 @@ Please halt the current process to Exit.</translation>
         <translation>%1 damaged bytes skipped</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 unreadable bytes read as zeros</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Adding videos: %1 in the list</translation>
     </message>

@@ -732,6 +732,10 @@ Detenga el proceso actual para salir.</translation>
         <translation>%1 bytes dañados omitidos</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 bytes ilegibles leídos como ceros</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Añadiendo vídeos: %1 en la lista</translation>
     </message>

@@ -732,6 +732,10 @@ Veuillez arrêter le traitement en cours pour quitter.</translation>
         <translation>%1 octets endommagés ignorés</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 octets illisibles lus comme des zéros</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Ajout des vidéos : %1 dans la liste</translation>
     </message>

@@ -732,6 +732,10 @@ Please halt the current process to Exit.</source>
         <translation>%1 क्षतिग्रस्त बाइट छोड़े गए</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 अपठनीय बाइट शून्य के रूप में पढ़े गए</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>वीडियो जोड़े जा रहे हैं: सूची में %1</translation>
     </message>

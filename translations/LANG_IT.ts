@@ -732,6 +732,10 @@ Interrompere il processo in corso per uscire.</translation>
         <translation>%1 byte danneggiati saltati</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>%1 byte illeggibili letti come zeri</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>Aggiunta dei video: %1 nell&apos;elenco</translation>
     </message>

@@ -731,6 +731,10 @@ Please halt the current process to Exit.</source>
         <translation>破損した %1 バイトをスキップ</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>読み取れない %1 バイトをゼロとして読み込み</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>ビデオを追加中: リストに %1 件</translation>
     </message>

@@ -731,6 +731,10 @@ Please halt the current process to Exit.</source>
         <translation>손상된 %1바이트 건너뜀</translation>
     </message>
     <message>
+        <source>%1 unreadable bytes read as zeros</source>
+        <translation>읽을 수 없는 %1바이트를 0으로 읽음</translation>
+    </message>
+    <message>
         <source>Adding videos: %1 in the list</source>
         <translation>동영상 추가 중: 목록에 %1개</translation>
     </message>

@@ -198,6 +198,36 @@ void VideoRepairWindow::OnRecoveryFigures(QString fileName, qulonglong videoFram
     row->setToolTip(ResStatus, text);
 }
 
+// The latest row of the file: what the engine says after a verdict belongs to it.
+QTreeWidgetItem* VideoRepairWindow::LatestRow(const QString& fileName) const
+{
+    for (int i = m_resultList->topLevelItemCount() - 1; i >= 0; --i)
+        if (m_resultList->topLevelItem(i)->text(ResName) == fileName)
+            return m_resultList->topLevelItem(i);
+    return nullptr;
+}
+
+void VideoRepairWindow::OnReadDamage(QString fileName, qulonglong unreadableBytes)
+{
+    QTreeWidgetItem* row = LatestRow(fileName);
+    if (!row)
+        return;
+    const QString text = tr("%1 unreadable bytes read as zeros").arg(LanguageLocale().toString(unreadableBytes));
+    const QString figures = row->toolTip(ResStatus);
+    row->setToolTip(ResStatus, figures.isEmpty() ? text : figures + QStringLiteral(" · ") + text);
+}
+
+// A file that failed for want of room: no sample can help it, so the row
+// says Failed, with the engine's reason as its tooltip.
+void VideoRepairWindow::OnVerdictReason(QString fileName, QString reason)
+{
+    QTreeWidgetItem* row = LatestRow(fileName);
+    if (!row)
+        return;
+    row->setData(ResStatus, Qt::UserRole, reason);
+    row->setToolTip(ResStatus, reason);
+}
+
 void VideoRepairWindow::OndisableAddReferenceBtn()
 {
     m_resultList->setEnabled(false);
@@ -215,7 +245,14 @@ void VideoRepairWindow::SettleRowsAfterRun()
         QTreeWidgetItem* row = m_resultList->topLevelItem(i);
         CustomButton* button = RowButton(row);
         const QString verdict = row->text(ResVerdict);
-        if (verdict == QLatin1String("0")) {
+        if (verdict == QLatin1String("0") && !row->data(ResStatus, Qt::UserRole).toString().isEmpty()) {
+            if (button) {
+                button->hide();
+                button->setEnabled(false);
+            }
+            SetRowStatus(row, tr("Failed"), "black");
+            row->setCheckState(ResName, Qt::Unchecked);
+        } else if (verdict == QLatin1String("0")) {
             SetRowStatus(row, tr("Awaiting Action"), "blue");
             g_advancePending = true;
             ShowButton(button, QString(), Qt::blue);

@@ -245,6 +245,8 @@ void VideoRepairWindow::InitControls()
     connect(t, &ThreadVideoRepair::WriteProcessingStatus, this, &VideoRepairWindow::OnWriteProcessingStatus, q);
     connect(t, &ThreadVideoRepair::OutputWritten, this, &VideoRepairWindow::OnOutputWritten, q);
     connect(t, &ThreadVideoRepair::RecoveryFigures, this, &VideoRepairWindow::OnRecoveryFigures, q);
+    connect(t, &ThreadVideoRepair::ReadDamage, this, &VideoRepairWindow::OnReadDamage, q);
+    connect(t, &ThreadVideoRepair::VerdictReason, this, &VideoRepairWindow::OnVerdictReason, q);
     connect(t, &ThreadVideoRepair::WriteStatus, this, &VideoRepairWindow::OnWriteStatus, q);
     connect(t, &ThreadVideoRepair::WriteAVIFileStatus, this, &VideoRepairWindow::OnWriteAVIFileStatus, q);
     connect(t, &ThreadVideoRepair::disableAddReferenceBtn, this, &VideoRepairWindow::OndisableAddReferenceBtn, q);

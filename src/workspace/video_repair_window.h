@@ -60,6 +60,7 @@ public:
     static QString FormatDate(const QDateTime& when, const QLocale& locale);
     // The tooltip of a result row: frames, seconds of sound and damaged
     // bytes skipped, in the numbers of the chosen language.
+    QTreeWidgetItem* LatestRow(const QString& fileName) const;
     static QString FiguresText(qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
 
     // Column indexes of the file list (page 1).
@@ -136,6 +137,8 @@ public Q_SLOTS:
     // Ahead of a positive verdict: the file the engine wrote, and what it holds.
     void OnOutputWritten(QString fileName, QString outputPath);
     void OnRecoveryFigures(QString fileName, qulonglong videoFrames, double audioSeconds, qulonglong skippedBytes);
+    void OnReadDamage(QString fileName, qulonglong unreadableBytes);
+    void OnVerdictReason(QString fileName, QString reason);
     void OndisableAddReferenceBtn();
     void OnRepairItemClicked(QTreeWidgetItem* item, int column);
     void OnSelectAllClicked(bool checked);

@@ -131,7 +131,7 @@ private Q_SLOTS:
     // pass's verdicts.
     void rowStatesFollowTheThreadsSignals()
     {
-        for (const char* name : {"a.mov", "b.mov", "c.avi", "d.mp4"})
+        for (const char* name : {"a.mov", "b.mov", "c.avi", "d.mp4", "e.mkv"})
             addRow(QLatin1String(name), m_dir);
         QDir().mkpath(m_dir + QStringLiteral("/Repaired"));
         writeAll(row(0)->text(1), "result");
@@ -153,7 +153,12 @@ private Q_SLOTS:
         emit t.WriteAVIFileStatus(true, QStringLiteral("c.avi"));
         emit t.WriteProcessingStatus(QString());
         emit t.WriteStatus(false, true, QStringLiteral("d.mp4"), false);
+        emit t.ReadDamage(QStringLiteral("a.mov"), 4096);   // after the verdict, before the next file
+        emit t.WriteProcessingStatus(QString());
+        emit t.WriteStatus(false, false, QStringLiteral("e.mkv"), false);
+        emit t.VerdictReason(QStringLiteral("e.mkv"), QStringLiteral("not enough space in /x, about 9 MB needed"));
         drain();
+        QVERIFY(row(0)->toolTip(8).endsWith(QStringLiteral("4,096 unreadable bytes read as zeros")));
         QCOMPARE(state(0), (QStringList{"Completed", "2", "1", "1"}));
         QCOMPARE(int(row(0)->textAlignment(8)), 128);
         QCOMPARE(button(0)->text(), QStringLiteral("Preview"));
@@ -175,6 +180,9 @@ private Q_SLOTS:
         QCOMPARE(row(1)->text(8), QStringLiteral("Awaiting Action"));
         QCOMPARE(row(1)->foreground(8).color(), QColor(QStringLiteral("blue")));
         QVERIFY(g_advancePending);
+        // No room for the results: no sample helps, the row says why.
+        QCOMPARE(row(4)->text(8), QStringLiteral("Failed"));
+        QCOMPARE(row(4)->toolTip(8), QStringLiteral("not enough space in /x, about 9 MB needed"));
         // Output gone: Failed, no box to tick; output empty: Failed, still a row.
         QCOMPARE(row(2)->text(8), QStringLiteral("Failed"));
         QVERIFY(!(row(2)->flags() & Qt::ItemIsUserCheckable) && !(row(2)->flags() & Qt::ItemIsEnabled));
