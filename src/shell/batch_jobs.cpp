@@ -179,10 +179,29 @@ private:
         finishIfDone();
     }
 
+    // A result named like another file of the run whose result goes to the
+    // same folder (a DAT file's .mov beside that .mov) takes the first free
+    // "name_2.mov", "name_3.mov"..., as in a run of the engine over all files:
+    // the names depend on the inputs alone, not on which job ends first.
+    QString ResultName(const Job& job, const QString& name) const
+    {
+        QSet<QString> taken;
+        for (const Job& other : m_jobs)
+            if (&other != &job && other.resultFolder == job.resultFolder)
+                taken.insert(QFileInfo(other.file).fileName());
+        if (name == QFileInfo(job.file).fileName() || !taken.contains(name))
+            return name;
+        const QFileInfo f(name);
+        QString free = name;
+        for (int n = 2; taken.contains(free); ++n)
+            free = f.completeBaseName() + QStringLiteral("_%1.").arg(n) + f.suffix();
+        return free;
+    }
+
     // Moves a result into its folder; returns where it went ("" when nowhere).
     QString place(Job& job, const QString& output)
     {
-        const QString target = job.resultFolder + QLatin1Char('/') + QFileInfo(output).fileName();
+        const QString target = job.resultFolder + QLatin1Char('/') + ResultName(job, QFileInfo(output).fileName());
         // A result never replaces an input: with a work root above a Repaired
         // folder, an input there may have the result's path.
         if (QFileInfo::exists(target) && m_inputs.contains(QFileInfo(target).canonicalFilePath())) {
@@ -193,7 +212,7 @@ private:
             // A folder that can't be written (a read-only card) gives way to
             // one in the user's data folder, named on stderr.
             const OutputFolder other = ChooseOutputFolder(QFileInfo(job.file).absolutePath(), QString());
-            const QString moved = other.dir + QLatin1Char('/') + QFileInfo(output).fileName();
+            const QString moved = other.dir + QLatin1Char('/') + QFileInfo(target).fileName();
             if (!other.fallback || !MoveInto(output, moved)) {
                 std::fprintf(stderr, "reelwright-batch: can't write %s\n", qPrintable(target));
                 return QString();
