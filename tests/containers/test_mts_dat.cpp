@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QtTest>
+#include <sys/stat.h>
 
 using namespace testvideo;
 using containers::repairedPath;
@@ -348,10 +349,13 @@ private Q_SLOTS:
         QCOMPARE(g_repairedPaths.last(), repaired + "/cam 1.mp4");
     }
 
-    // A muxer that fails, or leaves an empty file: a negative verdict and no output.
+    // A muxer that fails, leaves an empty file or is killed while it writes:
+    // a negative verdict and no output, partial or not. What a killed run
+    // left in Repaired goes at the start; results stay.
     void failingMuxer_data()
     {
         QTest::addColumn<QByteArray>("body");
+        QTest::newRow("killed while writing") << QByteArray("for a; do last=$a; done\nprintf part > \"$last\"\nkill -9 $$\n");
         QTest::newRow("exits with an error") << QByteArray("echo 'Invalid data found when processing input' >&2\nexit 1\n");
         QTest::newRow("leaves an empty file") << QByteArray("for a; do last=$a; done\n: > \"$last\"\nexit 0\n");
         QTest::newRow("missing") << QByteArray();
@@ -364,12 +368,19 @@ private Q_SLOTS:
             qputenv("PATH", "/nonexistent");   // no ffmpeg to fall back on
         const QString dat = m_dir + "/x.dat";
         QVERIFY(QFile::copy(clip("vcd.dat"), dat));
+        const QString repaired = m_dir + "/Repaired";
+        QDir().mkpath(repaired);
+        for (const char* stale : {"/.partial-old.mov", "/.syntax-y.mov", "/kept.mov"})
+            writeAll(repaired + stale, "stale");
+        QCOMPARE(::mkfifo(QFile::encodeName(repaired + "/pipe-video.h264").constData(), 0600), 0);
         ThreadVideoRepair t;
         SignalLog log(t);
         t.RepairFiles({dat}, QString());
         QCOMPARE(log.matching("WriteStatus"), QStringList{"WriteStatus 0 x.dat 0"});
         QVERIFY(!QFile::exists(repairedPath(dat, "x.mov")));
         QVERIFY(g_repairedPaths.isEmpty());
+        QCOMPARE(QDir(repaired).entryList({"*.mov", "*.h264"}, QDir::Files | QDir::Hidden | QDir::System),
+                 QStringList{"kept.mov"});
 
         const QString cam = imkhFile("cam.mp4");
         const QString before = sha256(cam);
