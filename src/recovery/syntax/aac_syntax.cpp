@@ -534,7 +534,8 @@ struct Parser {
     }
 
     // One channel's stream; info is read here unless the pair shares it.
-    bool channelStream(StreamInfo& info, bool commonWindow)
+    // Intensity stereo belongs to the second channel of a pair only.
+    bool channelStream(StreamInfo& info, bool commonWindow, bool intensityAllowed)
     {
         const unsigned globalGain = bits.read(8);
         if (!commonWindow && !streamInfo(info))
@@ -549,7 +550,7 @@ struct Parser {
             unsigned k = 0;
             while (k < info.maxSfb) {
                 const unsigned book = bits.read(4);
-                if (book == 12)
+                if (book == 12 || (!intensityAllowed && (book == kIntensityBook || book == kIntensityBook2)))
                     return false;
                 unsigned length = 0, increment;
                 do {
@@ -720,7 +721,7 @@ uint32_t AacFrameParser::frameSize(const uint8_t* p, size_t avail) const
         case 3: {  // low frequency channel (long windows only)
             bits.read(4);
             StreamInfo info;
-            if (!parser.channelStream(info, false) || (id == 3 && info.shortWindows))
+            if (!parser.channelStream(info, false, false) || (id == 3 && info.shortWindows))
                 return 0;
             break;
         }
@@ -738,7 +739,7 @@ uint32_t AacFrameParser::frameSize(const uint8_t* p, size_t avail) const
                     bits.skip(uint64_t(info.groups) * info.maxSfb);
             }
             StreamInfo second = info;
-            if (!parser.channelStream(info, common) || !parser.channelStream(second, common))
+            if (!parser.channelStream(info, common, false) || !parser.channelStream(second, common, common))
                 return 0;
             break;
         }
