@@ -13,7 +13,7 @@
 
 #include <atomic>
 
-bool g_muxerBusy = false;
+std::atomic<bool> g_muxerBusy{false};
 bool g_remuxRan = false;
 
 namespace {

@@ -14,8 +14,9 @@
 
 class QProcess;
 
-// Set while a muxer run is under way that can't be cut short.
-extern bool g_muxerBusy;
+// Set while a muxer run is under way that can't be cut short (read by the
+// window while the repair thread runs).
+extern std::atomic<bool> g_muxerBusy;
 // Set once a muxer has run in this process.
 extern bool g_remuxRan;
 

@@ -2,8 +2,8 @@
 
 std::atomic<bool> g_stopRequested{false};
 std::atomic<bool> g_repairRunning{false};
-bool g_referenceMode = false;
-bool g_forgetReference = false;
+std::atomic<bool> g_referenceMode{false};
+std::atomic<bool> g_forgetReference{false};
 QString g_referencePath;
 QString g_customWorkRoot;
 

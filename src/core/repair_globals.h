@@ -11,8 +11,8 @@
 // Shared with the window.
 extern std::atomic<bool> g_stopRequested;   // stop this run; polled at the head of every loop
 extern std::atomic<bool> g_repairRunning;   // run() is active
-extern bool g_referenceMode;                // this run is an Advance Repair run
-extern bool g_forgetReference;              // drop the reference at the next start
+extern std::atomic<bool> g_referenceMode;   // this run is an Advance Repair run
+extern std::atomic<bool> g_forgetReference; // drop the reference at the next start
 extern QString g_referencePath;             // the ReferenceVideo
 extern QString g_customWorkRoot;            // folder chosen by the user for scratch data
 
