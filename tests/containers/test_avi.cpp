@@ -161,7 +161,8 @@ class TestAvi : public QObject {
     };
 
     Result repair(const QByteArray& input, bool hasAudio, const QByteArray* reference = nullptr,
-                  const std::function<void(ThreadVideoRepair&)>& setup = {})
+                  const std::function<void(ThreadVideoRepair&)>& setup = {},
+                  quint64 partLimit = ThreadVideoRepair::kAviPartLimit)
     {
         Result r;
         QFile::remove(m_dir + "/clip.avi");
@@ -185,10 +186,10 @@ class TestAvi : public QObject {
                 t.m_refFile = std::make_unique<MemoryReader>(*reference);
                 t.m_refFileSize = quint64(reference->size());
                 t.m_aviReferenceOpen = true;
-                t.RepairAviWithReference(hasAudio);
+                t.RepairAviWithReference(hasAudio, partLimit);
                 t.m_aviReferenceOpen = t.m_aviReferenceOpen && t.m_refFile;
             } else {
-                t.RepairAviDirect(hasAudio);
+                t.RepairAviDirect(hasAudio, partLimit);
             }
             t.m_logHandle.close();
             r.clean = !t.m_aviReferenceOpen && t.m_aviOffsets.videoFormatRest == 0 && t.m_aviOffsets.audioFormat == 0
@@ -205,6 +206,25 @@ class TestAvi : public QObject {
             r.index << IndexEntry{r.out.mid(int(e), 4), le32(r.out, e + 4), le32(r.out, e + 8), le32(r.out, e + 12)};
             r.consistent = r.consistent && r.out.mid(int(chunkAt), 4) == r.index.last().tag
                         && le32(r.out, chunkAt + 4) == r.index.last().length;
+        }
+        // In parts: every indx entry names an ix## chunk of its size, and
+        // every entry of that names a chunk of its stream and size.
+        for (const RiffChunk& indx : r.chunks) {
+            if (!indx.path.endsWith("/indx"))
+                continue;
+            const qint64 h = indx.pos + 8;
+            const QByteArray id = r.out.mid(int(h) + 8, 4);
+            for (quint32 e = 0; e < le32(r.out, h + 4); ++e) {
+                const qint64 ix = qint64(le32(r.out, h + 24 + 16 * e)) | qint64(le32(r.out, h + 28 + 16 * e)) << 32;
+                r.consistent = r.consistent && ix + 32 <= r.out.size() && r.out.mid(int(ix), 4) == "ix" + id.left(2)
+                            && le32(r.out, ix + 4) + 8 == le32(r.out, h + 32 + 16 * e) && r.out.mid(int(ix) + 16, 4) == id;
+                const qint64 base = le32(r.out, ix + 20);
+                for (quint32 k = 0; r.consistent && k < le32(r.out, ix + 12); ++k) {
+                    const qint64 at = base + le32(r.out, ix + 32 + 8 * k);
+                    r.consistent = at <= r.out.size() && r.out.mid(int(at) - 8, 2) == id.left(2)
+                                && le32(r.out, at - 4) == (le32(r.out, ix + 36 + 8 * k) & 0x7FFFFFFFu);
+                }
+            }
         }
         return r;
     }
@@ -407,6 +427,59 @@ private Q_SLOTS:
         QVERIFY(walkRiff(out, 0, out.size(), QByteArray(), chunks));
         QCOMPARE(std::count_if(chunks.begin(), chunks.end(), [](const RiffChunk& c) { return c.path == "AVI /movi/00dc"; }), 2);
         QCOMPARE(QDir(m_dir).entryList(QDir::Files).size(), 2);   // the output and logFile.txt
+    }
+
+    // A file that passes the part limit is written in parts: the first RIFF
+    // with its idx1, then AVIX parts, all indexed by ix## through each
+    // stream's indx. At the limit itself the file stays one RIFF, unchanged.
+    void partsAtTheLimit()
+    {
+        const QByteArray in = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()),
+                                      videoChunk(300) + chunk("01wb", QByteArray(41, 'a')) + videoChunk(301)
+                                          + videoChunk(302) + chunk("01wb", QByteArray(40, 'b')));
+        const Result whole = repair(in, true);
+        QVERIFY(whole.status && whole.consistent);
+        QCOMPARE(repair(in, true, nullptr, {}, quint64(whole.out.size())).out, whole.out);
+        const Result parts = repair(in, true, nullptr, {}, quint64(whole.out.size()) - 1);
+        QVERIFY(parts.status && parts.consistent && parts.clean);
+        QCOMPARE(parts.at("AVI /hdrl/strl/indx").size(), 2);
+        QCOMPARE(le32(parts.out, parts.at("AVI /hdrl/odml/dmlh").value(0).pos + 8), 3u);
+        // 480 bytes a part: the header fills the first beside one chunk;
+        // each AVIX part takes a sound and a video chunk (88 + 58 + 318).
+        const Result small = repair(in, true, nullptr, {}, 480);
+        QVERIFY(small.status && small.consistent);
+        QCOMPARE(small.at("AVIX/").size(), 2);
+        QCOMPARE(small.index.size(), 1);   // idx1: the first part's chunks
+        QCOMPARE(small.at("AVIX/movi/01wb").size(), 2);
+        QCOMPARE(le32(small.out, small.at("AVI /hdrl/avih").value(0).pos + 8 + 16), 1u);   // dwTotalFrames of the first part
+    }
+
+    // Parts of 1 MiB from a real clip: every picture and every sound frame
+    // decodes as in the original.
+    void partsDecodeAsTheOriginal()
+    {
+        const QString original = clip("mp3");
+        const QByteArray bytes = readAll(original);
+        QVERIFY(bytes.size() > 3 << 20);
+        const Result r = repair(bytes, true, nullptr, {}, 1 << 20);
+        QVERIFY(r.status && r.consistent);
+        QVERIFY(r.at("AVIX/").size() >= 2);
+        for (const RiffChunk& c : r.chunks)
+            QVERIFY(c.path.count('/') > 1 || c.size < (1 << 20) + 65536);
+        const auto hashes = [](const QString& path, const char* stream) {
+            QByteArray out;
+            run("ffmpeg", {"-v", "error", "-threads", "1", "-i", path, "-map", stream, "-f", "framemd5", "-"}, &out);
+            QList<QByteArray> lines;
+            for (const QByteArray& line : out.split('\n'))
+                if (!line.startsWith('#') && !line.isEmpty())
+                    lines << line.mid(line.lastIndexOf(',') + 1);
+            return lines;
+        };
+        for (const char* stream : {"0:v:0", "0:a:0"}) {
+            const QList<QByteArray> want = hashes(original, stream);
+            QVERIFY(want.size() > 150);
+            QCOMPARE(hashes(m_dir + "/clip.avi", stream), want);
+        }
     }
 
     void endToEnd_data()
