@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -53,6 +54,18 @@ bool AcceptedBehindStrf(uint32_t tag)
 }
 
 uint64_t Padded(uint32_t size) { return uint64_t(size) + (size & 1); }
+
+// True when one of the eight bytes at p is '0' or 'i', the first bytes of
+// the tags the chunk scan looks for (a byte equal to c leaves a zero byte in
+// the word xor c, which the borrow of the subtraction marks).
+bool MayStartTag(const uint8_t* p)
+{
+    constexpr uint64_t kOnes = 0x0101010101010101ull, kHighs = 0x8080808080808080ull;
+    uint64_t w;
+    std::memcpy(&w, p, 8);
+    const uint64_t a = w ^ (kOnes * '0'), b = w ^ (kOnes * 'i');
+    return (((a - kOnes) & ~a) | ((b - kOnes) & ~b)) & kHighs;
+}
 
 struct HeaderSearch {
     bool videoFormat = false;   // a video strf was found
@@ -412,10 +425,16 @@ void ThreadVideoRepair::ScanAviChunks()
         const uint8_t* p = in.view(pos, n + 8);
         size_t i = 0;
         uint32_t tag = 0;
-        for (; i < n; ++i) {
+        while (i < n) {
+            // Eight bytes at a time past stretches that hold no tag's first byte.
+            if (i + 8 <= n && !MayStartTag(p + i)) {
+                i += 8;
+                continue;
+            }
             tag = ByteReader::loadBe32(p + i);
             if (tag == k00dc || tag == k00db || tag == k01wb || tag == kIdx1)
                 break;
+            ++i;
         }
         if (i == n) {
             pos += n;

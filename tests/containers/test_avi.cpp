@@ -482,6 +482,23 @@ private Q_SLOTS:
         }
     }
 
+    // Media past 4 GiB (a sparse input whose movi list has a hole at a
+    // third): the same output as from the clip itself.
+    void mediaPast4GiB()
+    {
+        const QByteArray bytes = readAll(clip("mp3"));
+        qint64 moviStart = -1, idx1Pos = -1;
+        const QList<MediaChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
+        QVERIFY(chunks.size() > 30);
+        const qint64 at = chunks[chunks.size() / 3].pos;
+        const QString whole = m_dir + "/whole.avi", sparse = m_dir + "/sparse.avi";
+        QVERIFY(writeAll(whole, bytes) && containers::writeSparse(sparse, bytes.left(at), containers::kPast4GiB, bytes.mid(at)));
+        const containers::Batch b = containers::repairFiles({whole, sparse});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({true, true}));
+        QCOMPARE(readAll(b.outputs.value(1)), readAll(b.outputs.value(0)));
+    }
+
     void endToEnd_data()
     {
         QTest::addColumn<QString>("source");
