@@ -22,6 +22,30 @@ constexpr uint32_t k00dc = ByteReader::fourcc("00dc");
 constexpr uint32_t k00db = ByteReader::fourcc("00db");
 constexpr uint32_t k01wb = ByteReader::fourcc("01wb");
 constexpr uint32_t kIdx1 = ByteReader::fourcc("idx1");
+constexpr uint32_t kIndx = ByteReader::fourcc("indx");
+constexpr uint32_t kRiff = ByteReader::fourcc("RIFF");
+constexpr uint32_t kAvix = ByteReader::fourcc("AVIX");
+
+// indx, or ix## with a stream number of two digits.
+bool IsIndexTag(uint32_t tag)
+{
+    const auto digit = [](uint32_t c) { return c >= '0' && c <= '9'; };
+    return tag == kIndx || ((tag >> 16) == ('i' << 8 | 'x') && digit(tag >> 8 & 0xFF) && digit(tag & 0xFF));
+}
+
+// Length of the index chunk at pos (its header included) when its fields
+// agree: wLongsPerEntry 4 for a super index, 2 for a standard one, and room
+// for the entries in use inside a chunk that ends within the file. Else 1,
+// one step on.
+uint64_t IndexChunkLength(ByteReader& in, uint64_t pos, uint64_t end, bool super)
+{
+    const uint32_t size = in.le32(pos + 4);
+    const uint64_t entries = in.le32(pos + 12);
+    const uint64_t length = 8 + uint64_t(size) + (size & 1);
+    const bool agrees = in.le16(pos + 8) == (super ? 4 : 2) && in.u8(pos + 11) == (super ? 0 : 1)
+                     && size >= 24 + entries * (super ? 16 : 8) && length <= end - pos;
+    return agrees ? length : 1;
+}
 
 // Tags that may stand behind a stream format chunk; a match confirms the size
 // of the strf in front of it.
@@ -432,7 +456,7 @@ void ThreadVideoRepair::ScanAviChunks()
                 continue;
             }
             tag = ByteReader::loadBe32(p + i);
-            if (tag == k00dc || tag == k00db || tag == k01wb || tag == kIdx1)
+            if (tag == k00dc || tag == k00db || tag == k01wb || tag == kIdx1 || IsIndexTag(tag))
                 break;
             ++i;
         }
@@ -441,8 +465,22 @@ void ThreadVideoRepair::ScanAviChunks()
             continue;
         }
         pos += i;
-        if (tag == kIdx1)
+        if (tag == kIdx1) {
+            // The idx1 of the first part of a file in parts: the media goes on
+            // in the RIFF "AVIX" behind it.
+            const uint64_t next = pos + 8 + Padded(ByteReader::loadLe32(p + i + 4));
+            if (next + 12 <= end && in.be32(next) == kRiff && in.be32(next + 8) == kAvix) {
+                pos = next;
+                continue;
+            }
             break;   // an index, or the text of one, ends the media wherever it stands
+        }
+        if (tag != k00dc && tag != k00db && tag != k01wb) {
+            // An indx or ix## chunk names chunks in its own fields ("00dc"):
+            // a whole one is passed over, as none of its bytes is media.
+            pos += IndexChunkLength(in, pos, end, tag == kIndx);
+            continue;
+        }
         uint32_t size = ByteReader::loadLe32(p + i + 4);
         if (size >= end / 4 || size > kMaxChunkSize || size == 2 || size == 16 || size == 18) {
             ++pos;

@@ -305,6 +305,14 @@ private Q_SLOTS:
             << QList<quint32>{17, 0, 20};
         QTest::newRow("idx1 in the middle ends the scan")
             << aviFile(lists, videoChunk(10) + "junk idx1 junk" + videoChunk(10) + videoChunk(12)) << QList<quint32>{10};
+        // An ix00 whose base offset would read as a chunk of 8; an indx
+        // whose reserved words would read as one of 0.
+        const QByteArray ix = chunk("ix00", le(0x01000002) + le(1) + "00dc" + le(8) + le(0) + le(0) + le(8) + le(10));
+        const QByteArray indx = chunk("indx", le(0x00000004) + le(1) + "00dc" + le(0) + le(0) + le(0) + QByteArray(16, 'i'));
+        QTest::newRow("idx1 with RIFF AVIX behind, indx and ix00 passed over")
+            << aviFile(lists, indx + videoChunk(10) + ix + chunk("idx1", QByteArray(16, 'x')) + "RIFF" + le(100) + "AVIX"
+                                  + "LIST" + le(50) + "movi" + videoChunk(12) + chunk("idx1", "") + videoChunk(14))
+            << QList<quint32>{10, 12};
         QTest::newRow("last chunk past the end: header, chunk and index say 300")
             << aviFile(lists, videoChunk(40), 6000) + "00dc" + le(1000) + QByteArray(300, 'w') << QList<quint32>{40, 300};
     }
@@ -475,11 +483,19 @@ private Q_SLOTS:
                     lines << line.mid(line.lastIndexOf(',') + 1);
             return lines;
         };
-        for (const char* stream : {"0:v:0", "0:a:0"}) {
-            const QList<QByteArray> want = hashes(original, stream);
-            QVERIFY(want.size() > 150);
-            QCOMPARE(hashes(m_dir + "/clip.avi", stream), want);
+        QList<QByteArray> want[2];
+        for (int s : {0, 1}) {
+            want[s] = hashes(original, s ? "0:a:0" : "0:v:0");
+            QVERIFY(want[s].size() > 150);
+            QCOMPARE(hashes(m_dir + "/clip.avi", s ? "0:a:0" : "0:v:0"), want[s]);
         }
+        // Repaired again in one part: the scan goes on behind the first idx1
+        // and passes over every index, so nothing is lost or added.
+        const Result again = repair(r.out, true);
+        QVERIFY(again.status && again.consistent && again.at("AVIX/").isEmpty());
+        QCOMPARE(again.index.size(), r.at("AVI /movi/00dc").size() + r.at("AVIX/movi/00dc").size()
+                                         + r.at("AVI /movi/01wb").size() + r.at("AVIX/movi/01wb").size());
+        QCOMPARE(hashes(m_dir + "/clip.avi", "0:v:0"), want[0]);
     }
 
     // Media past 4 GiB (a sparse input whose movi list has a hole at a
