@@ -436,7 +436,10 @@ void ThreadVideoRepair::ScanAviChunks()
         qWarning() << "Can't create the AVI index in" << m_workDir;
     ByteReader& in = *m_file;
     const uint64_t end = g_inputSize;
+    // Lines this short never gain by compression; not trying spares a
+    // deflate per chunk.
     LogCipher cipher;
+    cipher.setCompressionMode(LogCipher::CompressionNever);
     uint64_t accepted = 0;       // sum of the sizes taken so far, for the bar
     uint64_t shown = 0;
     bool anyShown = false;
@@ -694,8 +697,11 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
         qWarning() << "Can't read" << m_logPath;
     LogCipher cipher;
     ByteReader& in = *m_file;
+    // A chunk whose recorded size is its own is copied whole, and chunks
+    // that follow each other in the input as one range, which the writer
+    // hands to the kernel.
     const auto copyChunks = [&](uint64_t count) {
-        uint64_t copied = 0;
+        uint64_t copied = 0, runStart = 0, runEnd = 0;
         while (logOpen && copied < count && !log.atEnd() && !g_stopRequested) {
             const QByteArray line = log.readLine().trimmed();
             const QStringList parts = cipher.decryptToString(QString::fromLatin1(line)).trimmed().split(QLatin1Char(' '));
@@ -704,11 +710,23 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
             const uint32_t size = parts.value(1).toUInt(&sizeOk);
             if (parts.size() != 2 || !posOk || !sizeOk)
                 continue;
+            ++copied;
+            const bool whole = in.le32(pos + 4) == size;
+            if (whole && pos == runEnd && runEnd > runStart) {
+                runEnd += 8 + Padded(size);
+                continue;
+            }
+            w.copyFrom(in, runStart, runEnd - runStart);
+            runStart = runEnd = pos;
+            if (whole) {
+                runEnd = pos + 8 + Padded(size);
+                continue;
+            }
             w.copyFrom(in, pos, 4);            // tag
             w.le32(size);                      // size as recorded by the scan
             w.copyFrom(in, pos + 8, Padded(size));   // payload and its pad byte
-            ++copied;
         }
+        w.copyFrom(in, runStart, runEnd - runStart);
         return copied;
     };
 

@@ -1,0 +1,109 @@
+#!/usr/bin/env bash
+# Repairs one file of about 6 GB per route: the speed and the peak memory
+# on files past 4 GiB, and whether every packet comes through.
+#   bench/huge.sh [--size MB] [--build DIR] [--keep] [ROUTE...]
+# Routes: avi wmv flv mts mkv mpeg (avi and mkv by default). Each input is a
+# 20 s clip looped by stream copy up to the size (6000 MB by default), made
+# into bench/cache/huge-<MB>/ and removed at the end unless --keep: files of
+# this size fill a disk quickly (df -h first; a route needs twice its size).
+# Per route one line: the input's size; the repair's wall time, MB/s and peak
+# memory (/usr/bin/time); cp's time and the ratio (each the best of two runs
+# that include a sync); the output's size; the
+# packets per stream of input and output (ffprobe) and "all" when they
+# agree; for AVI the number of RIFF parts of the output. The page cache is
+# warmed before each step alike, and the machine's load is printed first.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+size_mb=6000
+build=build
+keep=0
+routes=()
+while [ $# -gt 0 ]; do
+  case $1 in
+    --size) size_mb=$2; shift 2 ;;
+    --build) build=$2; shift 2 ;;
+    --keep) keep=1; shift ;;
+    -h|--help) sed -n '2,14p' "$0"; exit 0 ;;
+    *) routes+=("$1"); shift ;;
+  esac
+done
+[ ${#routes[@]} -gt 0 ] || routes=(avi mkv)
+. bench/lib.sh
+bench_init "$build" "bench/cache/huge-$size_mb"
+bytes=$((size_mb * 1000000))
+[ "$keep" = 1 ] || trap 'rm -rf "$work"; rm -rf "$cache"' EXIT
+
+make_input() {   # route: sets input
+  local r=$1 ext args=() fmt=()
+  case $r in
+    avi) ext=avi; args=(-c:v mpeg4 -vtag XVID -b:v 10M -c:a libmp3lame -b:a 128k) ;;
+    wmv) ext=wmv; args=(-c:v wmv2 -b:v 10M -c:a wmav2 -b:a 128k) ;;
+    flv) ext=flv; args=(-c:v flv1 -b:v 10M -c:a libmp3lame -b:a 128k -ar 44100) ;;
+    mts) ext=mts; fmt=(-f mpegts -mpegts_m2ts_mode 1); args=(-c:v libx264 -preset veryfast -b:v 10M -pix_fmt yuv420p -c:a aac "${fmt[@]}") ;;
+    mkv) ext=mkv; args=(-c:v libx264 -preset veryfast -b:v 10M -pix_fmt yuv420p -c:a aac) ;;
+    mpeg) ext=mpg; fmt=(-f vob); args=(-c:v mpeg2video -b:v 10M -c:a mp2 "${fmt[@]}") ;;
+    *) echo "unknown route $r" >&2; return 1 ;;
+  esac
+  input=$cache/$r.$ext
+  [ -s "$input" ] && return 0
+  echo "making $input (once)..." >&2
+  local clip=$cache/.$r.clip.$ext
+  ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x360:rate=25" \
+    -f lavfi -i "sine=frequency=440:sample_rate=48000" -t 20 "${args[@]}" "$clip"
+  local loops=$(( bytes / $(stat -c %s "$clip") + 1 ))
+  if [ "$ext" = flv ] || [ "$ext" = mpg ]; then
+    # Joined copies rather than a loop: the FLV reader can't seek back, and
+    # a program stream copied by ffmpeg gets headers no encoder writes.
+    for _ in $(seq 0 "$loops"); do echo "file '$(realpath "$clip")'"; done > "$clip.list"
+    ffmpeg -y -v error -nostdin -f concat -safe 0 -i "$clip.list" -map 0 -c copy -fs "$bytes" "${fmt[@]}" "$cache/.$r.tmp.$ext"
+  else
+    ffmpeg -y -v error -nostdin -stream_loop "$loops" -i "$clip" -map 0 -c copy -fs "$bytes" "${fmt[@]}" "$cache/.$r.tmp.$ext"
+  fi
+  mv "$cache/.$r.tmp.$ext" "$input"
+  rm -f "$clip" "$clip.list"
+}
+
+# packets FILE: the packets per stream, as "v/a" (ffprobe reads the file).
+packets() {
+  ffprobe -v error -count_packets -show_entries stream=nb_read_packets -of csv=p=0 "$1" | tr -d ',' | paste -sd/
+}
+
+# riff_parts FILE: the top-level RIFF lists of an AVI file.
+riff_parts() {
+  python3 - "$1" <<'PY'
+import os, struct, sys
+f = open(sys.argv[1], 'rb'); end = os.path.getsize(sys.argv[1]); pos = parts = 0
+while pos + 8 <= end:
+    f.seek(pos); tag, size = struct.unpack('<4sI', f.read(8))
+    if tag != b'RIFF': break
+    parts += 1; pos += 8 + size + (size & 1)
+print(parts if pos == end else '%d (+%d bytes)' % (parts, end - pos))
+PY
+}
+
+echo "load: $(cut -d' ' -f1-3 /proc/loadavg), $(nproc) cores; free: $(df -h --output=avail "$cache" | tail -1 | tr -d ' ')"
+printf '%-5s %6s | %-22s | %6s %6s | %6s | %-13s %-13s %s\n' \
+  route MB "repair s  MB/s  MB" "cp s" rep/cp "out MB" "in packets" "out packets" "parts"
+for r in "${routes[@]}"; do
+  make_input "$r"
+  size=$(stat -c %s "$input")
+  cat "$input" >/dev/null
+  best_of_two cp cp "$input" "$work/copy.bin"
+  rm -f "$work/copy.bin"
+  cat "$input" >/dev/null
+  best_of_two rep "$batch" --quiet --work-root "$work" "$input"
+  out=$work/Repaired/$(basename "$input")
+  if [ ! -s "$out" ]; then
+    printf '%-5s %6.0f | NO OUTPUT\n' "$r" "$((size / 1000000))"
+    continue
+  fi
+  inp=$(packets "$input"); outp=$(packets "$out")
+  verdict=""; [ "$inp" = "$outp" ] && verdict=" all"
+  parts="-"; [ "$r" = avi ] && parts=$(riff_parts "$out")
+  awk -v r="$r" -v s="$size" -v w="$rep_wall" -v k="$rep_kib" -v p="$cp_wall" -v o="$(stat -c %s "$out")" \
+      -v ip="$inp" -v op="$outp$verdict" -v parts="$parts" 'BEGIN {
+    printf "%-5s %6.0f | %8.2f %6.0f %6.1f | %6.2f %6.2f | %6.0f | %-13s %-13s %s\n",
+           r, s / 1e6, w, s / 1e6 / (w > 0 ? w : 0.01), k / 1024, p, (p > 0 ? w / p : 0), o / 1e6, ip, op, parts }'
+  rm -rf "$work/Repaired"
+  [ "$keep" = 1 ] || rm -f "$input"
+done
