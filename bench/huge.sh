@@ -2,8 +2,10 @@
 # Repairs one file of about 6 GB per route: the speed and the peak memory
 # on files past 4 GiB, and whether every packet comes through.
 #   bench/huge.sh [--size MB] [--build DIR] [--keep] [ROUTE...]
-# Routes: avi wmv flv mts mkv mpeg (avi and mkv by default). Each input is a
-# 20 s clip looped by stream copy up to the size (6000 MB by default), made
+# Routes: avi wmv flv mts mkv mpeg h264 (avi and mkv by default). Each input
+# is a 20 s clip looped by stream copy up to the size (6000 MB by default);
+# the h264 one (H.264 and AAC in a MOV) then loses its movie, as a recording
+# cut off, and is repaired with a 20 s sample of the same settings. Made
 # into bench/cache/huge-<MB>/ and removed at the end unless --keep: files of
 # this size fill a disk quickly (df -h first; a route needs twice its size).
 # Per route one line: the input's size; the repair's wall time, MB/s and peak
@@ -33,9 +35,11 @@ bench_init "$build" "bench/cache/huge-$size_mb"
 bytes=$((size_mb * 1000000))
 [ "$keep" = 1 ] || trap 'rm -rf "$work"; rm -rf "$cache"' EXIT
 
-make_input() {   # route: sets input
+make_input() {   # route: sets input, original (what the packets are counted in) and ref
   local r=$1 ext args=() fmt=()
+  ref=()
   case $r in
+    h264) ext=mov; args=(-c:v libx264 -preset veryfast -profile:v high -g 30 -b:v 10M -pix_fmt yuv420p -c:a aac -b:a 128k) ;;
     avi) ext=avi; args=(-c:v mpeg4 -vtag XVID -b:v 10M -c:a libmp3lame -b:a 128k) ;;
     wmv) ext=wmv; args=(-c:v wmv2 -b:v 10M -c:a wmav2 -b:a 128k) ;;
     flv) ext=flv; args=(-c:v flv1 -b:v 10M -c:a libmp3lame -b:a 128k -ar 44100) ;;
@@ -45,27 +49,48 @@ make_input() {   # route: sets input
     *) echo "unknown route $r" >&2; return 1 ;;
   esac
   input=$cache/$r.$ext
-  [ -s "$input" ] && return 0
-  echo "making $input (once)..." >&2
+  original=$input
+  if [ "$r" = h264 ]; then
+    original=$cache/$r.whole.$ext
+    ref=(--reference "$cache/$r.sample.$ext")
+    [ -s "$cache/$r.sample.$ext" ] || ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x360:rate=25" \
+      -f lavfi -i "sine=frequency=440:sample_rate=48000" -t 20 -vf hue=h=90 "${args[@]}" "$cache/$r.sample.$ext"
+    [ -s "$input" ] && return 0
+    make_looped "$r" "$ext" "$original" "${args[@]}"
+    cut_movie "$original" "$input"
+    return 0
+  fi
+  [ -s "$input" ] || make_looped "$r" "$ext" "$input" "${args[@]}"
+}
+
+make_looped() {   # route ext out encoder-args...: the clip looped up to the size
+  local r=$1 ext=$2 out=$3 fmt=()
+  shift 3
+  case $r in mts) fmt=(-f mpegts -mpegts_m2ts_mode 1) ;; mpeg) fmt=(-f vob) ;; esac
+  echo "making $out (once)..." >&2
   local clip=$cache/.$r.clip.$ext
   ffmpeg -y -v error -nostdin -f lavfi -i "testsrc2=size=640x360:rate=25" \
-    -f lavfi -i "sine=frequency=440:sample_rate=48000" -t 20 "${args[@]}" "$clip"
+    -f lavfi -i "sine=frequency=440:sample_rate=48000" -t 20 "$@" "$clip"
   local loops=$(( bytes / $(stat -c %s "$clip") + 1 ))
-  if [ "$ext" = flv ] || [ "$ext" = mpg ]; then
-    # Joined copies rather than a loop: the FLV reader can't seek back, and
-    # a program stream copied by ffmpeg gets headers no encoder writes.
+  if [ "$ext" = mpg ]; then
+    # Whole copies of the encoded clip, end to end: a program stream copied
+    # by ffmpeg gets system headers that no encoder writes.
+    : > "$cache/.$r.tmp.$ext"
+    for _ in $(seq 2 "$loops"); do cat "$clip" >> "$cache/.$r.tmp.$ext"; done
+  elif [ "$ext" = flv ]; then
+    # Joined copies rather than a loop: the FLV reader can't seek back.
     for _ in $(seq 0 "$loops"); do echo "file '$(realpath "$clip")'"; done > "$clip.list"
     ffmpeg -y -v error -nostdin -f concat -safe 0 -i "$clip.list" -map 0 -c copy -fs "$bytes" "${fmt[@]}" "$cache/.$r.tmp.$ext"
   else
     ffmpeg -y -v error -nostdin -stream_loop "$loops" -i "$clip" -map 0 -c copy -fs "$bytes" "${fmt[@]}" "$cache/.$r.tmp.$ext"
   fi
-  mv "$cache/.$r.tmp.$ext" "$input"
+  mv "$cache/.$r.tmp.$ext" "$out"
   rm -f "$clip" "$clip.list"
 }
 
 # packets FILE: the packets per stream, as "v/a" (ffprobe reads the file).
 packets() {
-  ffprobe -v error -count_packets -show_entries stream=nb_read_packets -of csv=p=0 "$1" | tr -d ',' | paste -sd/
+  ffprobe -v error -count_packets -show_entries stream=nb_read_packets -of csv=p=0 "$1" | tr -d ',' | grep -v '^$' | paste -sd/
 }
 
 # riff_parts FILE: the top-level RIFF lists of an AVI file.
@@ -91,13 +116,13 @@ for r in "${routes[@]}"; do
   best_of_two cp cp "$input" "$work/copy.bin"
   rm -f "$work/copy.bin"
   cat "$input" >/dev/null
-  best_of_two rep "$batch" --quiet --work-root "$work" "$input"
+  best_of_two rep "$batch" "${ref[@]}" --quiet --work-root "$work" "$input"
   out=$work/Repaired/$(basename "$input")
   if [ ! -s "$out" ]; then
     printf '%-5s %6.0f | NO OUTPUT\n' "$r" "$((size / 1000000))"
     continue
   fi
-  inp=$(packets "$input"); outp=$(packets "$out")
+  inp=$(packets "$original"); outp=$(packets "$out")
   verdict=""; [ "$inp" = "$outp" ] && verdict=" all"
   parts="-"; [ "$r" = avi ] && parts=$(riff_parts "$out")
   awk -v r="$r" -v s="$size" -v w="$rep_wall" -v k="$rep_kib" -v p="$cp_wall" -v o="$(stat -c %s "$out")" \
@@ -105,5 +130,5 @@ for r in "${routes[@]}"; do
     printf "%-5s %6.0f | %8.2f %6.0f %6.1f | %6.2f %6.2f | %6.0f | %-13s %-13s %s\n",
            r, s / 1e6, w, s / 1e6 / (w > 0 ? w : 0.01), k / 1024, p, (p > 0 ? w / p : 0), o / 1e6, ip, op, parts }'
   rm -rf "$work/Repaired"
-  [ "$keep" = 1 ] || rm -f "$input"
+  [ "$keep" = 1 ] || rm -f "$input" "$original"
 done
