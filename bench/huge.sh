@@ -8,13 +8,14 @@
 # cut off, and is repaired with a 20 s sample of the same settings. Made
 # into bench/cache/huge-<MB>/ and removed at the end unless --keep: files of
 # this size fill a disk quickly (df -h first; a route needs twice its size).
-# Per route one line: the input's size; the repair's wall time, MB/s and peak
-# memory (/usr/bin/time); cp's time and the ratio (each the best of two runs
-# that include a sync); the output's size; the
-# packets per stream of input and output (ffprobe) and "all" when they
-# agree, else the difference (the last packet of a looped input is often
-# cut by the size limit, and a repair drops a packet cut short); for AVI the number of RIFF parts of the output. The page cache is
-# warmed before each step alike, and the machine's load is printed first.
+# Per route one line: the input's size; the repair's wall time, MB/s and
+# peak memory (/usr/bin/time); cp's time and the ratio (each the best of two
+# runs that include a sync); the output's size; the packets per stream of
+# input and output (ffprobe) and "all" when they agree, else how many the
+# output has fewer (the last packet of a looped input is often cut by the
+# size limit, and a repair drops a packet cut short); for AVI the RIFF parts
+# of the output. The page cache is warmed before each step alike, and the
+# machine's load is printed first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 size_mb=6000
@@ -26,7 +27,7 @@ while [ $# -gt 0 ]; do
     --size) size_mb=$2; shift 2 ;;
     --build) build=$2; shift 2 ;;
     --keep) keep=1; shift ;;
-    -h|--help) sed -n '2,14p' "$0"; exit 0 ;;
+    -h|--help) sed -n '2,18p' "$0"; exit 0 ;;
     *) routes+=("$1"); shift ;;
   esac
 done
