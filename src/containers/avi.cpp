@@ -268,7 +268,8 @@ struct OpenDmlLayout {
 
 // Splits the scan's chunks (entries of the index file) into parts of at most
 // partLimit bytes each, or of one chunk where a single chunk is larger.
-// hdrlSize is that of a header whose indx lists `superEntries` parts.
+// hdrlSize receives the size of the header list with the indx chunks and
+// the odml list added to hdrlWithoutIndx.
 OpenDmlLayout PlanParts(ByteReader& index, uint64_t entries, bool hasAudio, uint64_t partLimit,
                         uint32_t hdrlWithoutIndx, uint32_t& hdrlSize)
 {
