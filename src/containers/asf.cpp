@@ -228,7 +228,7 @@ void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
             continue;
         }
         if (pos >= nextProgress) {
-            Q_EMIT setProgressvalue(ulong(uint32_t(pos)));
+            Q_EMIT setProgressvalue(ulong(pos));
             nextProgress = pos + kProgressStep;
         }
         // Bytes past the end read as zero and fail this test: a packet cut by
@@ -244,7 +244,7 @@ void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
     }
 
     w.patchLe32(16, uint32_t(headerSize));                     // Header Object size
-    w.patchLe32(kPlayDurationAt, latestSendTime * 10000u);    // milliseconds to 100 ns, 32 bits
+    w.patchLe64(kPlayDurationAt, uint64_t(latestSendTime) * 10000u);   // milliseconds to 100 ns
     w.patchLe64(dataSizeAt, packetBytes);                      // packets only
     m_logHandle.close();
     if (!m_outFile.close()) {

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -21,6 +22,30 @@ constexpr uint32_t k00dc = ByteReader::fourcc("00dc");
 constexpr uint32_t k00db = ByteReader::fourcc("00db");
 constexpr uint32_t k01wb = ByteReader::fourcc("01wb");
 constexpr uint32_t kIdx1 = ByteReader::fourcc("idx1");
+constexpr uint32_t kIndx = ByteReader::fourcc("indx");
+constexpr uint32_t kRiff = ByteReader::fourcc("RIFF");
+constexpr uint32_t kAvix = ByteReader::fourcc("AVIX");
+
+// indx, or ix## with a stream number of two digits.
+bool IsIndexTag(uint32_t tag)
+{
+    const auto digit = [](uint32_t c) { return c >= '0' && c <= '9'; };
+    return tag == kIndx || ((tag >> 16) == ('i' << 8 | 'x') && digit(tag >> 8 & 0xFF) && digit(tag & 0xFF));
+}
+
+// Length of the index chunk at pos (its header included) when its fields
+// agree: wLongsPerEntry 4 for a super index, 2 for a standard one, and room
+// for the entries in use inside a chunk that ends within the file. Else 1,
+// one step on.
+uint64_t IndexChunkLength(ByteReader& in, uint64_t pos, uint64_t end, bool super)
+{
+    const uint32_t size = in.le32(pos + 4);
+    const uint64_t entries = in.le32(pos + 12);
+    const uint64_t length = 8 + uint64_t(size) + (size & 1);
+    const bool agrees = in.le16(pos + 8) == (super ? 4 : 2) && in.u8(pos + 11) == (super ? 0 : 1)
+                     && size >= 24 + entries * (super ? 16 : 8) && length <= end - pos;
+    return agrees ? length : 1;
+}
 
 // Tags that may stand behind a stream format chunk; a match confirms the size
 // of the strf in front of it.
@@ -35,7 +60,17 @@ constexpr uint32_t kStrhSize = 56;          // a 64-byte source strh is written 
 constexpr uint32_t kBitmapInfoSize = 40;
 constexpr uint32_t kKeyFrame = 0x10;        // AVIIF_KEYFRAME
 constexpr uint32_t kMaxFormatSize = 1u << 24;
+// A media chunk above 1 GiB is not taken: no recorder writes one, and the
+// standard index of an output in parts holds sizes in 31 bits.
+constexpr uint32_t kMaxChunkSize = 1u << 30;
 constexpr size_t kScanBlock = 1u << 20;
+constexpr uint64_t kIndexEntry = 16;        // one idx1 entry, as the scan writes it
+constexpr uint32_t kIndexHeader = 24;       // the fields of indx and ix## in front of the entries
+constexpr uint32_t kSuperEntry = 16;        // qwOffset, dwSize, dwDuration
+constexpr uint32_t kStdEntry = 8;           // dwOffset, dwSize
+constexpr uint32_t kDmlhSize = 248;
+constexpr uint32_t kOdmlList = 8 + 4 + 8 + kDmlhSize;
+constexpr uint32_t kNotKeyFrame = 0x80000000u;   // bit 31 of an ix## entry's size
 
 bool AcceptedBehindStrf(uint32_t tag)
 {
@@ -43,6 +78,18 @@ bool AcceptedBehindStrf(uint32_t tag)
 }
 
 uint64_t Padded(uint32_t size) { return uint64_t(size) + (size & 1); }
+
+// True when one of the eight bytes at p is '0' or 'i', the first bytes of
+// the tags the chunk scan looks for (a byte equal to c leaves a zero byte in
+// the word xor c, which the borrow of the subtraction marks).
+bool MayStartTag(const uint8_t* p)
+{
+    constexpr uint64_t kOnes = 0x0101010101010101ull, kHighs = 0x8080808080808080ull;
+    uint64_t w;
+    std::memcpy(&w, p, 8);
+    const uint64_t a = w ^ (kOnes * '0'), b = w ^ (kOnes * 'i');
+    return (((a - kOnes) & ~a) | ((b - kOnes) & ~b)) & kHighs;
+}
 
 struct HeaderSearch {
     bool videoFormat = false;   // a video strf was found
@@ -182,9 +229,148 @@ bool SameFile(const QString& a, const QString& b)
     return !ca.isEmpty() && ca == QFileInfo(b).canonicalFilePath();
 }
 
+uint32_t Clamp32(uint64_t v) { return uint32_t(std::min<uint64_t>(v, 0xFFFFFFFFu)); }
+
+// One RIFF part of an output written in parts: a run of the scan's chunks.
+struct AviPart {
+    uint64_t firstChunk = 0;
+    uint64_t chunks = 0;
+    uint64_t videoChunks = 0;
+    uint64_t audioChunks = 0;
+    uint64_t audioPayload = 0;
+    uint64_t dataBytes = 0;    // the chunks with their headers and pad bytes
+    uint64_t start = 0;        // position of its "RIFF" in the output
+    uint64_t moviStart = 0;    // position of its "movi" tag
+};
+
+// Where the chunks go when the output is written in parts. The first part
+// carries the header and the idx1 of its own chunks; every part ends its
+// movi list with a standard index per stream (ix00, ix01).
+struct OpenDmlLayout {
+    std::vector<AviPart> parts;
+    uint32_t superIndex = 0;   // size of one indx chunk with its header
+    uint64_t size = 0;         // of the whole output
+
+    bool hasAudio = false;
+    uint32_t StdIndexSize(uint64_t entries) const { return uint32_t(8 + kIndexHeader + kStdEntry * entries); }
+    uint64_t IndexBytes(const AviPart& p) const
+    {
+        return StdIndexSize(p.videoChunks) + (hasAudio ? StdIndexSize(p.audioChunks) : 0);
+    }
+    uint64_t MoviListSize(const AviPart& p) const { return 4 + p.dataBytes + IndexBytes(p); }
+    uint64_t RiffSize(const AviPart& p, uint32_t hdrlSize) const
+    {
+        const bool first = p.start == 0;
+        return 4 + (first ? 8 + uint64_t(hdrlSize) : 0) + 8 + MoviListSize(p)
+             + (first ? 8 + kIndexEntry * p.chunks : 0);
+    }
+};
+
+// Splits the scan's chunks (entries of the index file) into parts of at most
+// partLimit bytes each, or of one chunk where a single chunk is larger.
+// hdrlSize receives the size of the header list with the indx chunks and
+// the odml list added to hdrlWithoutIndx.
+OpenDmlLayout PlanParts(ByteReader& index, uint64_t entries, bool hasAudio, uint64_t partLimit,
+                        uint32_t hdrlWithoutIndx, uint32_t& hdrlSize)
+{
+    OpenDmlLayout l;
+    l.hasAudio = hasAudio;
+    const int streams = hasAudio ? 2 : 1;
+    // The header lists every part, so its size depends on their number:
+    // plan again with the larger header until the number holds.
+    for (uint64_t superEntries = 1;;) {
+        l.superIndex = uint32_t(8 + kIndexHeader + kSuperEntry * std::min<uint64_t>(superEntries, 1u << 24));
+        hdrlSize = hdrlWithoutIndx + streams * l.superIndex + kOdmlList;
+        l.parts.assign(1, AviPart());
+        AviPart* part = &l.parts.back();
+        uint64_t used = l.RiffSize(*part, hdrlSize) + 8;
+        for (uint64_t i = 0; i < entries; ++i) {
+            const uint8_t* e = index.view(i * kIndexEntry, kIndexEntry);
+            const bool audio = ByteReader::loadBe32(e) == k01wb;
+            const uint32_t size = ByteReader::loadLe32(e + 12);
+            const uint64_t total = 8 + Padded(size);
+            const bool indexed = !audio || hasAudio;
+            uint64_t cost = total + (indexed ? kStdEntry : 0) + (part->start == 0 ? kIndexEntry : 0);
+            if (part->chunks > 0 && used + cost > partLimit) {
+                const uint64_t next = part->start + used;
+                l.parts.push_back(AviPart());
+                part = &l.parts.back();
+                part->start = next;
+                part->firstChunk = i;
+                used = l.RiffSize(*part, hdrlSize) + 8;
+                cost = total + (indexed ? kStdEntry : 0);
+            }
+            used += cost;
+            ++part->chunks;
+            part->dataBytes += total;
+            if (audio) {
+                ++part->audioChunks;
+                part->audioPayload += size;
+            } else {
+                ++part->videoChunks;
+            }
+        }
+        l.size = part->start + used;
+        if (l.parts.size() <= superEntries || superEntries >= (1u << 24))
+            break;
+        superEntries = l.parts.size();
+    }
+    for (AviPart& p : l.parts)
+        p.moviStart = p.start + 12 + (p.start == 0 ? 8 + uint64_t(hdrlSize) : 0) + 8;
+    return l;
+}
+
+// An ix## chunk: the entries of one stream among the chunks of a part, read
+// back from the scan's index. Offsets count from the part's RIFF header and
+// point at the payload, behind the chunk header.
+void WriteStdIndex(FileWriter& w, ByteReader& index, const AviPart& p, bool audio)
+{
+    const uint64_t count = audio ? p.audioChunks : p.videoChunks;
+    w.fourcc(audio ? "ix01" : "ix00");
+    w.le32(uint32_t(kIndexHeader + kStdEntry * count));
+    w.le16(2);                     // wLongsPerEntry
+    w.u8(0);                       // bIndexSubType
+    w.u8(1);                       // bIndexType: AVI_INDEX_OF_CHUNKS
+    w.le32(uint32_t(count));       // nEntriesInUse
+    w.fourcc(audio ? "01wb" : "00dc");
+    w.le64(p.start);               // qwBaseOffset
+    w.le32(0);                     // dwReserved
+    uint64_t at = p.moviStart + 4;
+    for (uint64_t i = p.firstChunk; i < p.firstChunk + p.chunks; ++i) {
+        const uint8_t* e = index.view(i * kIndexEntry, kIndexEntry);
+        const uint32_t size = ByteReader::loadLe32(e + 12);
+        if ((ByteReader::loadBe32(e) == k01wb) == audio) {
+            const bool key = audio || (ByteReader::loadLe32(e + 4) & kKeyFrame);
+            w.le32(uint32_t(at + 8 - p.start));
+            w.le32(size | (key ? 0 : kNotKeyFrame));
+        }
+        at += 8 + Padded(size);
+    }
+}
+
+// The indx of one stream: an entry per part, naming its ix## chunk.
+void WriteSuperIndex(FileWriter& w, const OpenDmlLayout& l, bool audio, uint32_t sampleSize)
+{
+    w.fourcc("indx");
+    w.le32(l.superIndex - 8);
+    w.le16(4);                     // wLongsPerEntry
+    w.u8(0);                       // bIndexSubType
+    w.u8(0);                       // bIndexType: AVI_INDEX_OF_INDEXES
+    w.le32(uint32_t(l.parts.size()));
+    w.fourcc(audio ? "01wb" : "00dc");
+    w.zeros(12);                   // dwReserved[3]
+    for (const AviPart& p : l.parts) {
+        const uint64_t videoIndexAt = p.moviStart + 4 + p.dataBytes;
+        w.le64(audio ? videoIndexAt + l.StdIndexSize(p.videoChunks) : videoIndexAt);
+        w.le32(l.StdIndexSize(audio ? p.audioChunks : p.videoChunks));
+        // dwDuration in the stream's units: frames, samples, or chunks.
+        w.le32(Clamp32(!audio ? p.videoChunks : sampleSize ? p.audioPayload / sampleSize : p.audioChunks));
+    }
+}
+
 } // namespace
 
-void ThreadVideoRepair::RepairAviDirect(bool hasAudio)
+void ThreadVideoRepair::RepairAviDirect(bool hasAudio, uint64_t partLimit)
 {
     ResetAviState(*this);
     Q_EMIT SetProgressBarRange(500000);
@@ -208,7 +394,7 @@ void ThreadVideoRepair::RepairAviDirect(bool hasAudio)
         DropScanResults(*this);
         return;
     }
-    const bool written = WriteAviFile(hasAudio, true, true, true, true);
+    const bool written = WriteAviFile(hasAudio, true, true, true, true, partLimit);
     if (g_stopRequested)
         return;
     if (written)
@@ -216,7 +402,7 @@ void ThreadVideoRepair::RepairAviDirect(bool hasAudio)
     Q_EMIT WriteAVIFileStatus(written, m_fileName);
 }
 
-void ThreadVideoRepair::RepairAviWithReference(bool hasAudio)
+void ThreadVideoRepair::RepairAviWithReference(bool hasAudio, uint64_t partLimit)
 {
     ResetAviState(*this);
     bool written = false;
@@ -227,7 +413,7 @@ void ThreadVideoRepair::RepairAviWithReference(bool hasAudio)
             if (g_stopRequested)
                 DropScanResults(*this);
             else
-                written = WriteAviFile(hasAudio, false, false, false, false);
+                written = WriteAviFile(hasAudio, false, false, false, false, partLimit);
         }
     }
     if (!written)
@@ -247,7 +433,9 @@ void ThreadVideoRepair::ScanAviChunks()
     m_aviVideoDataChunks = 0;
     m_aviAudioPayload = 0;
     g_aviMoviSize = 4;           // the "movi" tag itself
-    uint32_t chunkOffset = 4;    // idx1 offsets count from the "movi" tag
+    // idx1 offsets count from the "movi" tag. Past 4 GiB they wrap, but only
+    // the entries of the first RIFF part are ever written as idx1.
+    uint64_t chunkOffset = 4;
     if (!m_file)
         return;
     FileWriter index;
@@ -255,7 +443,10 @@ void ThreadVideoRepair::ScanAviChunks()
         qWarning() << "Can't create the AVI index in" << m_workDir;
     ByteReader& in = *m_file;
     const uint64_t end = g_inputSize;
+    // Lines this short never gain by compression; not trying spares a
+    // deflate per chunk.
     LogCipher cipher;
+    cipher.setCompressionMode(LogCipher::CompressionNever);
     uint64_t accepted = 0;       // sum of the sizes taken so far, for the bar
     uint64_t shown = 0;
     bool anyShown = false;
@@ -268,20 +459,40 @@ void ThreadVideoRepair::ScanAviChunks()
         const uint8_t* p = in.view(pos, n + 8);
         size_t i = 0;
         uint32_t tag = 0;
-        for (; i < n; ++i) {
+        while (i < n) {
+            // Eight bytes at a time past stretches that hold no tag's first byte.
+            if (i + 8 <= n && !MayStartTag(p + i)) {
+                i += 8;
+                continue;
+            }
             tag = ByteReader::loadBe32(p + i);
-            if (tag == k00dc || tag == k00db || tag == k01wb || tag == kIdx1)
+            if (tag == k00dc || tag == k00db || tag == k01wb || tag == kIdx1 || IsIndexTag(tag))
                 break;
+            ++i;
         }
         if (i == n) {
             pos += n;
             continue;
         }
         pos += i;
-        if (tag == kIdx1)
+        if (tag == kIdx1) {
+            // The idx1 of the first part of a file in parts: the media goes on
+            // in the RIFF "AVIX" behind it.
+            const uint64_t next = pos + 8 + Padded(ByteReader::loadLe32(p + i + 4));
+            if (next + 12 <= end && in.be32(next) == kRiff && in.be32(next + 8) == kAvix) {
+                pos = next;
+                continue;
+            }
             break;   // an index, or the text of one, ends the media wherever it stands
+        }
+        if (tag != k00dc && tag != k00db && tag != k01wb) {
+            // An indx or ix## chunk names chunks in its own fields ("00dc"):
+            // a whole one is passed over, as none of its bytes is media.
+            pos += IndexChunkLength(in, pos, end, tag == kIndx);
+            continue;
+        }
         uint32_t size = ByteReader::loadLe32(p + i + 4);
-        if (size >= end / 4 || size == 2 || size == 16 || size == 18) {
+        if (size >= end / 4 || size > kMaxChunkSize || size == 2 || size == 16 || size == 18) {
             ++pos;
             continue;
         }
@@ -313,10 +524,10 @@ void ThreadVideoRepair::ScanAviChunks()
         }
         index.write(p + i, 4);   // dwChunkId
         index.le32(flags);       // dwFlags
-        index.le32(chunkOffset); // dwChunkOffset
+        index.le32(uint32_t(chunkOffset)); // dwChunkOffset
         index.le32(size);        // dwChunkLength
 
-        const uint32_t total = size + 8 + (size & 1);
+        const uint64_t total = 8 + Padded(size);
         chunkOffset += total;
         g_aviMoviSize += total;
         if (tag == k01wb) {
@@ -334,14 +545,14 @@ void ThreadVideoRepair::ScanAviChunks()
 }
 
 bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, bool videoHeaderFromInput,
-                                     bool audioHeaderFromInput, bool audioFormatFromInput)
+                                     bool audioHeaderFromInput, bool audioFormatFromInput, uint64_t partLimit)
 {
     const QString indexPath = IndexPath(m_workDir, m_fileName);
     const AviOffsets o = m_aviOffsets;
-    const uint32_t videoChunks = g_aviVideoChunks;
-    const uint32_t chunks = g_aviVideoChunks + g_aviAudioChunks;
-    const uint32_t moviSize = g_aviMoviSize;
-    const uint32_t audioChunks = g_aviAudioChunks;
+    const uint64_t videoChunks = g_aviVideoChunks;
+    const uint64_t chunks = g_aviVideoChunks + g_aviAudioChunks;
+    const uint64_t moviSize = g_aviMoviSize;
+    const uint64_t audioChunks = g_aviAudioChunks;
     const uint64_t audioPayload = m_aviAudioPayload;
     const bool hasVideoData = m_aviVideoDataChunks > 0;
     ResetAviState(*this);
@@ -366,21 +577,40 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
 
     // Sizes first. Odd format sizes get their pad byte, and an audio strf of
     // size 0 is left out, so every size below counts exactly what is written.
-    const uint32_t videoStrl = uint32_t(4 + 8 + kStrhSize + 8 + Padded(f) + 14);
-    const uint32_t audioStrl = uint32_t(4 + 8 + kStrhSize + (a ? 8 + Padded(a) : 0) + 14);
-    const uint32_t hdrlSize = 4 + 8 + kAvihSize + 8 + videoStrl + (hasAudio ? 8 + audioStrl : 0);
-    const uint32_t indexSize = 16 * chunks;
-    const uint32_t riffSize = 4 + 8 + hdrlSize + 8 + moviSize + 8 + indexSize;
+    uint32_t videoStrl = uint32_t(4 + 8 + kStrhSize + 8 + Padded(f) + 14);
+    uint32_t audioStrl = uint32_t(4 + 8 + kStrhSize + (a ? 8 + Padded(a) : 0) + 14);
+    uint32_t hdrlSize = 4 + 8 + kAvihSize + 8 + videoStrl + (hasAudio ? 8 + audioStrl : 0);
+    const uint64_t indexSize = kIndexEntry * chunks;
+    const uint64_t riffSize = 4 + 8 + uint64_t(hdrlSize) + 8 + moviSize + 8 + indexSize;
+
+    // A RIFF that would pass the limit (or 32 bits) is written in parts.
+    std::unique_ptr<FileReader> index = FileReader::open(indexPath);
+    const bool inParts = riffSize + 8 > std::min<uint64_t>(partLimit, 0xFFFFFFFFu);
+    OpenDmlLayout layout;
+    if (inParts) {
+        if (!index || index->size() != indexSize) {
+            qWarning() << "The AVI index in" << m_workDir << "is incomplete.";
+            index.reset();
+            QFile::remove(indexPath);
+            return false;
+        }
+        const uint32_t hdrlWithoutIndx = hdrlSize;
+        layout = PlanParts(*index, chunks, hasAudio, partLimit, hdrlWithoutIndx, hdrlSize);
+        videoStrl += layout.superIndex;
+        audioStrl += layout.superIndex;
+    }
+    const uint32_t audioSampleSize = hasAudio ? audioHeaderSrc->le32(uint64_t(o.audioTail) + 8) : 0;
 
     if (!m_outFile.open(outPath)) {
         qWarning() << "Can't create" << outPath;
+        index.reset();
         QFile::remove(indexPath);
         return false;
     }
     g_repairedPaths << outPath;
     FileWriter& w = m_outFile;
     w.fourcc("RIFF");
-    w.le32(riffSize);
+    w.le32(uint32_t(inParts ? layout.RiffSize(layout.parts[0], hdrlSize) : riffSize));
     w.fourcc("AVI ");
     w.fourcc("LIST");
     w.le32(hdrlSize);
@@ -392,7 +622,8 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     w.le32(3241472);               // dwMaxBytesPerSec
     w.le32(0);                     // dwPaddingGranularity
     w.le32(0x110);                 // dwFlags: AVIF_HASINDEX | AVIF_ISINTERLEAVED
-    w.le32(videoChunks);           // dwTotalFrames
+    // dwTotalFrames: those of the first RIFF; dmlh holds the whole count.
+    w.le32(Clamp32(inParts ? layout.parts[0].videoChunks : videoChunks));
     w.le32(0);                     // dwInitialFrames
     w.le32(hasAudio ? 2 : 1);      // dwStreams
     w.le32(0x9AB00);               // dwSuggestedBufferSize
@@ -408,7 +639,7 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     w.copyFrom(*videoHeaderSrc, o.videoHandler, 4);      // fccHandler
     w.zeros(12);                   // dwFlags, wPriority, wLanguage, dwInitialFrames
     w.copyFrom(*videoHeaderSrc, o.videoRate, 12);        // dwScale, dwRate, dwStart
-    w.le32(videoChunks);           // dwLength
+    w.le32(Clamp32(videoChunks));  // dwLength
     w.copyFrom(*videoHeaderSrc, o.videoBuffer, 8);       // dwSuggestedBufferSize, dwQuality
     w.zeros(8);                    // dwSampleSize, rcFrame left and top
     w.copyFrom(*videoHeaderSrc, o.videoFrame, 4);        // rcFrame right and bottom
@@ -418,6 +649,8 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     w.copyFrom(*videoFormatSrc, o.videoDimensions, 8);   // biWidth, biHeight
     w.copyFrom(*videoFormatSrc, o.videoFormatRest, f - 12);
     w.zeros(f & 1);
+    if (inParts)
+        WriteSuperIndex(w, layout, false, 0);
     w.fourcc("strn");
     w.le32(6);
     w.write("Video ", 6);
@@ -432,8 +665,7 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
         w.copyFrom(*audioHeaderSrc, o.audioHandler, 28);  // fccHandler .. dwStart
         // dwLength in the stream's own units, not the byte total with chunk
         // headers: samples of dwSampleSize bytes, or chunks when that is 0.
-        const uint32_t sampleSize = audioHeaderSrc->le32(uint64_t(o.audioTail) + 8);
-        w.le32(sampleSize ? uint32_t(audioPayload / sampleSize) : audioChunks);   // dwLength
+        w.le32(Clamp32(audioSampleSize ? audioPayload / audioSampleSize : audioChunks));   // dwLength
         w.copyFrom(*audioHeaderSrc, o.audioTail, 20);     // dwSuggestedBufferSize .. rcFrame
         if (a) {
             w.fourcc("strf");
@@ -441,25 +673,43 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
             w.copyFrom(*audioFormatSrc, o.audioFormat, a);
             w.zeros(a & 1);
         }
+        if (inParts)
+            WriteSuperIndex(w, layout, true, audioSampleSize);
         w.fourcc("strn");
         w.le32(6);
         w.write("Audio ", 6);
     }
+    if (inParts) {
+        w.fourcc("LIST");
+        w.le32(kOdmlList - 8);
+        w.fourcc("odml");
+        w.fourcc("dmlh");
+        w.le32(kDmlhSize);
+        w.le32(Clamp32(videoChunks));   // dwTotalFrames of the whole file
+        w.zeros(kDmlhSize - 4);
+    }
 
     w.fourcc("LIST");
-    w.le32(moviSize);
+    w.le32(uint32_t(inParts ? layout.MoviListSize(layout.parts[0]) : moviSize));
     w.fourcc("movi");
     const uint64_t moviStart = w.pos() - 4;
-    bool complete = uint32_t(moviStart - 28) == hdrlSize;
+    bool complete = moviStart - 28 == hdrlSize;
 
-    // The chunks, in scan order, from the lines of logFile.txt.
+    // The chunks, in scan order, from the lines of logFile.txt: up to `count`
+    // of them; returns how many were copied.
     m_logHandle.close();
     QFile log(m_logPath);
-    uint32_t copied = 0;
-    if (log.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        LogCipher cipher;
-        ByteReader& in = *m_file;
-        while (!log.atEnd() && !g_stopRequested) {
+    const bool logOpen = log.open(QIODevice::ReadOnly | QIODevice::Text);
+    if (!logOpen)
+        qWarning() << "Can't read" << m_logPath;
+    LogCipher cipher;
+    ByteReader& in = *m_file;
+    // A chunk whose recorded size is its own is copied whole, and chunks
+    // that follow each other in the input as one range, which the writer
+    // hands to the kernel.
+    const auto copyChunks = [&](uint64_t count) {
+        uint64_t copied = 0, runStart = 0, runEnd = 0;
+        while (logOpen && copied < count && !log.atEnd() && !g_stopRequested) {
             const QByteArray line = log.readLine().trimmed();
             const QStringList parts = cipher.decryptToString(QString::fromLatin1(line)).trimmed().split(QLatin1Char(' '));
             bool posOk = false, sizeOk = false;
@@ -467,35 +717,73 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
             const uint32_t size = parts.value(1).toUInt(&sizeOk);
             if (parts.size() != 2 || !posOk || !sizeOk)
                 continue;
+            ++copied;
+            const bool whole = in.le32(pos + 4) == size;
+            if (whole && pos == runEnd && runEnd > runStart) {
+                runEnd += 8 + Padded(size);
+                continue;
+            }
+            w.copyFrom(in, runStart, runEnd - runStart);
+            runStart = runEnd = pos;
+            if (whole) {
+                runEnd = pos + 8 + Padded(size);
+                continue;
+            }
             w.copyFrom(in, pos, 4);            // tag
             w.le32(size);                      // size as recorded by the scan
             w.copyFrom(in, pos + 8, Padded(size));   // payload and its pad byte
-            ++copied;
         }
-        log.close();
-    } else {
-        qWarning() << "Can't read" << m_logPath;
-    }
-    complete = complete && copied == chunks && uint32_t(w.pos() - moviStart) == moviSize;
+        w.copyFrom(in, runStart, runEnd - runStart);
+        return copied;
+    };
 
-    // The index entries, as the scan wrote them.
-    std::unique_ptr<FileReader> index = FileReader::open(indexPath);
-    if (index) {
-        w.fourcc("idx1");
-        w.le32(indexSize);
-        uint64_t done = CopyFileRange(*index, w, indexSize, 0);
-        // A stop still leaves a whole index behind the chunks written so far.
-        if (done < indexSize && g_stopRequested) {
-            w.copyFrom(*index, done, indexSize - done);
-            done = indexSize;
+    if (!inParts) {
+        complete = complete && copyChunks(UINT64_MAX) == chunks && w.pos() - moviStart == moviSize;
+        // The index entries, as the scan wrote them.
+        if (index) {
+            w.fourcc("idx1");
+            w.le32(uint32_t(indexSize));
+            uint64_t done = CopyFileRange(*index, w, indexSize, 0);
+            // A stop still leaves a whole index behind the chunks written so far.
+            if (done < indexSize && g_stopRequested) {
+                w.copyFrom(*index, done, indexSize - done);
+                done = indexSize;
+            }
+            complete = complete && done == indexSize && index->size() == indexSize;
+        } else {
+            complete = false;
         }
-        complete = complete && done == indexSize && index->size() == indexSize;
-        index.reset();
-        QFile::remove(indexPath);
+        complete = complete && w.pos() - 8 == riffSize;
     } else {
-        complete = false;
+        for (const AviPart& p : layout.parts) {
+            if (g_stopRequested)
+                break;
+            if (p.start > 0) {
+                complete = complete && w.pos() == p.start;
+                w.fourcc("RIFF");
+                w.le32(uint32_t(layout.RiffSize(p, hdrlSize)));
+                w.fourcc("AVIX");
+                w.fourcc("LIST");
+                w.le32(uint32_t(layout.MoviListSize(p)));
+                w.fourcc("movi");
+            }
+            complete = complete && w.pos() == p.moviStart + 4 && copyChunks(p.chunks) == p.chunks;
+            WriteStdIndex(w, *index, p, false);
+            if (hasAudio)
+                WriteStdIndex(w, *index, p, true);
+            if (p.start == 0) {
+                // idx1 of the first part's chunks: the scan's first entries.
+                const uint64_t n = kIndexEntry * p.chunks;
+                w.fourcc("idx1");
+                w.le32(uint32_t(n));
+                complete = complete && CopyFileRange(*index, w, n, 0) == n;
+            }
+        }
+        complete = complete && w.pos() == layout.size;
     }
-    complete = complete && uint32_t(w.pos() - 8) == riffSize;
+    log.close();
+    index.reset();
+    QFile::remove(indexPath);
     const bool ok = m_outFile.close();
     if (g_stopRequested)
         return false;   // the partial file stays; a stop sends no verdict

@@ -22,7 +22,7 @@ QString ThreadVideoRepair::RepairDatFile(const QString& path)
     const QFileInfo info(path);
     g_inputSize = m_fileSize = uint64_t(std::max<qint64>(info.size(), 0));
     const ulong half = ulong(m_fileSize / 2);
-    Q_EMIT SetProgressBarRange(ulong(uint32_t(m_fileSize)));
+    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
 
     g_remuxed = true;
     g_remuxRan = true;

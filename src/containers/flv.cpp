@@ -121,8 +121,10 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     Q_EMIT SetProgressBarRange(ulong(size));
     Q_EMIT FileNamelabel(fileName);
 
-    // Tag scan: one line "position PreviousTagSize" per tag taken.
+    // Tag scan: one line "position PreviousTagSize" per tag taken. Lines this
+    // short never gain by compression; not trying spares a deflate per tag.
     LogCipher cipher;
+    cipher.setCompressionMode(LogCipher::CompressionNever);
     bool videoSeen = false;
     bool taking = false;
     bool haveFirstTime = false;
@@ -264,8 +266,11 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     bool complete = w.pos() - scriptStart == scriptData;
     w.be32(scriptData + kTagHeaderSize);        // PreviousTagSize
 
-    // The tags, in scan order, each with its PreviousTagSize.
+    // The tags, in scan order, each with its PreviousTagSize. Tags that
+    // follow each other in the input are copied as one range, which the
+    // writer hands to the kernel whole.
     QFile log(m_logPath);
+    uint64_t runStart = 0, runEnd = 0;
     if (log.open(QIODevice::ReadOnly)) {
         while (!log.atEnd() && !g_stopRequested) {
             const QByteArray line = log.readLine().trimmed();
@@ -277,8 +282,14 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
             if (parts.size() != 2 || !posOk || !sizeOk || at >= size || tagSize > size - at
                 || size - at - tagSize < 4)
                 continue;
-            w.copyFrom(in, at, uint64_t(tagSize) + 4);
+            if (at != runEnd) {
+                w.copyFrom(in, runStart, runEnd - runStart);
+                runStart = at;
+            }
+            runEnd = at + tagSize + 4;
         }
+        if (!g_stopRequested)
+            w.copyFrom(in, runStart, runEnd - runStart);
         log.close();
     } else {
         qWarning() << "Can't read" << m_logPath;

@@ -125,7 +125,7 @@ void ThreadVideoRepair::ScanMatroskaClusters()
 {
     ByteReader& in = *m_file;
     const uint64_t size = in.size();
-    Q_EMIT SetProgressBarRange(ulong(uint32_t(size)));
+    Q_EMIT SetProgressBarRange(ulong(size));
     LogCipher cipher;
     uint32_t count = 0, firstTc = 0, lastTc = 0;
     uint64_t done = 0;
@@ -199,7 +199,8 @@ bool ThreadVideoRepair::WriteMatroskaFile(ByteReader& headerStream)
         0x42, 0x82, 0x84, 'w', 'e', 'b', 'm', 0x42, 0x87, 0x81, 0x02, 0x42, 0x85, 0x81, 0x02};
     out.write(ebml, sizeof ebml);
     out.be32(kSegment);
-    out.be32(0x01000000u);
+    // An eight-byte size field: 0x01, then the size in seven bytes.
+    out.be32(0x01000000u | uint32_t(g_mkvSegmentSize >> 32 & 0xFFFFFF));
     out.be32(uint32_t(g_mkvSegmentSize));
     static const uint8_t seekHead[33] = {0x11, 0x4D, 0x9B, 0x74, 0x40, 0x1D, 0x4D, 0xBB, 0x8B,
         0x53, 0xAB, 0x84, 0x15, 0x49, 0xA9, 0x66, 0x53, 0xAC, 0x81, 0xE5, 0x4D, 0xBB, 0x8C,

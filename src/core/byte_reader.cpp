@@ -175,8 +175,31 @@ FileReader::~FileReader()
     ::close(m_fd);
 }
 
+namespace {
+// The bytes at pos that lie in a hole of a sparse file (a range that holds
+// no data) are zeros without a read, so that a hole of gigabytes fills no
+// page cache. 0 when pos holds data, the hole is short, or the file system
+// doesn't tell.
+size_t ZerosOfHole(int fd, uint64_t pos, uint8_t* dst, size_t n)
+{
+    constexpr size_t kMinHole = 64 * 1024;
+    if (n < kMinHole)
+        return 0;
+    const off_t data = ::lseek(fd, off_t(pos), SEEK_DATA);
+    if (data < 0 && errno != ENXIO)   // ENXIO: no data from pos to the end
+        return 0;
+    const size_t zeros = data < 0 ? n : size_t(std::min<uint64_t>(n, uint64_t(data) - pos));
+    if (zeros < kMinHole)
+        return 0;
+    std::memset(dst, 0, zeros);
+    return zeros;
+}
+} // namespace
+
 ptrdiff_t FileReader::fetch(uint64_t pos, uint8_t* dst, size_t n)
 {
+    if (const size_t zeros = ZerosOfHole(m_fd, pos, dst, n))
+        return ptrdiff_t(zeros);
     for (;;) {
         const ssize_t r = ::pread(m_fd, dst, n, off_t(pos));
         if (r >= 0 || errno != EINTR)

@@ -135,7 +135,7 @@ void ThreadVideoRepair::ScanMpeg4Frames()
     g_remuxed = false;
     g_is3gp = false;
     LogCipher cipher;
-    Q_EMIT SetProgressBarRange(ulong(uint32_t(m_fileSize)));
+    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
     ByteReader& f = *m_file;
     const uint64_t end = std::min<uint64_t>(m_fileSize, f.size());
     static const uint32_t skipCodes[] = {kFtyp, ByteReader::fourcc("wide"), ByteReader::fourcc("free"),
@@ -205,7 +205,7 @@ void ThreadVideoRepair::ScanMpeg4Frames()
         }
         WriteLogLine(cipher, VideoLine(m_frameStart, m_frameSize));
         total += m_frameSize;
-        Q_EMIT setProgressvalue(ulong(uint32_t(total)));
+        Q_EMIT setProgressvalue(ulong(total));
         // An audio frame that would run past the opening isn't taken, so the
         // next frame is always found at e.
         while (m_pos < e && !g_stopRequested) {
@@ -232,7 +232,7 @@ void ThreadVideoRepair::ScanProResFrames()
 {
     g_remuxed = false;
     LogCipher cipher;
-    Q_EMIT SetProgressBarRange(ulong(uint32_t(m_fileSize)));
+    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
     ByteReader& f = *m_file;
     const uint64_t end = std::min<uint64_t>(m_fileSize, f.size());
     m_audioGapSize = 0;
@@ -261,7 +261,7 @@ void ThreadVideoRepair::ScanProResFrames()
             if (s >= 8 && m_pos - 4 + s <= end) {
                 WriteLogLine(cipher, VideoLine(m_pos - 4, s));
                 total += s;
-                Q_EMIT setProgressvalue(ulong(uint32_t(total)));
+                Q_EMIT setProgressvalue(ulong(total));
                 m_pos += uint64_t(s) - 1;
             }
         } else if (m_audioGapSize != 0) {

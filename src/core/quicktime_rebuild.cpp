@@ -267,7 +267,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
         first = false;
         offset += e.size;
         const uint64_t shown = bigFile ? m_atomSize * 500000 / std::max<uint64_t>(m_fileSize, 1) : m_atomSize;
-        Q_EMIT setProgressvalue(ulong(uint32_t(shown)));
+        Q_EMIT setProgressvalue(ulong(shown));
     }
     m_outFile.endBox();   // mdat
     if (m_videoFrames == 0) {

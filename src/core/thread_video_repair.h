@@ -195,8 +195,9 @@ public:
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp
-    void RepairAviDirect(bool hasAudio);                                // avi.cpp
-    void RepairAviWithReference(bool hasAudio);                         // avi.cpp
+    // partLimit: the size of one RIFF part of the output (see WriteAviFile).
+    void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
+    void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
     void ReadAsfHeaderObjects();                                        // asf.cpp
     void RewriteAsfFile(const QString& workDir);                        // asf.cpp
     void RepairFlvFile(const QString& fileName);                        // flv.cpp
@@ -294,9 +295,14 @@ public:
     void ScanAviChunks();
     // Writes m_workDir/m_fileName; each flag takes that group of header fields
     // from the damaged file (true) or the reference (false). True when the
-    // whole file was written. Resets m_aviOffsets and the counters.
+    // whole file was written. Resets m_aviOffsets and the counters. A file
+    // whose RIFF would pass partLimit bytes is written in parts of about
+    // that size: a first RIFF "AVI " with idx1 for its own chunks, then
+    // RIFF "AVIX" parts, each part's chunks indexed by ix## chunks that the
+    // indx of every stream header lists (the OpenDML extension).
+    static constexpr uint64_t kAviPartLimit = uint64_t(1) << 30;
     bool WriteAviFile(bool hasAudio, bool videoFormatFromInput, bool videoHeaderFromInput,
-                      bool audioHeaderFromInput, bool audioFormatFromInput);
+                      bool audioHeaderFromInput, bool audioFormatFromInput, uint64_t partLimit = kAviPartLimit);
     // Where the stream header fields lie in the source (32-bit, as in RIFF).
     struct AviOffsets {
         uint32_t videoHandler = 0;      // strl + 16: fccHandler
@@ -315,11 +321,12 @@ public:
     AviOffsets m_aviOffsets;
     uint32_t m_aviVideoDataChunks = 0;  // video chunks with a payload, found by the scan
     uint64_t m_aviAudioPayload = 0;     // payload bytes of the audio chunks found
-    // Counters of the scan and the format sizes: process-wide, 32-bit as in RIFF.
-    static inline uint32_t g_aviVideoChunks = 0;
-    static inline uint32_t g_aviAudioChunks = 0;
-    static inline uint32_t g_aviAudioBytes = 0;
-    static inline uint32_t g_aviMoviSize = 0;
+    // Counters of the scan and the format sizes: process-wide. The counts and
+    // the movi total are 64-bit, as a file past 4 GiB passes 32 bits.
+    static inline uint64_t g_aviVideoChunks = 0;
+    static inline uint64_t g_aviAudioChunks = 0;
+    static inline uint64_t g_aviAudioBytes = 0;
+    static inline uint64_t g_aviMoviSize = 0;
     static inline uint32_t g_aviVideoFormatSize = 0;
     static inline uint32_t g_aviAudioFormatSize = 0;
 

@@ -234,7 +234,7 @@ class TestAsfFlv : public QObject {
     struct AsfResult {
         bool found = false, failed = false;
         QByteArray out, data;   // the output, and its Data Object onwards
-        quint32 playDurationLow() const { return le32(out, 94); }
+        quint64 playDuration() const { return le64(out, 94); }
     };
     AsfResult repairAsf(const QByteArray& input)
     {
@@ -316,7 +316,8 @@ private Q_SLOTS:
         const QByteArray video = streamProperties(kVideo, 'v'), audio = streamProperties(kAudio, 'a', 18);
         const QList<QByteArray> objects{content(), fileProperties(256), audio, streamProperties(kAudio, 'b', 18), video,
                                         streamProperties(kVideo, 'w'), extContent(), codecList()};
-        const QByteArray packets = packet(256, 100, 'a') + packet(256, 140, 'b') + packet(256, 180, 'c');
+        // The last send time taken (500 s) passes 32 bits in 100 ns units.
+        const QByteArray packets = packet(256, 100, 'a') + packet(256, 500000, 'b') + packet(256, 180, 'c');
         const AsfResult r = repairAsf(asfFile(objects, packets, kSimpleIndex + le(quint64(56))));
         QVERIFY(r.found && !r.failed);
         QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.wmv"});
@@ -331,11 +332,11 @@ private Q_SLOTS:
         QCOMPARE(r.out.mid(int(objs[3].pos), int(objs[3].size + objs[4].size)), video + audio);
         QCOMPARE(r.out.mid(int(objs[5].pos), int(objs[5].size + objs[6].size)), codecList() + content());
 
-        // File Properties copied whole but for the low half of Play Duration.
+        // File Properties copied whole but for Play Duration.
         QByteArray props = fileProperties(256);
         QCOMPARE(objs[0].pos, 30);
-        QCOMPARE(r.playDurationLow(), 140u * 10000);
-        props.replace(64, 4, r.out.mid(94, 4));
+        QCOMPARE(r.playDuration(), 500000ull * 10000);
+        props.replace(64, 8, r.out.mid(94, 8));
         QCOMPARE(r.out.mid(30, props.size()), props);
 
         // Data Object: the kept tail, then the packets whose successor begins
@@ -409,7 +410,7 @@ private Q_SLOTS:
         const AsfResult r = repairAsf(minimalAsf(200, packets, successor + QByteArray(40, 'z')));
         QVERIFY(r.found);
         QCOMPARE(r.data.mid(16), le(quint64(200 * packetsTaken)) + kDataTail + packets.left(200 * packetsTaken));
-        QCOMPARE(r.playDurationLow(), quint32(10 * packetsTaken) * 10000);
+        QCOMPARE(r.playDuration(), quint64(10 * packetsTaken) * 10000);
     }
 
     // Packets behind a hole of odd length are found again; the packet cut by
@@ -420,7 +421,7 @@ private Q_SLOTS:
         const QByteArray p4 = packet(300, 4, 'd'), p5 = packet(300, 5, 'e');
         const AsfResult r = repairAsf(minimalAsf(300, p1 + p2 + QByteArray(77, 'n') + p3 + p4 + p5.left(250)));
         QCOMPARE(r.data.mid(16), le(quint64(900)) + kDataTail + p1 + p3 + p4);
-        QCOMPARE(r.playDurationLow(), 4u * 10000);
+        QCOMPARE(r.playDuration(), 4u * 10000);
     }
 
     void flvTakesTagsFromTheFirstUsableVideoTag()
@@ -580,6 +581,32 @@ private Q_SLOTS:
         QCOMPARE(repairFlv(flv).verdicts, QStringList{"0 clip.flv"});
         QVERIFY(g_repairedPaths.isEmpty());
         QVERIFY(QFile::exists("/dev/full"));
+    }
+
+    // Media past 4 GiB (sparse inputs): the same outputs as from the clips
+    // themselves. FLV: a hole between two tags at a third; ASF: a hole in
+    // front of the first data packet.
+    void mediaPast4GiB()
+    {
+        QStringList inputs;
+        for (const QString source : {"h264 flv", "wmv wmv"}) {
+            const QString suffix = source.section(' ', 1);
+            const QByteArray bytes = readAll(clip(source.section(' ', 0, 0), suffix, 6));
+            QVERIFY(bytes.size() > 100000);
+            qint64 at = qint64(le64(bytes, 16)) + 50;   // behind the Header Object and the Data Object's head
+            if (suffix == "flv")
+                for (at = 13; at < bytes.size() / 3;)
+                    at += 11 + be24(bytes, int(at) + 1) + 4;
+            inputs << m_dir + "/whole." + suffix << m_dir + "/sparse." + suffix;
+            QVERIFY(writeAll(inputs[inputs.size() - 2], bytes));
+            QVERIFY(containers::writeSparse(inputs.last(), bytes.left(int(at)), containers::kPast4GiB, bytes.mid(int(at))));
+        }
+        const containers::Batch b = containers::repairFiles(inputs);
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({true, true, true, true}));
+        QCOMPARE(b.outputs.size(), 4);
+        QCOMPARE(readAll(b.outputs[1]), readAll(b.outputs[0]));
+        QCOMPARE(readAll(b.outputs[3]), readAll(b.outputs[2]));
     }
 
     void endToEnd_data()

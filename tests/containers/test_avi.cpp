@@ -161,7 +161,8 @@ class TestAvi : public QObject {
     };
 
     Result repair(const QByteArray& input, bool hasAudio, const QByteArray* reference = nullptr,
-                  const std::function<void(ThreadVideoRepair&)>& setup = {})
+                  const std::function<void(ThreadVideoRepair&)>& setup = {},
+                  quint64 partLimit = ThreadVideoRepair::kAviPartLimit)
     {
         Result r;
         QFile::remove(m_dir + "/clip.avi");
@@ -185,10 +186,10 @@ class TestAvi : public QObject {
                 t.m_refFile = std::make_unique<MemoryReader>(*reference);
                 t.m_refFileSize = quint64(reference->size());
                 t.m_aviReferenceOpen = true;
-                t.RepairAviWithReference(hasAudio);
+                t.RepairAviWithReference(hasAudio, partLimit);
                 t.m_aviReferenceOpen = t.m_aviReferenceOpen && t.m_refFile;
             } else {
-                t.RepairAviDirect(hasAudio);
+                t.RepairAviDirect(hasAudio, partLimit);
             }
             t.m_logHandle.close();
             r.clean = !t.m_aviReferenceOpen && t.m_aviOffsets.videoFormatRest == 0 && t.m_aviOffsets.audioFormat == 0
@@ -205,6 +206,25 @@ class TestAvi : public QObject {
             r.index << IndexEntry{r.out.mid(int(e), 4), le32(r.out, e + 4), le32(r.out, e + 8), le32(r.out, e + 12)};
             r.consistent = r.consistent && r.out.mid(int(chunkAt), 4) == r.index.last().tag
                         && le32(r.out, chunkAt + 4) == r.index.last().length;
+        }
+        // In parts: every indx entry names an ix## chunk of its size, and
+        // every entry of that names a chunk of its stream and size.
+        for (const RiffChunk& indx : r.chunks) {
+            if (!indx.path.endsWith("/indx"))
+                continue;
+            const qint64 h = indx.pos + 8;
+            const QByteArray id = r.out.mid(int(h) + 8, 4);
+            for (quint32 e = 0; e < le32(r.out, h + 4); ++e) {
+                const qint64 ix = qint64(le32(r.out, h + 24 + 16 * e)) | qint64(le32(r.out, h + 28 + 16 * e)) << 32;
+                r.consistent = r.consistent && ix + 32 <= r.out.size() && r.out.mid(int(ix), 4) == "ix" + id.left(2)
+                            && le32(r.out, ix + 4) + 8 == le32(r.out, h + 32 + 16 * e) && r.out.mid(int(ix) + 16, 4) == id;
+                const qint64 base = le32(r.out, ix + 20);
+                for (quint32 k = 0; r.consistent && k < le32(r.out, ix + 12); ++k) {
+                    const qint64 at = base + le32(r.out, ix + 32 + 8 * k);
+                    r.consistent = at <= r.out.size() && r.out.mid(int(at) - 8, 2) == id.left(2)
+                                && le32(r.out, at - 4) == (le32(r.out, ix + 36 + 8 * k) & 0x7FFFFFFFu);
+                }
+            }
         }
         return r;
     }
@@ -285,6 +305,14 @@ private Q_SLOTS:
             << QList<quint32>{17, 0, 20};
         QTest::newRow("idx1 in the middle ends the scan")
             << aviFile(lists, videoChunk(10) + "junk idx1 junk" + videoChunk(10) + videoChunk(12)) << QList<quint32>{10};
+        // An ix00 whose base offset would read as a chunk of 8; an indx
+        // whose reserved words would read as one of 0.
+        const QByteArray ix = chunk("ix00", le(0x01000002) + le(1) + "00dc" + le(8) + le(0) + le(0) + le(8) + le(10));
+        const QByteArray indx = chunk("indx", le(0x00000004) + le(1) + "00dc" + le(0) + le(0) + le(0) + QByteArray(16, 'i'));
+        QTest::newRow("idx1 with RIFF AVIX behind, indx and ix00 passed over")
+            << aviFile(lists, indx + videoChunk(10) + ix + chunk("idx1", QByteArray(16, 'x')) + "RIFF" + le(100) + "AVIX"
+                                  + "LIST" + le(50) + "movi" + videoChunk(12) + chunk("idx1", "") + videoChunk(14))
+            << QList<quint32>{10, 12};
         QTest::newRow("last chunk past the end: header, chunk and index say 300")
             << aviFile(lists, videoChunk(40), 6000) + "00dc" + le(1000) + QByteArray(300, 'w') << QList<quint32>{40, 300};
     }
@@ -407,6 +435,84 @@ private Q_SLOTS:
         QVERIFY(walkRiff(out, 0, out.size(), QByteArray(), chunks));
         QCOMPARE(std::count_if(chunks.begin(), chunks.end(), [](const RiffChunk& c) { return c.path == "AVI /movi/00dc"; }), 2);
         QCOMPARE(QDir(m_dir).entryList(QDir::Files).size(), 2);   // the output and logFile.txt
+    }
+
+    // A file that passes the part limit is written in parts: the first RIFF
+    // with its idx1, then AVIX parts, all indexed by ix## through each
+    // stream's indx. At the limit itself the file stays one RIFF, unchanged.
+    void partsAtTheLimit()
+    {
+        const QByteArray in = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()),
+                                      videoChunk(300) + chunk("01wb", QByteArray(41, 'a')) + videoChunk(301)
+                                          + videoChunk(302) + chunk("01wb", QByteArray(40, 'b')));
+        const Result whole = repair(in, true);
+        QVERIFY(whole.status && whole.consistent);
+        QCOMPARE(repair(in, true, nullptr, {}, quint64(whole.out.size())).out, whole.out);
+        const Result parts = repair(in, true, nullptr, {}, quint64(whole.out.size()) - 1);
+        QVERIFY(parts.status && parts.consistent && parts.clean);
+        QCOMPARE(parts.at("AVI /hdrl/strl/indx").size(), 2);
+        QCOMPARE(le32(parts.out, parts.at("AVI /hdrl/odml/dmlh").value(0).pos + 8), 3u);
+        // 480 bytes a part: the header fills the first beside one chunk;
+        // each AVIX part takes a sound and a video chunk (88 + 58 + 318).
+        const Result small = repair(in, true, nullptr, {}, 480);
+        QVERIFY(small.status && small.consistent);
+        QCOMPARE(small.at("AVIX/").size(), 2);
+        QCOMPARE(small.index.size(), 1);   // idx1: the first part's chunks
+        QCOMPARE(small.at("AVIX/movi/01wb").size(), 2);
+        QCOMPARE(le32(small.out, small.at("AVI /hdrl/avih").value(0).pos + 8 + 16), 1u);   // dwTotalFrames of the first part
+    }
+
+    // Parts of 1 MiB from a real clip: every picture and every sound frame
+    // decodes as in the original.
+    void partsDecodeAsTheOriginal()
+    {
+        const QString original = clip("mp3");
+        const QByteArray bytes = readAll(original);
+        QVERIFY(bytes.size() > 3 << 20);
+        const Result r = repair(bytes, true, nullptr, {}, 1 << 20);
+        QVERIFY(r.status && r.consistent);
+        QVERIFY(r.at("AVIX/").size() >= 2);
+        for (const RiffChunk& c : r.chunks)
+            QVERIFY(c.path.count('/') > 1 || c.size < (1 << 20) + 65536);
+        const auto hashes = [](const QString& path, const char* stream) {
+            QByteArray out;
+            run("ffmpeg", {"-v", "error", "-threads", "1", "-i", path, "-map", stream, "-f", "framemd5", "-"}, &out);
+            QList<QByteArray> lines;
+            for (const QByteArray& line : out.split('\n'))
+                if (!line.startsWith('#') && !line.isEmpty())
+                    lines << line.mid(line.lastIndexOf(',') + 1);
+            return lines;
+        };
+        QList<QByteArray> want[2];
+        for (int s : {0, 1}) {
+            want[s] = hashes(original, s ? "0:a:0" : "0:v:0");
+            QVERIFY(want[s].size() > 150);
+            QCOMPARE(hashes(m_dir + "/clip.avi", s ? "0:a:0" : "0:v:0"), want[s]);
+        }
+        // Repaired again in one part: the scan goes on behind the first idx1
+        // and passes over every index, so nothing is lost or added.
+        const Result again = repair(r.out, true);
+        QVERIFY(again.status && again.consistent && again.at("AVIX/").isEmpty());
+        QCOMPARE(again.index.size(), r.at("AVI /movi/00dc").size() + r.at("AVIX/movi/00dc").size()
+                                         + r.at("AVI /movi/01wb").size() + r.at("AVIX/movi/01wb").size());
+        QCOMPARE(hashes(m_dir + "/clip.avi", "0:v:0"), want[0]);
+    }
+
+    // Media past 4 GiB (a sparse input whose movi list has a hole at a
+    // third): the same output as from the clip itself.
+    void mediaPast4GiB()
+    {
+        const QByteArray bytes = readAll(clip("mp3"));
+        qint64 moviStart = -1, idx1Pos = -1;
+        const QList<MediaChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
+        QVERIFY(chunks.size() > 30);
+        const qint64 at = chunks[chunks.size() / 3].pos;
+        const QString whole = m_dir + "/whole.avi", sparse = m_dir + "/sparse.avi";
+        QVERIFY(writeAll(whole, bytes) && containers::writeSparse(sparse, bytes.left(at), containers::kPast4GiB, bytes.mid(at)));
+        const containers::Batch b = containers::repairFiles({whole, sparse});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({true, true}));
+        QCOMPARE(readAll(b.outputs.value(1)), readAll(b.outputs.value(0)));
     }
 
     void endToEnd_data()

@@ -338,6 +338,27 @@ private Q_SLOTS:
         QVERIFY2(got * 10 >= int(all * behind * 9), qPrintable(QString("%1 of %2").arg(got).arg(all)));
     }
 
+    // Media past 4 GiB: a sparse input whose hole, in a Void element, stands
+    // in front of the first Cluster behind a third. The same output as from
+    // the clip itself.
+    void matroskaPast4GiB()
+    {
+        const QByteArray bytes = readAll(make("mkvmpg_mkv-h264-aac.mkv", lavfiVideo(8) + lavfiAudio(8)
+                                              + QStringList{"-c:v", "libx264", "-g", "25", "-c:a", "aac"}));
+        const int at = bytes.indexOf(hex("1F43B675"), bytes.size() / 3);
+        QVERIFY(at > 0);
+        QByteArray voidHead = hex("EC01");
+        for (int shift = 48; shift >= 0; shift -= 8)
+            voidHead += char(containers::kPast4GiB >> shift & 0xFF);
+        const QString whole = m_dir + "/whole.mkv", sparse = m_dir + "/sparse.mkv";
+        QVERIFY(writeAll(whole, bytes));
+        QVERIFY(containers::writeSparse(sparse, bytes.left(at) + voidHead, containers::kPast4GiB, bytes.mid(at)));
+        const containers::Batch b = containers::repairFiles({whole, sparse});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({true, true}));
+        QCOMPARE(readAll(b.outputs.value(1)), readAll(b.outputs.value(0)));
+    }
+
     // Random bytes, EBML sizes of all ones, a stream under 100000 bytes.
     void badInput()
     {

@@ -287,6 +287,20 @@ private Q_SLOTS:
         QVERIFY(readAll(repairedPath(again)) == rebuilt);
     }
 
+    // Media past 4 GiB (a sparse input, its hole at a third, off the unit
+    // grid): the same output as from the clip itself.
+    void mediaPast4GiB()
+    {
+        const QByteArray bytes = readAll(clip("bdav.mts"));
+        const int at = bytes.size() / 3 / kUnit * kUnit;
+        const QString whole = m_dir + "/whole.mts", sparse = m_dir + "/sparse.mts";
+        QVERIFY(writeAll(whole, bytes) && containers::writeSparse(sparse, bytes.left(at), containers::kPast4GiB, bytes.mid(at)));
+        const containers::Batch b = containers::repairFiles({whole, sparse});
+        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
+        QCOMPARE(b.repaired, QList<bool>({true, true}));
+        QCOMPARE(readAll(b.outputs.value(1)), readAll(b.outputs.value(0)));
+    }
+
     // a.b.dat gives a.mov, re-encoded to H.264 and AAC.
     void vcdDatEncodedToMov()
     {

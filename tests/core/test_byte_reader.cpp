@@ -144,16 +144,27 @@ private Q_SLOTS:
     void sameAsSeekAndRead_data()
     {
         QTest::addColumn<int>("window");
-        QTest::newRow("smallest window") << int(kSmallWindow);
-        QTest::newRow("odd window") << int(kSmallWindow + 1000);
-        QTest::newRow("default window") << 0;
+        QTest::addColumn<bool>("sparse");
+        QTest::newRow("smallest window") << int(kSmallWindow) << false;
+        QTest::newRow("odd window") << int(kSmallWindow + 1000) << false;
+        QTest::newRow("default window") << 0 << false;
+        // Holes (served as zeros without a read) at 1 MiB and at the end.
+        QTest::newRow("sparse, odd window") << int(100 * 1024 + 1000) << true;
+        QTest::newRow("sparse, default window") << 0 << true;
     }
     void sameAsSeekAndRead()
     {
         QFETCH(int, window);
+        QFETCH(bool, sparse);
         const int size = 3 * 1024 * 1024 + 777;
         const QString path = m_dir + QStringLiteral("/random.bin");
         QVERIFY(writeAll(path, randomBytes(size, 2024)));
+        if (sparse) {
+            const QByteArray data = randomBytes(size, 2024);
+            QFile s(path);
+            QVERIFY(s.open(QIODevice::WriteOnly) && s.write(data.left(1 << 20)) == 1 << 20 && s.seek((2 << 20) + 4096)
+                    && s.write(data.mid((2 << 20) + 4096, 700000)) == 700000 && s.resize(size));
+        }
         auto r = FileReader::open(path, size_t(window));
         QVERIFY(r);
         QCOMPARE(r->size(), uint64_t(size));
