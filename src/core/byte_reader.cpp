@@ -123,6 +123,27 @@ size_t ByteReader::fetchOrZero(uint64_t pos, uint8_t* dst, size_t n)
     return block;
 }
 
+uint64_t NextNonZero(ByteReader& r, uint64_t from, uint64_t end)
+{
+    end = std::min(end, r.size());
+    const size_t block = std::min<size_t>(1u << 20, r.maxView());
+    for (uint64_t pos = from; pos < end;) {
+        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
+        const uint8_t* p = r.view(pos, n);
+        size_t i = 0;
+        for (uint64_t word; i + 8 <= n; i += 8) {
+            std::memcpy(&word, p + i, 8);
+            if (word)
+                break;
+        }
+        for (; i < n; ++i)
+            if (p[i])
+                return pos + i;
+        pos += n;
+    }
+    return end;
+}
+
 uint64_t UnreadableBytes(std::initializer_list<const ByteReader*> readers)
 {
     std::map<uint64_t, uint64_t> all;   // start -> end, overlapping

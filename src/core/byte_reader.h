@@ -116,6 +116,11 @@ private:
     std::map<uint64_t, uint64_t> m_unreadable;   // start -> end
 };
 
+// The first position in [from, end) that holds a byte other than zero; end
+// when there is none. Runs of zeros (holes, zeroed clusters) are passed a
+// word at a time.
+uint64_t NextNonZero(ByteReader& r, uint64_t from, uint64_t end);
+
 // The bytes that the readers (of the same file) could not read, each counted
 // once however many of them tried.
 uint64_t UnreadableBytes(std::initializer_list<const ByteReader*> readers);

@@ -504,10 +504,16 @@ private:
                 m_haveLast = false;
                 m_gap = true;   // pictures were lost: their order starts afresh
             }
-            for (uint64_t q = from; q < (strict ? near : end); q += step) {
+            const uint64_t limit = strict ? near : end;
+            for (uint64_t q = from; q < limit; q += step) {
                 if ((q & 0xFFFFF) < step && m_control.stop && m_control.stop->load())
                     return 0;
-                if (m_video->mayStart(m_r.view(q, 8)) && videoStarts(q, end, false))
+                const uint8_t* v = m_r.view(q, 8);
+                if (step == 1 && ByteReader::loadBe32(v) == 0) {
+                    q = SkipToPossibleStart(q, limit) - 1;
+                    continue;
+                }
+                if (m_video->mayStart(v) && videoStarts(q, end, false))
                     return q;
             }
         }
@@ -576,22 +582,32 @@ private:
         return stop;
     }
 
+    // No sample of these codecs starts with four zero bytes (a NAL unit's
+    // length, a JPEG or MPEG-4 start, a ProRes size): from a position that
+    // does, the next that may start a sample is three bytes before the next
+    // byte that isn't zero (at least from + 1, at most limit).
+    uint64_t SkipToPossibleStart(uint64_t from, uint64_t limit)
+    {
+        const uint64_t nonZero = NextNonZero(m_r, from, limit);
+        return std::min(limit, std::max(from + 1, nonZero >= 3 ? nonZero - 3 : 0));
+    }
+
     // The next position at or after from where video starts and the bytes
     // behind it agree; end when there is none.
     uint64_t resync(uint64_t from, uint64_t end)
     {
         if (!m_video)
             return end;
-        const size_t block = std::min<size_t>(1u << 20, m_r.maxView() - 16);
-        for (uint64_t pos = from; pos < end; pos += block) {
-            if (m_control.stop && m_control.stop->load())
+        for (uint64_t q = from; q < end; ++q) {
+            if ((q & 0xFFFFF) == 0 && m_control.stop && m_control.stop->load())
                 return end;
-            const size_t n = size_t(std::min<uint64_t>(block, end - pos));
-            for (size_t i = 0; i < n; ++i) {
-                const uint8_t* v = m_r.view(pos + i, 8);
-                if (m_video->mayStart(v) && videoStarts(pos + i, end, false))
-                    return pos + i;
+            const uint8_t* v = m_r.view(q, 8);
+            if (ByteReader::loadBe32(v) == 0) {
+                q = SkipToPossibleStart(q, end) - 1;
+                continue;
             }
+            if (m_video->mayStart(v) && videoStarts(q, end, false))
+                return q;
         }
         return end;
     }

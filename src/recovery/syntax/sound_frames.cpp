@@ -130,7 +130,17 @@ AacRangeSplitter::Result AacRangeSplitter::split(Cutter& c, uint64_t begin, uint
 uint64_t AacRangeSplitter::resume(Cutter& c, uint64_t from, uint64_t end)
 {
     for (uint64_t p = from; p + 4 <= end; ++p) {
-        if (!AacElementPlausible(c.reader->view(p, 4)))
+        const uint8_t* v = c.reader->view(p, 4);
+        if (ByteReader::loadBe32(v) == 0) {
+            // Zeros (a hole): no frame of sound starts in them (its gain is
+            // not 0); on to three bytes before the next byte that isn't.
+            const uint64_t nonZero = NextNonZero(*c.reader, p, end);
+            if (nonZero >= end)
+                return end;
+            p = std::max(p, nonZero >= 4 ? nonZero - 4 : 0);   // the loop's ++p: three before
+            continue;
+        }
+        if (!AacElementPlausible(v))
             continue;
         const uint32_t f = c.framer.frameSize(*c.reader, p, end);
         if (f && (p + f >= end || c.framer.frameSize(*c.reader, p + f, end)))
