@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
 QString ThreadVideoRepair::RepairDatFile(const QString& path)
@@ -60,8 +61,9 @@ QString ThreadVideoRepair::RepairDatFile(const QString& path)
     };
     PipeFeeder feed;
     if (m_file && feed.start(workDir + QStringLiteral("/.input-") + info.fileName())) {
+        std::atomic<bool> cancel{false};
         std::thread muxer([&] {
-            RunMuxer(command(feed.path()), workDir);
+            RunMuxer(command(feed.path()), workDir, -1, &cancel);
             feed.readerGone();
         });
         constexpr size_t kPiece = 1u << 20;
@@ -71,12 +73,21 @@ QString ThreadVideoRepair::RepairDatFile(const QString& path)
             Q_EMIT setProgressvalue(half + ulong(double(half) * double(pos) / double(m_fileSize)));
         }
         feed.finish();
+        if (g_stopRequested)
+            cancel = true;   // (a muxer that hasn't opened the pipe yet would wait for it forever)
+        else if (feed.failed())
+            feed.stop();     // the muxer sees the end of its input once the pipe is closed
         muxer.join();
         feed.stop();
     } else {
         RunMuxer(command(path), workDir);
     }
     g_muxerBusy = false;
+    if (g_stopRequested) {
+        QFile::remove(outPath);
+        m_datDone = false;
+        return QString();
+    }
 
     // The muxer's exit code is not read: what counts is a non-empty output. A
     // muxer that failed leaves the done flag clear, and the row is not reported repaired.

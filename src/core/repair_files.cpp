@@ -7,6 +7,7 @@
 #include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -139,6 +140,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
             qWarning() << "Can't create" << m_logPath;
         const unsigned spaceFailures = FileWriter::outOfSpaceFailures();
         const int resultsBefore = g_repairedPaths.size();
+        const QDateTime fileStart = QDateTime::currentDateTime().addSecs(-1);
 
         switch (RouteForSuffix(suffix)) {
         case Route::QuickTime:
@@ -208,8 +210,16 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         }
         m_file.reset();
         m_refFile.reset();
-        if (g_stopRequested)
+        if (g_stopRequested) {
+            // A stop leaves no result of this file, whatever stage it came
+            // in: what it wrote goes (a result of an earlier run stays).
+            while (g_repairedPaths.size() > resultsBefore)
+                QFile::remove(g_repairedPaths.takeLast());
+            const QFileInfo output(m_workDir + QLatin1Char('/') + m_fileName);
+            if (output.exists() && output.lastModified() >= fileStart)
+                QFile::remove(output.absoluteFilePath());
             break;
+        }
 
         if (count == 1)
             Q_EMIT OverAllProgressValue(uint(i), uint(i * 100 / count));

@@ -6,6 +6,7 @@
 #include "support/test_videos.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QtTest>
 
 using namespace testvideo;
@@ -72,6 +73,44 @@ private Q_SLOTS:
         QCOMPARE(log2.all(), QStringList({"ProcessAborted"}));
         QVERIFY(!g_stopRequested);
         QVERIFY(!QDir(m_dir + QStringLiteral("/Repaired")).exists());   // no file was opened
+    }
+
+    // A stop during the repair of a file of each route, at its first
+    // progress: the run ends aborted and leaves no result and no partial
+    // output.
+    void stopMidRun_data()
+    {
+        QTest::addColumn<QString>("clip");
+        const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p"};
+        const QStringList av = lavfiVideo(6) + lavfiAudio(6, 44100);
+        QTest::newRow("mov") << make("eio.mov", av + h264 + QStringList{"-c:a", "aac"});
+        QTest::newRow("avi") << make("eio.avi", av + QStringList{"-c:v", "mpeg4", "-c:a", "libmp3lame"});
+        QTest::newRow("wmv") << make("eio.wmv", av + QStringList{"-c:v", "wmv2", "-c:a", "wmav2"});
+        QTest::newRow("flv") << make("eio.flv", av + QStringList{"-c:v", "flv1", "-c:a", "libmp3lame"});
+        QTest::newRow("mts") << make("eio.mts", av + h264 + QStringList{"-c:a", "ac3", "-f", "mpegts", "-mpegts_m2ts_mode", "1"});
+        QTest::newRow("mkv") << make("eio.mkv", av + h264 + QStringList{"-c:a", "aac"});
+        QTest::newRow("mpg") << make("eio.mpg", av + QStringList{"-c:v", "mpeg2video", "-c:a", "mp2", "-f", "mpeg"});
+        QTest::newRow("dat") << make("eio.dat", av + QStringList{"-target", "ntsc-vcd"});
+    }
+    void stopMidRun()
+    {
+        QFETCH(QString, clip);
+        const QString input = m_dir + QLatin1Char('/') + QFileInfo(clip).fileName();
+        QVERIFY(QFile::copy(clip, input));
+        g_appDir = binDir() + QStringLiteral("/Libmp4");
+        ThreadVideoRepair t;
+        SignalLog log(t);
+        QObject::connect(&t, &ThreadVideoRepair::setProgressvalue, &t, [] { g_stopRequested = true; }, Qt::DirectConnection);
+        SignalLog::runAndWait(t, {input});
+        QVERIFY(log.all().contains(QStringLiteral("ProcessAborted")));
+        QCOMPARE(log.matching(QStringLiteral("WriteStatus 1")) + log.matching(QStringLiteral("WriteAVIFileStatus 1")),
+                 QStringList());
+        const QStringList left = QDir(m_dir + QStringLiteral("/Repaired")).entryList(QDir::Files | QDir::Hidden | QDir::System);
+        for (const QString& name : left)
+            QVERIFY2(name != QFileInfo(input).fileName() && !name.startsWith(QLatin1String(".partial-"))
+                         && !(clip.endsWith(QLatin1String(".dat")) && name.endsWith(QLatin1String(".mov"))),
+                     qPrintable(name));
+        QVERIFY(g_repairedPaths.isEmpty());
     }
 
     void workspaceBesideTheSource()
