@@ -81,16 +81,8 @@ private Q_SLOTS:
     void stopMidRun_data()
     {
         QTest::addColumn<QString>("clip");
-        const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p"};
-        const QStringList av = lavfiVideo(6) + lavfiAudio(6, 44100);
-        QTest::newRow("mov") << make("eio.mov", av + h264 + QStringList{"-c:a", "aac"});
-        QTest::newRow("avi") << make("eio.avi", av + QStringList{"-c:v", "mpeg4", "-c:a", "libmp3lame"});
-        QTest::newRow("wmv") << make("eio.wmv", av + QStringList{"-c:v", "wmv2", "-c:a", "wmav2"});
-        QTest::newRow("flv") << make("eio.flv", av + QStringList{"-c:v", "flv1", "-c:a", "libmp3lame"});
-        QTest::newRow("mts") << make("eio.mts", av + h264 + QStringList{"-c:a", "ac3", "-f", "mpegts", "-mpegts_m2ts_mode", "1"});
-        QTest::newRow("mkv") << make("eio.mkv", av + h264 + QStringList{"-c:a", "aac"});
-        QTest::newRow("mpg") << make("eio.mpg", av + QStringList{"-c:v", "mpeg2video", "-c:a", "mp2", "-f", "mpeg"});
-        QTest::newRow("dat") << make("eio.dat", av + QStringList{"-target", "ntsc-vcd"});
+        for (const auto& route : oneClipPerRoute())
+            QTest::newRow(qPrintable(route.first)) << route.second;
     }
     void stopMidRun()
     {

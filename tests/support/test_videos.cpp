@@ -220,6 +220,25 @@ QJsonObject BatchResult::end() const
     return QJsonObject();
 }
 
+QList<QPair<QString, QString>> oneClipPerRoute()
+{
+    const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p"};
+    const QStringList av = lavfiVideo(6) + lavfiAudio(6, 44100);
+    const QList<QPair<QString, QStringList>> recipes = {
+        {"mov", h264 + QStringList{"-c:a", "aac"}},
+        {"avi", {"-c:v", "mpeg4", "-c:a", "libmp3lame"}},
+        {"wmv", {"-c:v", "wmv2", "-c:a", "wmav2"}},
+        {"flv", {"-c:v", "flv1", "-c:a", "libmp3lame"}},
+        {"mts", h264 + QStringList{"-c:a", "ac3", "-f", "mpegts", "-mpegts_m2ts_mode", "1"}},
+        {"mkv", h264 + QStringList{"-c:a", "aac"}},
+        {"mpg", {"-c:v", "mpeg2video", "-c:a", "mp2", "-f", "mpeg"}},
+        {"dat", {"-target", "ntsc-vcd"}}};
+    QList<QPair<QString, QString>> clips;
+    for (const auto& r : recipes)
+        clips.append({r.first, make(QStringLiteral("eio.") + r.first, av + r.second)});
+    return clips;
+}
+
 QList<QJsonObject> BatchResult::verdicts() const
 {
     QList<QJsonObject> v;

@@ -28,6 +28,10 @@ QString make(const QString& name, const QStringList& ffmpegArgs);
 QStringList lavfiVideo(int seconds = 4, const QString& size = QStringLiteral("320x240"), int rate = 25);
 QStringList lavfiAudio(int seconds = 4, int sampleRate = 48000);
 
+// A 6 s clip with sound for each route, by its suffix (mov, avi, wmv, flv,
+// mts, mkv, mpg, dat), in that order.
+QList<QPair<QString, QString>> oneClipPerRoute();
+
 // A healthy H.264 + AAC clip in the given container (mp4, mov, ...).
 QString h264Aac(const QString& suffix, bool faststart = false);
 
