@@ -196,17 +196,22 @@ void VideoRepairWindow::OnShowProgressBar()
     PercentLabl->show();
 }
 
+// The bar counts in int: a range past that (the bytes of a file over 2 GiB)
+// is counted in units of 2^shift bytes.
 void VideoRepairWindow::OnSetProgressBarRange(ulong maximum)
 {
     FileProgress->reset();
-    FileProgress->setMaximum(int(qMin<ulong>(maximum, ulong(INT_MAX))));
+    m_progressShift = 0;
+    while ((maximum >> m_progressShift) > ulong(INT_MAX))
+        ++m_progressShift;
+    FileProgress->setMaximum(int(maximum >> m_progressShift));
     if (g_repairRunning)
         Select_All->setEnabled(false);
 }
 
 void VideoRepairWindow::OnsetProgressvalue(ulong value)
 {
-    FileProgress->setValue(int(qMin<ulong>(value, ulong(INT_MAX))));
+    FileProgress->setValue(int(qMin<ulong>(value >> m_progressShift, ulong(FileProgress->maximum()))));
 }
 
 void VideoRepairWindow::OnShowOverAllProgressBar()

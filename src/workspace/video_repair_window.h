@@ -229,6 +229,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    unsigned m_progressShift = 0;   // the file bar's unit: 2^shift (see OnSetProgressBarRange)
     void Init();
     void InitControls();
     void ApplyScaleToForm();

@@ -139,7 +139,10 @@ private Q_SLOTS:
         ThreadVideoRepair& t = m_window->repairThread();
 
         emit t.WriteProcessingStatus(QString());
+        emit t.SetProgressBarRange(6000000000ul);   // a 6 GB file: the bar still moves to half
+        emit t.setProgressvalue(3000000000ul);
         drain();
+        QCOMPARE(m_window->FileProgress->value() * 2 / 10, m_window->FileProgress->maximum() / 10);
         QCOMPARE(state(0), (QStringList{"Processing", "1", "", ""}));
         QCOMPARE(row(0)->text(13), QStringLiteral("5"));
         QCOMPARE(row(0)->foreground(8).color(), QColor(QStringLiteral("gray")));
