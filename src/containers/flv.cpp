@@ -4,7 +4,8 @@
 // behind them as found. Numbers in FLV are big-endian.
 #include "containers/output_checks.h"
 #include "core/log_cipher.h"
-#include "core/thread_video_repair.h"
+#include "core/repair_globals.h"
+#include "core/route.h"
 
 #include <QDebug>
 #include <QFile>
@@ -109,17 +110,20 @@ void WriteKey(FileWriter& w, const char* key)
     w.u8(0);   // AMF number
 }
 
-} // namespace
+class FlvRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter& report) override;
+};
 
-void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
+Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
 {
-    if (!m_file)
-        return;
-    ByteReader& in = *m_file;
+    report.showFileProgress(job.fileName);
+    if (!job.input)
+        return Verdict::failedUnlessStopped(job);
+    ByteReader& in = *job.input;
     const uint64_t size = in.size();
-    g_inputSize = size;
-    Q_EMIT SetProgressBarRange(ulong(size));
-    Q_EMIT FileNamelabel(fileName);
+    report.setRange(ulong(size));
+    report.setLabel(job.fileName);
 
     // Tag scan: one line "position PreviousTagSize" per tag taken. Lines this
     // short never gain by compression; not trying spares a deflate per tag.
@@ -136,7 +140,7 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     constexpr uint64_t kProgressStep = 1u << 20;
     TagWindow tags(in);
     uint64_t pos = 0;
-    while (pos < size && !g_stopRequested) {
+    while (pos < size && !job.stopped()) {
         const uint8_t* p = tags.at(pos);
         const uint8_t type = p[0];
         if (type != kAudioTag && type != kVideoTag) {
@@ -162,14 +166,14 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
             ++pos;   // passed over; the scan goes on inside it
             continue;
         }
-        WriteLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
+        job.writeLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
         latestTime = uint32_t(p[4]) << 16 | uint32_t(p[5]) << 8 | p[6];   // without TimestampExtended
         if (!haveFirstTime) {
             firstTime = latestTime;
             haveFirstTime = true;
         }
         if (takenBytes >= nextProgress) {
-            Q_EMIT setProgressvalue(ulong(takenBytes));
+            report.setValue(ulong(takenBytes));
             nextProgress = takenBytes + kProgressStep;
         }
         takenBytes += tagSize;
@@ -178,10 +182,8 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     if (!videoSeen || size <= kMetadataWindow) {
         // Nothing to build a file on: no output, and a negative verdict so
         // that the row doesn't stay "Processing".
-        m_logHandle.close();
-        if (!g_stopRequested)
-            Q_EMIT WriteStatus(false, m_writeStatusFlag, fileName, false);
-        return;
+        job.log->close();
+        return Verdict::failedUnlessStopped(job);
     }
 
     // Metadata search: every agreeing script tag in the first 15000 bytes;
@@ -191,7 +193,7 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     struct ScriptTag { uint64_t from; uint32_t steps; };
     std::vector<ScriptTag> scripts;
     uint64_t regionEnd = 0;
-    for (uint64_t q = 0; q < kMetadataWindow && !g_stopRequested; ++q) {
+    for (uint64_t q = 0; q < kMetadataWindow && !job.stopped(); ++q) {
         if (tags.at(q)[0] != kScriptTag)
             continue;
         if (const uint32_t tagSize = tags.agreeingTagSize(q)) {
@@ -205,7 +207,7 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
         // tags reach, so that many overlapping tags cost no more than one.
         QByteArray region(int(regionEnd - kMetadataKeysFrom), '\0');
         in.read(kMetadataKeysFrom, region.data(), size_t(region.size()));
-        for (int k = 0; k < kMetadataKeyCount && !g_stopRequested; ++k) {
+        for (int k = 0; k < kMetadataKeyCount && !job.stopped(); ++k) {
             std::vector<uint64_t> places;
             for (int at = region.indexOf(kMetadataKeys[k]); at >= 0; at = region.indexOf(kMetadataKeys[k], at + 1))
                 places.push_back(kMetadataKeysFrom + uint64_t(at));
@@ -228,16 +230,14 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     uint8_t duration[8];
     qToBigEndian(seconds, duration);
 
-    m_logHandle.close();
-    const QString outPath = m_workDir + QLatin1Char('/') + m_fileName;
-    if (outputcheck::SameFile(outPath, g_sourceFullPath) || !m_outFile.open(outPath)) {
+    job.log->close();
+    const QString outPath = job.outputPath();
+    FileWriter w;
+    if (outputcheck::SameFile(outPath, job.inputPath) || !w.open(outPath)) {
         qWarning() << "Can't create" << outPath;
-        if (!g_stopRequested)
-            Q_EMIT WriteStatus(false, m_writeStatusFlag, fileName, false);
-        return;
+        return Verdict::failedUnlessStopped(job);
     }
-    g_repairedPaths << outPath;
-    FileWriter& w = m_outFile;
+    *job.outputs << outPath;
     static const uint8_t kFileHeader[] = {'F', 'L', 'V', 1, 5, 0, 0, 0, 9};
     w.write(kFileHeader, sizeof kFileHeader);   // signature, version 1, audio and video, DataOffset 9
     w.be32(0);                                  // PreviousTagSize0
@@ -269,10 +269,10 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
     // The tags, in scan order, each with its PreviousTagSize. Tags that
     // follow each other in the input are copied as one range, which the
     // writer hands to the kernel whole.
-    QFile log(m_logPath);
+    QFile log(job.logPath);
     uint64_t runStart = 0, runEnd = 0;
     if (log.open(QIODevice::ReadOnly)) {
-        while (!log.atEnd() && !g_stopRequested) {
+        while (!log.atEnd() && !job.stopped()) {
             const QByteArray line = log.readLine().trimmed();
             const QStringList parts =
                 cipher.decryptToString(QString::fromLatin1(line)).split(QLatin1Char(' '));
@@ -288,25 +288,28 @@ void ThreadVideoRepair::RepairFlvFile(const QString& fileName)
             }
             runEnd = at + tagSize + 4;
         }
-        if (!g_stopRequested)
+        if (!job.stopped())
             w.copyFrom(in, runStart, runEnd - runStart);
         log.close();
     } else {
-        qWarning() << "Can't read" << m_logPath;
+        qWarning() << "Can't read" << job.logPath;
         complete = false;
     }
 
-    const bool ok = m_outFile.close() && complete;
-    if (g_stopRequested)
-        return;   // the short file stays; a stop sends no verdict
+    const bool ok = w.close() && complete;
+    if (job.stopped())
+        return Verdict{Verdict::Outcome::Stopped};   // the driver removes the short file
     if (!ok) {
         qWarning() << "Writing" << outPath << "failed; it is removed.";
         QFile::remove(outPath);
-        g_repairedPaths.removeAll(outPath);
-        Q_EMIT WriteStatus(false, m_writeStatusFlag, fileName, false);
-        return;
+        job.outputs->removeAll(outPath);
+        return Verdict::failed();
     }
     g_moovRead = true;
-    AnnounceOutput(outPath);
-    Q_EMIT WriteStatus(true, m_writeStatusFlag, fileName, false);
+    return Verdict::repaired(outPath);
 }
+
+} // namespace
+
+std::unique_ptr<Route> MakeFlvRoute() { return std::make_unique<FlvRoute>(); }
+

@@ -4,6 +4,7 @@
 #include "core/code_search.h"
 #include "core/file_writer.h"
 #include "core/output_folder.h"
+#include "core/route.h"
 #include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
 
@@ -14,29 +15,6 @@
 #include <cstring>
 
 namespace {
-
-enum class Route { Avi, Flv, Dat, Asf, Mts, Matroska, Mpeg, QuickTime };
-
-// Exact, case-sensitive comparison in the order of the table: a suffix in
-// mixed case (Mov, Avi) matches no row and takes the QuickTime family.
-Route RouteForSuffix(const QString& suffix)
-{
-    struct Row { Route route; const char* suffixes[4]; };
-    static const Row rows[] = {
-        {Route::Avi, {"AVI", "avi", "DIVX", "divx"}},
-        {Route::Flv, {"FLV", "flv", nullptr, nullptr}},
-        {Route::Dat, {"DAT", "dat", nullptr, nullptr}},
-        {Route::Asf, {"wmv", "asf", "WMV", "ASF"}},
-        {Route::Mts, {"MTS", "mts", nullptr, nullptr}},
-        {Route::Matroska, {"MKV", "mkv", "WEBM", "webm"}},
-        {Route::Mpeg, {"MPEG", "MPG", "mpeg", "mpg"}},
-    };
-    for (const Row& row : rows)
-        for (const char* s : row.suffixes)
-            if (s && suffix == QLatin1String(s))
-                return row.route;
-    return Route::QuickTime;
-}
 
 // The codec-syntax output at syntaxPath against what the pattern passes left
 // at outPath (when they ran and repaired): more video frames win, then more
@@ -67,6 +45,58 @@ bool KeepBetterOutput(const syntax::SyntaxOutcome& bySyntax, const QString& synt
 }
 
 } // namespace
+
+// The routes whose state still lives in the worker: each runs its step of
+// the worker, which sends its verdict itself.
+namespace {
+template <void (ThreadVideoRepair::*Step)(const RepairJob&)>
+class WorkerRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter&) override
+    {
+        (job.worker->*Step)(job);
+        return Verdict::sent();
+    }
+};
+template <void (ThreadVideoRepair::*Step)(const RepairJob&)>
+std::unique_ptr<Route> MakeWorkerRoute()
+{
+    return std::make_unique<WorkerRoute<Step>>();
+}
+} // namespace
+
+std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
+std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
+std::unique_ptr<Route> MakeAsfRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAsfPath>(); }
+std::unique_ptr<Route> MakeMtsRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMtsPath>(); }
+std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
+std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
+std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
+
+void ThreadVideoRepair::showFileProgress(const QString& label)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(label);
+}
+
+void ThreadVideoRepair::setLabel(const QString& label) { Q_EMIT FileNamelabel(label); }
+
+void ThreadVideoRepair::setRange(ulong maximum) { Q_EMIT SetProgressBarRange(maximum); }
+
+void ThreadVideoRepair::setValue(ulong value) { Q_EMIT setProgressvalue(value); }
+
+void ThreadVideoRepair::sendVerdict(const RepairJob& job, const Verdict& verdict)
+{
+    if (verdict.outcome == Verdict::Outcome::Stopped || verdict.outcome == Verdict::Outcome::Sent)
+        return;
+    const bool repaired = verdict.outcome == Verdict::Outcome::Repaired;
+    if (repaired && !verdict.output.isEmpty())
+        AnnounceOutput(verdict.output, verdict.copiesInput);
+    if (verdict.aviSignal)
+        Q_EMIT WriteAVIFileStatus(repaired, job.fileName);
+    else
+        Q_EMIT WriteStatus(repaired, false, job.fileName, verdict.defaultCodec);
+}
 
 void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
 {
@@ -142,62 +172,19 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         const int resultsBefore = g_repairedPaths.size();
         const QDateTime fileStart = QDateTime::currentDateTime().addSecs(-1);
 
-        switch (RouteForSuffix(suffix)) {
-        case Route::QuickTime:
-            RepairQuickTimeFamily(referencePath);
-            break;
-        case Route::Avi:
-            RepairAviPath(referencePath, suffix);
-            break;
-        case Route::Flv:
-            Q_EMIT ShowProgressBar();
-            Q_EMIT FileNamelabel(m_fileName);
-            if (m_file)
-                RepairFlvFile(m_fileName);
-            else if (!g_stopRequested)
-                Q_EMIT WriteStatus(false, false, m_fileName, false);
-            break;
-        case Route::Dat: {
-            Q_EMIT ShowProgressBar();
-            Q_EMIT FileNamelabel(m_fileName);
-            const QString written = RepairDatFile(g_sourceFullPath);
-            if (!m_file)
-                break;
-            bool repaired = false;
-            if (!g_stopRequested && m_datDone) {
-                m_datDone = false;
-                repaired = true;
-                // Encoded anew: the frame count says what was kept, no bytes are skipped.
-                AnnounceOutput(written, false);
-            }
-            Q_EMIT WriteStatus(repaired, false, m_fileName, false);
-            break;
-        }
-        case Route::Asf:
-            RepairAsfPath(referencePath);
-            break;
-        case Route::Mts: {
-            Q_EMIT ShowProgressBar();
-            Q_EMIT FileNamelabel(m_fileName);
-            if (!m_file)
-                break;
-            RepairMtsFile();
-            bool repaired = false;
-            if (!g_stopRequested && m_mtsDone) {
-                m_mtsDone = false;
-                repaired = true;
-                AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-            }
-            Q_EMIT WriteStatus(repaired, false, m_fileName, false);
-            break;
-        }
-        case Route::Matroska:
-            RepairMatroskaPath(referencePath);
-            break;
-        case Route::Mpeg:
-            RepairMpegPath(referencePath);
-            break;
-        }
+        RepairJob job;
+        job.inputPath = g_sourceFullPath;
+        job.fileName = m_fileName;
+        job.suffix = suffix;
+        job.referencePath = referencePath;
+        job.workDir = m_workDir;
+        job.logPath = m_logPath;
+        job.input = m_file.get();
+        job.log = &m_logHandle;
+        job.stop = &g_stopRequested;
+        job.outputs = &g_repairedPaths;
+        job.worker = this;
+        sendVerdict(job, RouteForSuffix(suffix)->repair(job, *this));
         m_logHandle.close();
         if (m_file && m_file->unreadableBytes())
             Q_EMIT ReadDamage(m_fileName, m_file->unreadableBytes());
@@ -228,13 +215,47 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     }
 }
 
+void ThreadVideoRepair::RepairDatPath(const RepairJob&)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    const QString written = RepairDatFile(g_sourceFullPath);
+    if (!m_file)
+        return;
+    bool repaired = false;
+    if (!g_stopRequested && m_datDone) {
+        m_datDone = false;
+        repaired = true;
+        // Encoded anew: the frame count says what was kept, no bytes are skipped.
+        AnnounceOutput(written, false);
+    }
+    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
+}
+
+void ThreadVideoRepair::RepairMtsPath(const RepairJob&)
+{
+    Q_EMIT ShowProgressBar();
+    Q_EMIT FileNamelabel(m_fileName);
+    if (!m_file)
+        return;
+    RepairMtsFile();
+    bool repaired = false;
+    if (!g_stopRequested && m_mtsDone) {
+        m_mtsDone = false;
+        repaired = true;
+        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
+    }
+    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
+}
+
 void ThreadVideoRepair::ReopenInput()
 {
     m_file = OpenReadOnly(g_sourceFullPath);
 }
 
-void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
+void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
 {
+    const QString& referencePath = job.referencePath;
     bool movieFound = false;
     bool imkh = false;
     g_hasSoundTrak = false;   // set again by the movie reader of this file
@@ -368,8 +389,10 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const QString& referencePath)
     m_audioRunLengths.clear();
 }
 
-void ThreadVideoRepair::RepairAviPath(const QString& referencePath, const QString& suffix)
+void ThreadVideoRepair::RepairAviPath(const RepairJob& job)
 {
+    const QString& referencePath = job.referencePath;
+    const QString& suffix = job.suffix;
     // The reference flag is cleared per file, so that a reference that fails
     // to open for the next file isn't taken as open.
     m_aviReferenceOpen = false;
@@ -378,7 +401,7 @@ void ThreadVideoRepair::RepairAviPath(const QString& referencePath, const QStrin
     if (!referencePath.isEmpty() && aviSuffix) {
         const QString refSuffix = QFileInfo(referencePath).suffix();
         // A reference of another container is ignored: direct repair runs.
-        if (RouteForSuffix(refSuffix) == Route::Avi) {
+        if (SameRoute(refSuffix, suffix)) {
             m_refFile = OpenReadOnly(referencePath);
             if (m_refFile) {
                 m_aviReferenceOpen = true;
@@ -410,8 +433,9 @@ void ThreadVideoRepair::RepairAviPath(const QString& referencePath, const QStrin
         RepairAviDirect(hasAudio);
 }
 
-void ThreadVideoRepair::RepairAsfPath(const QString& referencePath)
+void ThreadVideoRepair::RepairAsfPath(const RepairJob& job)
 {
+    const QString& referencePath = job.referencePath;
     Q_EMIT ShowProgressBar();
     Q_EMIT FileNamelabel(m_fileName);
     m_asfHeadersFound = false;
@@ -437,8 +461,9 @@ void ThreadVideoRepair::RepairAsfPath(const QString& referencePath)
     g_passFailed = false;
 }
 
-void ThreadVideoRepair::RepairMatroskaPath(const QString& referencePath)
+void ThreadVideoRepair::RepairMatroskaPath(const RepairJob& job)
 {
+    const QString& referencePath = job.referencePath;
     Q_EMIT ShowProgressBar();
     Q_EMIT FileNamelabel(m_fileName);
     m_mkvReferenceOpen = false;
@@ -465,8 +490,9 @@ void ThreadVideoRepair::RepairMatroskaPath(const QString& referencePath)
     }
 }
 
-void ThreadVideoRepair::RepairMpegPath(const QString& referencePath)
+void ThreadVideoRepair::RepairMpegPath(const RepairJob& job)
 {
+    const QString& referencePath = job.referencePath;
     Q_EMIT ShowProgressBar();
     Q_EMIT FileNamelabel(m_fileName);
     m_mpegReferenceOpen = false;

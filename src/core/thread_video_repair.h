@@ -6,6 +6,7 @@
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/repair_globals.h"
+#include "core/route.h"
 
 #include <QList>
 #include <QMutex>
@@ -25,7 +26,7 @@ enum class NalStartSet;
 struct NalScanRules;
 class PatternSet;
 
-class ThreadVideoRepair : public QThread {
+class ThreadVideoRepair : public QThread, public Reporter {
     Q_OBJECT
 public:
     explicit ThreadVideoRepair(QObject* parent = nullptr);
@@ -200,7 +201,6 @@ public:
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
     void ReadAsfHeaderObjects();                                        // asf.cpp
     void RewriteAsfFile(const QString& workDir);                        // asf.cpp
-    void RepairFlvFile(const QString& fileName);                        // flv.cpp
     void RepairMtsFile();                                               // mpegts.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
@@ -381,12 +381,23 @@ public:
     QMutex m_mutex;
     QWaitCondition m_wakeCondition;
 
+    // The steps of the routes that still keep their state here; each sends
+    // its verdict itself.
+    void RepairQuickTimeFamily(const RepairJob& job);
+    void RepairAviPath(const RepairJob& job);
+    void RepairDatPath(const RepairJob& job);
+    void RepairAsfPath(const RepairJob& job);
+    void RepairMtsPath(const RepairJob& job);
+    void RepairMatroskaPath(const RepairJob& job);
+    void RepairMpegPath(const RepairJob& job);
+
+    // Reporter: the signals above.
+    void showFileProgress(const QString& label) override;
+    void setLabel(const QString& label) override;
+    void setRange(ulong maximum) override;
+    void setValue(ulong value) override;
+    void sendVerdict(const RepairJob& job, const Verdict& verdict) override;
+
 private:
-    // Driver steps, one per container path.
-    void RepairQuickTimeFamily(const QString& referencePath);
-    void RepairAviPath(const QString& referencePath, const QString& suffix);
-    void RepairAsfPath(const QString& referencePath);
-    void RepairMatroskaPath(const QString& referencePath);
-    void RepairMpegPath(const QString& referencePath);
     void ReopenInput();
 };

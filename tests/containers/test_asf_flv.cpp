@@ -7,6 +7,7 @@
 #include "batch_check.h"
 #include "core/log_cipher.h"
 #include "core/thread_video_repair.h"
+#include "support/route_job.h"
 
 #include <QDir>
 #include <QFile>
@@ -267,24 +268,17 @@ class TestAsfFlv : public QObject {
     FlvResult repairFlv(const QByteArray& input, quint64* fetched = nullptr)
     {
         FlvResult r;
-        ThreadVideoRepair t;
-        connect(&t, &ThreadVideoRepair::WriteStatus,
-                [&r](bool ok, bool, QString name, bool) { r.verdicts << QString("%1 %2").arg(int(ok)).arg(name); });
+        std::unique_ptr<ByteReader> in;
         if (fetched)
-            t.m_file = std::make_unique<CountingReader>(input, fetched);
+            in = std::make_unique<CountingReader>(input, fetched);
         else
-            t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);
-        g_inputSize = t.m_fileSize = quint64(input.size());
-        t.m_workDir = m_dir;
-        t.m_fileName = "clip.flv";
-        t.m_logPath = m_dir + "/logFile.txt";
-        g_sourceFullPath = m_dir + "/source/clip.flv";
-        if (!t.m_logHandle.open(t.m_logPath))
-            return r;
-        t.RepairFlvFile(t.m_fileName);
+            in = std::make_unique<MemoryReader>(input, 64 * 1024);
+        RouteRun run(m_dir, "clip.flv", std::move(in));
+        run.run();
+        r.verdicts = run.verdicts;
         r.written = QFile::exists(m_dir + "/clip.flv");
         r.out = readAll(m_dir + "/clip.flv");
-        for (const QByteArray& line : readAll(t.m_logPath).split('\n'))
+        for (const QByteArray& line : readAll(run.job.logPath).split('\n'))
             if (!line.trimmed().isEmpty())
                 r.logLines << LogCipher().decryptToString(QString::fromLatin1(line.trimmed()));
         return r;
