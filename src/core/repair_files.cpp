@@ -4,6 +4,7 @@
 #include "core/code_search.h"
 #include "core/file_writer.h"
 #include "core/output_folder.h"
+#include "core/quicktime_pass.h"
 #include "core/route.h"
 #include "recovery/syntax/syntax_route.h"
 #include "shell/platform_core.h"
@@ -248,6 +249,13 @@ void ThreadVideoRepair::RepairMtsPath(const RepairJob&)
     Q_EMIT WriteStatus(repaired, false, m_fileName, false);
 }
 
+uint32_t ThreadVideoRepair::MovieCodecs() const
+{
+    return (m_isJpeg ? kCodecJpeg : 0) | (m_isProRes ? kCodecProRes : 0) | (m_isHevc ? kCodecHevc : 0)
+         | (m_isMpeg4In3gp ? kCodecMpeg4 : 0) | (m_isTwos ? kCodecTwos : 0) | (m_isSowt ? kCodecSowt : 0)
+         | (m_isLpcm ? kCodecLpcm : 0) | (m_isLpcmHevc ? kCodecLpcmHevc : 0);
+}
+
 void ThreadVideoRepair::ReopenInput()
 {
     m_file = OpenReadOnly(g_sourceFullPath);
@@ -320,29 +328,39 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
             (this->*pass)(g_sourceFullPath, g_referenceFullPath);
             ReopenInput();
         };
-        const bool lpcm = m_isLpcm, lpcmHevc = m_isLpcmHevc, twos = m_isTwos, jpeg = m_isJpeg;
-        const bool mpeg4 = m_isMpeg4In3gp, prores = m_isProRes, hevc = m_isHevc, sowt = m_isSowt;
-        if (mpeg4 && !lpcm && !twos && !jpeg && !prores && !hevc && !sowt) {
+        switch (PassForCodecs(MovieCodecs())) {
+        case QuickTimePass::Mpeg4Frames:
             if (m_file)
                 ScanMpeg4Frames();
-        } else if (jpeg && !lpcm && !twos && !mpeg4 && !prores && !hevc && !sowt) {
+            break;
+        case QuickTimePass::JpegFrames:
             if (m_file)
                 ScanJpegFrames();
-        } else if (prores && !lpcm && !jpeg && !mpeg4 && !hevc && !sowt) {
+            break;
+        case QuickTimePass::ProResFrames:
             if (m_file)
                 ScanProResFrames();
-        } else if (lpcm && lpcmHevc && !prores && !jpeg && !mpeg4 && !hevc && !sowt && !twos) {
+            break;
+        case QuickTimePass::HevcLpcm:
             runPass(&ThreadVideoRepair::RepairHevcLpcm);
-        } else if (lpcm && !lpcmHevc && !prores && !jpeg && !mpeg4 && !hevc && !sowt && !twos) {
+            break;
+        case QuickTimePass::H264Lpcm:
             runPass(&ThreadVideoRepair::RepairH264Lpcm);
-        } else if (hevc && !lpcm && !jpeg && !mpeg4 && !prores && !twos && !sowt) {
+            break;
+        case QuickTimePass::HevcAac:
             runPass(&ThreadVideoRepair::RepairHevcAac);
-        } else if (twos && !lpcm && !jpeg && !mpeg4 && !prores && !hevc && !sowt) {
+            break;
+        case QuickTimePass::H264Twos:
             runPass(&ThreadVideoRepair::RepairH264Twos);
-        } else if (sowt && !lpcm && !twos && !jpeg && !mpeg4 && !prores && !hevc) {
+            break;
+        case QuickTimePass::H264Sowt:
             runPass(&ThreadVideoRepair::RepairH264Sowt);
-        } else if (!lpcm && !lpcmHevc && !twos && !jpeg && !mpeg4 && !prores && !hevc && !sowt) {
+            break;
+        case QuickTimePass::H264Aac:
             runPass(&ThreadVideoRepair::RepairH264Aac);
+            break;
+        case QuickTimePass::None:
+            break;
         }
         // Two codec flags together match no row: nothing runs, and the
         // rebuild goes on with what logFile.txt holds.
@@ -379,9 +397,7 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
         if (repaired)
             Q_EMIT OutputWritten(m_fileName, outPath);
         Q_EMIT RecoveryFigures(m_fileName, figures.videoFrames, figures.audioSeconds, bySyntax.skippedBytes);
-        const bool defaultCodec = !(m_isJpeg || m_isProRes || m_isHevc || m_isMpeg4In3gp || m_isTwos
-                                    || m_isSowt || m_isLpcm || m_isLpcmHevc);
-        Q_EMIT WriteStatus(repaired, false, m_fileName, defaultCodec);
+        Q_EMIT WriteStatus(repaired, false, m_fileName, MovieCodecs() == 0);
         if (bySyntax.unreadableBytes)
             Q_EMIT ReadDamage(m_fileName, bySyntax.unreadableBytes);
     }

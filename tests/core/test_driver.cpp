@@ -1,6 +1,7 @@
 // The per-file driver: run signals and progress, the Repaired workspace and
 // the reference pass. Bad input, suffix routing and the work root are tested
 // through the batch runner.
+#include "core/quicktime_pass.h"
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
 #include "support/test_videos.h"
@@ -31,6 +32,22 @@ private Q_SLOTS:
         g_repairedPaths.clear();
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
+
+    // The codec flags of a movie pick one pass; flags that belong to no
+    // common row leave nothing to run.
+    void passForCodecs()
+    {
+        QCOMPARE(PassForCodecs(0), QuickTimePass::H264Aac);
+        QCOMPARE(PassForCodecs(kCodecProRes | kCodecTwos), QuickTimePass::ProResFrames);
+        QCOMPARE(PassForCodecs(kCodecJpeg | kCodecTwos), QuickTimePass::None);
+        QCOMPARE(PassForCodecs(kCodecJpeg | kCodecLpcmHevc), QuickTimePass::JpegFrames);
+        QCOMPARE(PassForCodecs(kCodecLpcm | kCodecLpcmHevc), QuickTimePass::HevcLpcm);
+        QCOMPARE(PassForCodecs(kCodecLpcm), QuickTimePass::H264Lpcm);
+        QCOMPARE(PassForCodecs(kCodecLpcmHevc), QuickTimePass::None);
+        QCOMPARE(PassForCodecs(kCodecHevc | kCodecLpcmHevc), QuickTimePass::HevcAac);
+        QCOMPARE(PassForCodecs(kCodecSowt | kCodecTwos), QuickTimePass::None);
+        QCOMPARE(PassForCodecs(kCodecMpeg4), QuickTimePass::Mpeg4Frames);
+    }
 
     void progress_data()
     {
