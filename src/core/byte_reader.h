@@ -116,6 +116,9 @@ private:
     std::map<uint64_t, uint64_t> m_unreadable;   // start -> end
 };
 
+// "moov"_4cc: a four-character code as the big-endian word the file holds.
+constexpr uint32_t operator""_4cc(const char* c, size_t) { return ByteReader::fourcc(c); }
+
 // The first position in [from, end) that holds a byte other than zero; end
 // when there is none. Runs of zeros (holes, zeroed clusters) are passed a
 // word at a time.

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 struct TrackSearch {
     // The last search for vmhd/smhd: a hostile file full of "trak" words
     // would otherwise search the same stretch again for each of them.
@@ -27,7 +25,7 @@ uint64_t FindMediaHeader(ByteReader& r, uint64_t from, uint64_t end, TrackSearch
         if (memo.hit >= memo.end && end <= memo.end)
             return end;
     }
-    const uint32_t vmhd = C("vmhd"), smhd = C("smhd");
+    const uint32_t vmhd = "vmhd"_4cc, smhd = "smhd"_4cc;
     const uint64_t stop = std::min(end, r.size());
     const size_t block = std::min<size_t>(1u << 20, r.maxView() - 4);
     uint64_t hit = end;
@@ -51,9 +49,9 @@ uint64_t FindMediaHeader(ByteReader& r, uint64_t from, uint64_t end, TrackSearch
 // The words the scan reacts to, in any track state. Every other position
 // only moves the scan on by one byte.
 constexpr uint32_t kReactedCodes[] = {
-    C("trak"), C("mdhd"), C("tkhd"), C("stsd"), C("stts"), C("stsc"), C("stsz"), C("ctts"), C("mdat"),
-    C("jpeg"), C("es26"), C("mp4v"), C("apch"), C("apcn"), C("apcs"), C("apco"), C("ap4h"),
-    C("hvc1"), C("hev1"), C("twos"), C("sowt"), C("lpcm")};
+    "trak"_4cc, "mdhd"_4cc, "tkhd"_4cc, "stsd"_4cc, "stts"_4cc, "stsc"_4cc, "stsz"_4cc, "ctts"_4cc, "mdat"_4cc,
+    "jpeg"_4cc, "es26"_4cc, "mp4v"_4cc, "apch"_4cc, "apcn"_4cc, "apcs"_4cc, "apco"_4cc, "ap4h"_4cc,
+    "hvc1"_4cc, "hev1"_4cc, "twos"_4cc, "sowt"_4cc, "lpcm"_4cc};
 
 // A bit per pair of leading bytes that starts one of the codes: in media
 // data only about one position in 4700 gets past it to the full comparison.
@@ -200,13 +198,13 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
             break;
         uint32_t w = r.be32(m_pos);
 
-        if (w == C("trak")) {
+        if (w == "trak"_4cc) {
             m_trakPos = m_pos;
             const uint64_t end = reference ? m_pos + r.be32(m_pos - 4) : m_fileSize;
             const uint64_t hit = FindMediaHeader(r, m_pos, end, memo);
             if (hit < end) {
                 w = r.be32(hit);
-                if (w == C("vmhd")) {
+                if (w == "vmhd"_4cc) {
                     m_inVideoTrak = true;
                     m_haveVideoTrak = true;
                 } else {
@@ -223,40 +221,40 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
         }
 
         if (m_inVideoTrak) {
-            if (w == C("mdhd")) {
+            if (w == "mdhd"_4cc) {
                 g_videoTimeScale = r.be32(m_pos + 16);
-            } else if (!reference && w == C("jpeg")) {
+            } else if (!reference && w == "jpeg"_4cc) {
                 m_isJpeg = true;
-            } else if (w == C("es26") || w == C("mp4v")) {
+            } else if (w == "es26"_4cc || w == "mp4v"_4cc) {
                 if (g_is3gp)
                     m_isMpeg4In3gp = true;
-            } else if (w == C("apch") || w == C("apcn") || w == C("apcs") || w == C("apco")
-                       || w == C("ap4h")) {
+            } else if (w == "apch"_4cc || w == "apcn"_4cc || w == "apcs"_4cc || w == "apco"_4cc
+                       || w == "ap4h"_4cc) {
                 m_isProRes = true;
-            } else if (w == C("hvc1") || w == C("hev1")) {
+            } else if (w == "hvc1"_4cc || w == "hev1"_4cc) {
                 m_isHevc = true;
-            } else if (w == C("mdat")) {
+            } else if (w == "mdat"_4cc) {
                 done = true;
-            } else if (w == C("stsc")) {
+            } else if (w == "stsc"_4cc) {
                 if (!reference && g_videoSampleDelta == 0) {
                     // The stts behind the stsc gives the frame duration.
                     const uint32_t s = r.be32(m_pos - 4);
-                    if (r.be32(m_pos + s) == C("stts"))
+                    if (r.be32(m_pos + s) == "stts"_4cc)
                         g_videoSampleDelta = r.be32(m_pos + s + 16);
                 }
                 m_inVideoTrak = false;
-            } else if (w == C("tkhd")) {
+            } else if (w == "tkhd"_4cc) {
                 g_frameWidth = r.be32(m_pos + 78);
                 g_frameHeight = r.be32(m_pos + 82);
                 if (reference && m_logHandle.isOpen()) {
                     m_logHandle.write(QByteArray("FrameWidth = ") + QByteArray::number(g_frameWidth) + "\r\n");
                     m_logHandle.write(QByteArray("FrameHeight = ") + QByteArray::number(g_frameHeight) + "\r\n");
                 }
-            } else if (w == C("stsd")) {
+            } else if (w == "stsd"_4cc) {
                 m_videoStsdSize = r.be32(m_pos - 4);
                 if (reference || m_videoStsdSize < 1000)
                     m_videoStsd = copyAtom(m_pos, m_videoStsdSize);
-            } else if (w == C("stts")) {
+            } else if (w == "stts"_4cc) {
                 if (reference) {
                     g_videoSampleDelta = r.be32(m_pos + 16);
                     m_inVideoTrak = false;
@@ -268,13 +266,13 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
                     g_videoSampleDelta = r.be32(m_pos + 16);
                     ++sttsCount;
                 }
-            } else if (w == C("ctts")) {
+            } else if (w == "ctts"_4cc) {
                 m_cttsOffset2 = 0;
                 if (!reference) {
                     // The word where the next atom's size stands is compared with stsc.
                     const uint32_t s = r.be32(m_pos - 4);
                     const uint64_t next = m_pos + s - 4;
-                    if (next < g_inputSize && r.be32(next) != C("stsc"))
+                    if (next < g_inputSize && r.be32(next) != "stsc"_4cc)
                         m_inVideoTrak = false;
                 }
                 m_cttsEntries = r.be32(m_pos + 8);
@@ -298,30 +296,30 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
         }
 
         if (!done && m_inAudioTrak) {
-            static const uint32_t audioCodes[] = {C("stsd"), C("mdhd"), C("twos"), C("sowt"), C("lpcm"),
-                                                  C("stsz"), C("stts"), C("mdat")};
+            static const uint32_t audioCodes[] = {"stsd"_4cc, "mdhd"_4cc, "twos"_4cc, "sowt"_4cc, "lpcm"_4cc,
+                                                  "stsz"_4cc, "stts"_4cc, "mdat"_4cc};
             if (std::find(std::begin(audioCodes), std::end(audioCodes), w) != std::end(audioCodes))
                 g_hasSoundTrak = true;
-            if (w == C("stsd")) {
+            if (w == "stsd"_4cc) {
                 m_audioStsdSize = r.be32(m_pos - 4);
                 if (m_audioStsdSize < 670)
                     m_audioStsd = copyAtom(m_pos, m_audioStsdSize);
                 m_audioStsdRate = r.be32(m_pos + 42);
-            } else if (w == C("mdhd")) {
+            } else if (w == "mdhd"_4cc) {
                 g_soundTimeScale = r.be32(m_pos + 16);
-            } else if (w == C("twos")) {
+            } else if (w == "twos"_4cc) {
                 m_isTwos = true;
-            } else if (w == C("sowt")) {
+            } else if (w == "sowt"_4cc) {
                 m_isSowt = true;
                 if (reference)
                     g_is3gp = false;
-            } else if (w == C("lpcm")) {
+            } else if (w == "lpcm"_4cc) {
                 m_isLpcm = true;
                 if (m_isHevc) {
                     m_isLpcmHevc = true;
                     m_isHevc = false;
                 }
-            } else if (w == C("stsz")) {
+            } else if (w == "stsz"_4cc) {
                 const uint32_t a = r.be32(m_pos + 16);
                 const uint32_t b = r.be32(m_pos + 20);
                 g_audioFrameSize = a == 4 ? b : b - 50;
@@ -333,10 +331,10 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
                     m_haveVideoTrak = false;
                     done = true;
                 }
-            } else if (w == C("stts")) {
+            } else if (w == "stts"_4cc) {
                 g_audioSampleDelta = r.be32(m_pos + 16);
                 ++sttsCount;
-            } else if (w == C("mdat")) {
+            } else if (w == "mdat"_4cc) {
                 done = true;
             }
         }

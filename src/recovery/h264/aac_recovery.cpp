@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 // Every sample's table ends with this record: a frequent start of a stereo
 // AAC frame that a short sample may not show.
 const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
@@ -66,35 +64,35 @@ void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText, bo
     if (!WalkToMovie(r, m_pos, false, nullptr, nullptr, hevc))
         return;
     m_inVideoTrak = m_inAudioTrak = false;
-    CodeSearch mediaHeader = hevc ? CodeSearch({C("vmhd"), C("smhd"), C("gmhd")})
-                                  : CodeSearch({C("vmhd"), C("smhd")});
+    CodeSearch mediaHeader = hevc ? CodeSearch({"vmhd"_4cc, "smhd"_4cc, "gmhd"_4cc})
+                                  : CodeSearch({"vmhd"_4cc, "smhd"_4cc});
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
-        if (code == C("trak")) {
+        if (code == "trak"_4cc) {
             g_trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = mediaHeader.next(r, m_pos);
             if (hit >= 0) {
                 m_pos = uint64_t(hit);
                 const uint32_t kind = r.be32(m_pos);
-                m_inVideoTrak = kind == C("vmhd");
-                m_inAudioTrak = kind == C("smhd");
+                m_inVideoTrak = kind == "vmhd"_4cc;
+                m_inAudioTrak = kind == "smhd"_4cc;
             }
         }
-        if (m_inVideoTrak && code == C("stsc"))
+        if (m_inVideoTrak && code == "stsc"_4cc)
             m_inVideoTrak = false;
         if (m_inAudioTrak) {
             g_hasSoundTrak = true;
-            if (code == C("stsd")) {
+            if (code == "stsd"_4cc) {
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
-            } else if (code == C("stsz")) {
+            } else if (code == "stsz"_4cc) {
                 ReadAudioFrameSizes(r, m_pos, hevc);
-            } else if (code == C("stco") || code == C("co64")) {
-                SampleAudioStarts(r, m_pos, code == C("co64"), audioText, hevc);
+            } else if (code == "stco"_4cc || code == "co64"_4cc) {
+                SampleAudioStarts(r, m_pos, code == "co64"_4cc, audioText, hevc);
                 m_inAudioTrak = false;
                 return;
-            } else if (code == C("mdat")) {
+            } else if (code == "mdat"_4cc) {
                 return;
             }
         }

@@ -16,26 +16,20 @@
 #include <QFileInfo>
 #include <algorithm>
 
-namespace {
-
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
-} // namespace
-
 bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, uint64_t* mdatSize,
                  bool passMmpu)
 {
-    static constexpr uint32_t passed[] = {C("ftyp"), C("free"), C("meta"), C("wide"),
-                                          C("uuid"), C("frea"), C("skip"), C("beam")};
+    static constexpr uint32_t passed[] = {"ftyp"_4cc, "free"_4cc, "meta"_4cc, "wide"_4cc,
+                                          "uuid"_4cc, "frea"_4cc, "skip"_4cc, "beam"_4cc};
     const auto passedEnd = std::end(passed) - (passBeam ? 0 : 1);
     while (!g_stopRequested && pos < r.size()) {
         const uint32_t code = r.be32(pos);
-        if (std::find(std::begin(passed), passedEnd, code) != passedEnd || (passMmpu && code == C("mmpu"))) {
+        if (std::find(std::begin(passed), passedEnd, code) != passedEnd || (passMmpu && code == "mmpu"_4cc)) {
             const uint32_t size = r.be32(pos - 4);
             if (size == 0)
                 return false;
             pos += size;
-        } else if (code == C("mdat")) {
+        } else if (code == "mdat"_4cc) {
             uint64_t size = r.be32(pos - 4);
             if (size == 1)
                 size = r.be64(pos + 4);
@@ -47,7 +41,7 @@ bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, ui
                 *mdatSize = size;
             pos += size;
         } else {
-            return code == C("moov");
+            return code == "moov"_4cc;
         }
     }
     return false;
@@ -107,7 +101,7 @@ void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAct
     const bool cut = mdatSeen && uint64_t(m_moovSize) + mdatSize > size;
     const uint32_t table = FindOwnVideoChunkTable(r, cut);
     if (table != 0) {
-        const bool wide = table == C("co64");
+        const bool wide = table == "co64"_4cc;
         const uint64_t first = m_pos + 12;
         const uint64_t c0 = wide ? r.be64(first) : r.be32(first);
         // The first chunk must lie in the file and begin with the top byte
@@ -143,10 +137,10 @@ void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAct
 uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 {
     const uint64_t size = r.size();
-    CodeSearch vmhd({C("vmhd")});
+    CodeSearch vmhd({"vmhd"_4cc});
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
-        if (code == C("trak")) {
+        if (code == "trak"_4cc) {
             g_trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = vmhd.next(r, m_pos);
@@ -159,7 +153,7 @@ uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
         if (m_inVideoTrak) {
             if (cut)
                 return 0;
-            if (code == C("stco") || code == C("co64")) {
+            if (code == "stco"_4cc || code == "co64"_4cc) {
                 g_chunkCount = r.be32(m_pos + 8);
                 if (g_chunkCount >= 2)
                     return code;
@@ -214,15 +208,15 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
     m_moovPos = m_pos;
     m_moovSize = r.be32(m_pos - 4);
     m_inVideoTrak = false;
-    CodeSearch vmhd({C("vmhd")}), avcCSearch({C(hevc ? "hvcC" : "avcC")});
+    CodeSearch vmhd({"vmhd"_4cc}), avcCSearch({ByteReader::fourcc(hevc ? "hvcC" : "avcC")});
 
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
-        if (code == C("mvhd")) {
+        if (code == "mvhd"_4cc) {
             g_movieTimescale = r.be32(m_pos + 16);
             g_movieDuration = r.be32(m_pos + 20);
         }
-        if (code == C("trak")) {
+        if (code == "trak"_4cc) {
             g_trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             // Searched to the end of the file, not of the track: a sound
@@ -234,9 +228,9 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
             }
         }
         if (m_inVideoTrak) {
-            if (code == C("stsz")) {
+            if (code == "stsz"_4cc) {
                 g_videoSampleCount = r.be32(m_pos + 12);
-            } else if (code == C("stsd")) {
+            } else if (code == "stsd"_4cc) {
                 int64_t avcC = avcCSearch.next(r, m_pos);
                 if (avcC >= 0 && !hevc) {
                     m_pos = uint64_t(avcC);
@@ -249,11 +243,11 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
                         break;
                     avcC = avcCSearch.next(r, m_pos + 4);
                 }
-            } else if (code == C("stco") || code == C("co64")) {
+            } else if (code == "stco"_4cc || code == "co64"_4cc) {
                 if (hevc)
-                    HevcFrameStarts(r, m_pos, code == C("co64"), videoText, m_pcmChain);
+                    HevcFrameStarts(r, m_pos, code == "co64"_4cc, videoText, m_pcmChain);
                 else
-                    SampleFrameStarts(r, m_pos, code == C("co64"), videoText);
+                    SampleFrameStarts(r, m_pos, code == "co64"_4cc, videoText);
                 // What stands behind the table is normally no known code, so
                 // this ends the walk: the first video table is the last read.
                 m_inVideoTrak = false;
@@ -264,10 +258,10 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
         }
         if (m_inAudioTrak) {
             g_hasSoundTrak = true;
-            if (code == C("stsd")) {
+            if (code == "stsd"_4cc) {
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
-            } else if (code == C("mdat")) {
+            } else if (code == "mdat"_4cc) {
                 if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
                     return;
                 continue;
@@ -406,49 +400,49 @@ void ThreadVideoRepair::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoTe
     // Top level as in the other passes; a thumbnail atom is passed as well.
     while (!WalkToMovie(r, m_pos, true)) {
         const uint32_t thumSize = r.be32(m_pos - 4);
-        if (g_stopRequested || r.be32(m_pos) != C("thum") || thumSize < 8)
+        if (g_stopRequested || r.be32(m_pos) != "thum"_4cc || thumSize < 8)
             return;
         m_pos += thumSize;
     }
     m_moovPos = m_pos;
     m_moovSize = r.be32(m_pos - 4);
     m_inVideoTrak = m_inAudioTrak = m_inNullTrak = m_inGenericTrak = false;
-    CodeSearch kinds({C("vmhd"), C("smhd"), C("nmhd"), C("gmhd")});
+    CodeSearch kinds({"vmhd"_4cc, "smhd"_4cc, "nmhd"_4cc, "gmhd"_4cc});
 
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
-        if (code == C("mdat"))
+        if (code == "mdat"_4cc)
             break;
-        if (code == C("trak")) {
+        if (code == "trak"_4cc) {
             g_trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = kinds.next(r, m_pos);
             if (hit >= 0) {
                 const uint32_t kind = r.be32(uint64_t(hit));
-                m_inVideoTrak = kind == C("vmhd");
-                m_inAudioTrak = kind == C("smhd");
-                m_inNullTrak = kind == C("nmhd");
-                m_inGenericTrak = kind == C("gmhd");
+                m_inVideoTrak = kind == "vmhd"_4cc;
+                m_inAudioTrak = kind == "smhd"_4cc;
+                m_inNullTrak = kind == "nmhd"_4cc;
+                m_inGenericTrak = kind == "gmhd"_4cc;
             }
         }
-        const bool table = code == C("stco") || code == C("co64");
+        const bool table = code == "stco"_4cc || code == "co64"_4cc;
         if (m_inVideoTrak && table) {
             g_videoChunkEntries = r.be32(m_pos + 8);
             if (videoText) {
-                SampleFrameStartsWith(r, m_pos, code == C("co64"), *videoText, NalStartSet::IndexScanBytes);
+                SampleFrameStartsWith(r, m_pos, code == "co64"_4cc, *videoText, NalStartSet::IndexScanBytes);
                 m_inVideoTrak = false;
                 continue;   // m_pos stands behind the table
             }
             m_inVideoTrak = false;
         } else if (m_inAudioTrak) {
-            if (code == C("stsd")) {
+            if (code == "stsd"_4cc) {
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
             } else if (table) {
                 g_audioChunkEntries = r.be32(m_pos + 8);
                 m_inAudioTrak = false;
             }
-        } else if (m_inNullTrak && code == C("stsz")) {
+        } else if (m_inNullTrak && code == "stsz"_4cc) {
             g_nullTrackSampleSize = r.be32(m_pos + 8);
             m_inNullTrak = false;
         }

@@ -34,8 +34,6 @@ uint32_t g_nullTrackSampleSize = 0;
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 // NAL header bytes that may follow a delimiter in a twos file, and the units
 // that may continue a twos picture.
 constexpr uint8_t kAfterAud[] = {0x01, 0x06, 0x21, 0x25, 0x27, 0x28, 0x41, 0x65, 0x68};
@@ -250,9 +248,9 @@ bool IndexScanner::atomHeaderAt(uint64_t pos) const
 {
     const uint32_t size = m_in.be32(pos);
     const uint32_t code = m_in.be32(pos + 4);
-    if (code == C("mdat"))
+    if (code == "mdat"_4cc)
         return size == 1 || size >= 8;
-    return (code == C("free") || code == C("moov")) && size >= 8;
+    return (code == "free"_4cc || code == "moov"_4cc) && size >= 8;
 }
 
 bool IndexScanner::sowtSoundEnds(uint64_t pos) const
@@ -357,11 +355,11 @@ void IndexScanner::sowtLoop(uint64_t pos)
     while (pos < m_size && !g_stopRequested) {
         const uint32_t size = m_in.be32(pos);
         const uint32_t code = m_in.be32(pos + 4);
-        if ((IsInterleavedAtom(code, true) || code == C("moov")) && size >= 8) {
+        if ((IsInterleavedAtom(code, true) || code == "moov"_4cc) && size >= 8) {
             pos += size;
             continue;
         }
-        if (code == C("mdat") && (size == 1 || size >= 8)) {
+        if (code == "mdat"_4cc && (size == 1 || size >= 8)) {
             pos += size == 1 ? 16 : 8;   // the scan goes on inside it
             continue;
         }
@@ -384,13 +382,13 @@ void IndexScanner::sowtLoop(uint64_t pos)
 // for the first frame starts inside the first mdat.
 uint64_t IndexScanner::skipLeadingAtoms() const
 {
-    static const uint32_t kLeading[] = {C("ftyp"), C("free"), C("wide"), C("pict"), C("meta"),
-                                        C("meco"), C("uuid"), C("pdin"), C("skip")};
+    static const uint32_t kLeading[] = {"ftyp"_4cc, "free"_4cc, "wide"_4cc, "pict"_4cc, "meta"_4cc,
+                                        "meco"_4cc, "uuid"_4cc, "pdin"_4cc, "skip"_4cc};
     uint64_t pos = 0;
     while (pos + 8 <= m_size && !g_stopRequested) {
         const uint32_t size = m_in.be32(pos);
         const uint32_t code = m_in.be32(pos + 4);
-        if (code == C("mdat"))
+        if (code == "mdat"_4cc)
             return pos + (size == 1 ? 16 : 8);
         if (size < 8 || std::find(std::begin(kLeading), std::end(kLeading), code) == std::end(kLeading))
             return pos;
@@ -419,9 +417,9 @@ void IndexScanner::runTwos(uint32_t gapSkip)
         std::memcpy(b, m_in.view(pos, 8), 8);
         const uint32_t size = ByteReader::loadBe32(b);
         const uint32_t code = ByteReader::loadBe32(b + 4);
-        if ((IsInterleavedAtom(code, true) || code == C("moov")) && size >= 8) {
+        if ((IsInterleavedAtom(code, true) || code == "moov"_4cc) && size >= 8) {
             pos += size;
-        } else if (code == C("mdat")) {
+        } else if (code == "mdat"_4cc) {
             pos += size == 1 ? 16 : 8;
         } else if (IsGapMarker(b, true)) {
             pos += gapSkip;

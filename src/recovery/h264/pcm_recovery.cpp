@@ -21,8 +21,6 @@ uint32_t g_pcmChannels = 0;
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 const char kStartCode[4] = {0, 0, 0, 1};
 
 // Runs of filler that stand between media data are passed in steps of this.
@@ -79,29 +77,29 @@ void ThreadVideoRepair::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText
     if (!WalkToMovie(r, m_pos, false))
         return;
     m_inVideoTrak = m_inAudioTrak = m_inGenericTrak = false;
-    CodeSearch kinds({C("vmhd"), C("smhd"), C("gmhd")});
+    CodeSearch kinds({"vmhd"_4cc, "smhd"_4cc, "gmhd"_4cc});
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
-        if (code == C("trak")) {
+        if (code == "trak"_4cc) {
             m_trakPos = m_pos;
             const int64_t hit = kinds.next(r, m_pos);
             if (hit >= 0) {
                 const uint32_t kind = r.be32(uint64_t(hit));
-                m_inVideoTrak = kind == C("vmhd");
-                m_inAudioTrak = kind == C("smhd");
-                m_inGenericTrak = kind == C("gmhd");
+                m_inVideoTrak = kind == "vmhd"_4cc;
+                m_inAudioTrak = kind == "smhd"_4cc;
+                m_inGenericTrak = kind == "gmhd"_4cc;
             }
-        } else if (code == C("mdat")) {
+        } else if (code == "mdat"_4cc) {
             return;
         }
         if (m_inAudioTrak) {
-            if (code == C("mdhd")) {
+            if (code == "mdhd"_4cc) {
                 g_audioSampleRate = r.be32(m_pos + 16);
-            } else if (code == C("stsd")) {
+            } else if (code == "stsd"_4cc) {
                 g_pcmChannels = r.be16(m_pos + 62);
                 g_pcmBits = r.be32(m_pos + 68);
-            } else if (code == C("stco") || code == C("co64")) {
-                const bool wide = code == C("co64");
+            } else if (code == "stco"_4cc || code == "co64"_4cc) {
+                const bool wide = code == "co64"_4cc;
                 const unsigned width = wide ? 8 : 4;
                 const uint32_t entries = r.be32(m_pos + 8);
                 uint64_t at = m_pos + 12;
@@ -163,11 +161,11 @@ private:
         while (pos < m_size) {
             const uint32_t size = m_in.be32(pos);
             const uint32_t code = m_in.be32(pos + 4);
-            if (IsInterleavedAtom(code, true) || code == C("moov") || code == C("skip")) {
+            if (IsInterleavedAtom(code, true) || code == "moov"_4cc || code == "skip"_4cc) {
                 if (size < 8)
                     return pos;
                 pos += size;
-            } else if (code == C("mdat")) {
+            } else if (code == "mdat"_4cc) {
                 pos += size == 1 ? 16 : 8;
             } else {
                 return pos;

@@ -15,16 +15,14 @@
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 const char kStartCode[4] = {0, 0, 0, 1};
 
 } // namespace
 
 bool IsInterleavedAtom(uint32_t code, bool withFtyp)
 {
-    static constexpr uint32_t codes[] = {C("free"), C("wide"), C("pict"), C("meta"),
-                                         C("meco"), C("uuid"), C("pdin"), C("ftyp")};
+    static constexpr uint32_t codes[] = {"free"_4cc, "wide"_4cc, "pict"_4cc, "meta"_4cc,
+                                         "meco"_4cc, "uuid"_4cc, "pdin"_4cc, "ftyp"_4cc};
     const auto end = std::end(codes) - (withFtyp ? 0 : 1);
     return std::find(std::begin(codes), end, code) != end;
 }
@@ -73,11 +71,11 @@ void StreamScanner::leadingWalk()
     while (m_pos < m_size) {
         const uint32_t code = m_in.be32(m_pos + 4);
         const uint32_t size = m_in.be32(m_pos);
-        if (IsInterleavedAtom(code, true) || code == C("moov") || code == C("skip")) {
+        if (IsInterleavedAtom(code, true) || code == "moov"_4cc || code == "skip"_4cc) {
             if (size == 0)
                 return;
             m_pos += size;
-        } else if (code == C("mdat")) {
+        } else if (code == "mdat"_4cc) {
             if (audioMode())
                 m_pos += size == 0 ? 15 : size == 1 ? 16 : 8;
             else
@@ -123,7 +121,7 @@ void StreamScanner::atomCheck()
         const uint32_t size = m_in.be32(m_pos);
         if (IsInterleavedAtom(code, true) && size != 0)
             m_pos += size;
-        else if (code == C("mdat"))
+        else if (code == "mdat"_4cc)
             m_pos += size == 1 ? 12 : 8;
         else
             return;
@@ -244,7 +242,7 @@ StreamScanner::State StreamScanner::resync()
             m_skipLengthOnce = true;
             continue;
         }
-        if (m_in.be32(m_pos) == C("moov")) {
+        if (m_in.be32(m_pos) == "moov"_4cc) {
             // A movie written ahead of the damage is jumped over.
             m_pos += m_in.be32(m_pos - 4);
             continue;

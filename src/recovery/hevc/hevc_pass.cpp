@@ -21,8 +21,6 @@
 
 namespace {
 
-constexpr uint32_t C(const char* s) { return ByteReader::fourcc(s); }
-
 const char kStartCode[4] = {0, 0, 0, 1};
 
 // HEVC cameras record at 25 frames per second far more often than at 30.
@@ -108,11 +106,11 @@ void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
         return;
     ByteReader& r = *file;
     // The muxer is asked to copy sound only when the movie has a sound track.
-    const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {C("smhd")}) >= 0;
+    const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {"smhd"_4cc}) >= 0;
 
     const uint32_t table = FindOwnVideoChunkTable(r, false);
     const NalStartSet set = m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
-    if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == C("co64"), g_chunkCount, set)) {
+    if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == "co64"_4cc, g_chunkCount, set)) {
         // The lpcm command always copies sound.
         g_hasSoundTrak = sound || m_hevcPcmChain;
         file.reset();
