@@ -133,8 +133,6 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         // (hidden there); a folder that can't be written gives way to one of
         // the user's own (see ChooseOutputFolder).
         const bool custom = !g_customWorkRoot.isEmpty() && QFileInfo(g_customWorkRoot).isDir();
-        if (!custom)
-            m_srcPath = path;
         const OutputFolder folder = ChooseOutputFolder(info.absolutePath(), custom ? g_customWorkRoot : QString());
         m_workDir = folder.dir.isEmpty() ? (custom ? g_customWorkRoot : info.absolutePath()) + QStringLiteral("/Repaired")
                                          : folder.dir;

@@ -22,7 +22,7 @@ ThreadVideoRepair::~ThreadVideoRepair()
     wait();
 }
 
-void ThreadVideoRepair::StartRepair(const QStringList& files, bool option)
+void ThreadVideoRepair::StartRepair(const QStringList& files, bool)
 {
     if (g_repairRunning) {
         // A run is active and holds m_mutex for its whole extent: ask it to
@@ -34,7 +34,6 @@ void ThreadVideoRepair::StartRepair(const QStringList& files, bool option)
     wait();   // a run that has just sent its last signal is leaving run()
     QMutexLocker lock(&m_mutex);
     m_fileList = files;
-    m_startOption = option;
     start(QThread::LowPriority);
 }
 
@@ -67,13 +66,6 @@ void ThreadVideoRepair::WriteLogLine(LogCipher& cipher, const QString& line)
 std::unique_ptr<ByteReader> ThreadVideoRepair::OpenReadOnly(const QString& path)
 {
     return FileReader::open(path);
-}
-
-void ThreadVideoRepair::RoutineMissing(const char* routine)
-{
-    qWarning() << "This build has no" << routine << "yet;" << m_fileName << "is not repaired.";
-    g_passFailed = true;
-    g_moovRead = false;
 }
 
 void ThreadVideoRepair::AnnounceOutput(const QString& outPath, bool copiesInput)

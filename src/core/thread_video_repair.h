@@ -33,7 +33,8 @@ public:
     ~ThreadVideoRepair() override;
 
     // Called on the window's thread. Starts a run over files, or, when a run
-    // is active, asks it to stop.
+    // is active, asks it to stop. The option (the window's Advance Repair
+    // flag) is not used: the run reads g_referenceMode.
     void StartRepair(const QStringList& files, bool option);
 
 Q_SIGNALS:
@@ -215,10 +216,6 @@ public:
     // file encoded anew skips nothing.
     void AnnounceOutput(const QString& outPath, bool copiesInput = true);
 
-    // A routine that this build does not have yet: the file gets a negative
-    // verdict through the pass-failed flag, and the reason goes to the log.
-    void RoutineMissing(const char* routine);
-
     // ---- Files and positions ----
     std::unique_ptr<ByteReader> m_file;     // the damaged file, read-only; null when not open
     std::unique_ptr<ByteReader> m_refFile;  // the reference file
@@ -237,11 +234,8 @@ public:
     // ---- Names ----
     QString m_workDir;                      // g_workRoot + "/Repaired"
     QString m_logPath;                      // m_workDir + "/logFile.txt"
-    QString m_srcPath;
     QString m_fileName;
     QStringList m_fileList;
-    bool m_startOption = false;
-    bool m_writeStatusFlag = false;         // the "reserved" verdict argument; never set
 
     // ---- Movie facts: RepairFlags and track state ----
     bool m_isJpeg = false;
@@ -272,7 +266,6 @@ public:
 
     // ---- Rebuild state ----
     uint32_t m_frameSize = 0;
-    uint64_t m_framePos = 0;
     uint32_t m_videoRun = 0, m_videoFrames = 0, m_videoRuns = 0;
     uint32_t m_audioRun = 0, m_audioFrames = 0, m_audioSamples = 0;
     bool m_audioInIndex = false;
