@@ -140,6 +140,14 @@ uint64_t NextNonZero(ByteReader& r, uint64_t from, uint64_t end)
             if (p[i])
                 return pos + i;
         pos += n;
+        // A long run of zeros may be a hole of a sparse file: its file system
+        // tells where data starts again (ENXIO: nowhere).
+        if (r.fileDescriptor() >= 0 && pos < end) {
+            const off_t data = ::lseek(r.fileDescriptor(), off_t(pos), SEEK_DATA);
+            if (data < 0 && errno == ENXIO)
+                return end;
+            pos = std::max(pos, std::min(end, uint64_t(std::max<off_t>(data, 0))));
+        }
     }
     return end;
 }

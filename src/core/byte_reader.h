@@ -121,7 +121,7 @@ constexpr uint32_t operator""_4cc(const char* c, size_t) { return ByteReader::fo
 
 // The first position in [from, end) that holds a byte other than zero; end
 // when there is none. Runs of zeros (holes, zeroed clusters) are passed a
-// word at a time.
+// word at a time, the holes of a sparse file at once.
 uint64_t NextNonZero(ByteReader& r, uint64_t from, uint64_t end);
 
 // The bytes that the readers (of the same file) could not read, each counted

@@ -151,6 +151,23 @@ void FileWriter::zeros(size_t n)
     }
 }
 
+void FileWriter::hole(uint64_t n)
+{
+    if (m_tap || m_fd < 0) {
+        for (uint64_t k; n > 0; n -= k) {
+            k = std::min<uint64_t>(n, 1u << 20);
+            zeros(size_t(k));
+        }
+        return;
+    }
+    // The file ends at m_flushed: it grows by n, and appends go on behind.
+    flush();
+    const off_t end = off_t(m_flushed + n);
+    if (::ftruncate(m_fd, end) != 0 || ::lseek(m_fd, end, SEEK_SET) != end)
+        m_failed = true;
+    m_flushed += n;
+}
+
 void FileWriter::be16(uint16_t v) { const uint8_t b[2] = {uint8_t(v >> 8), uint8_t(v)}; write(b, 2); }
 void FileWriter::be24(uint32_t v) { const uint8_t b[3] = {uint8_t(v >> 16), uint8_t(v >> 8), uint8_t(v)}; write(b, 3); }
 void FileWriter::be32(uint32_t v) { const uint8_t b[4] = {uint8_t(v >> 24), uint8_t(v >> 16), uint8_t(v >> 8), uint8_t(v)}; write(b, 4); }
@@ -202,6 +219,33 @@ void FileWriter::patchLe64(uint64_t at, uint64_t v)
 }
 
 void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
+{
+    // What the source's file system keeps as holes (the never written parts
+    // of a sparse file, which read as zeros) stays a hole in the copy: a
+    // hole of gigabytes costs neither time nor disk. Short copies don't ask.
+    const int fd = n >= kKernelCopyFrom && !m_tap ? src.fileDescriptor() : -1;
+    while (fd >= 0 && n > 0) {
+        // Where data starts again (ENXIO: nowhere before the file's end;
+        // other errors: the system can't tell, so it's data).
+        off_t data = ::lseek(fd, off_t(pos), SEEK_DATA);
+        if (data < 0)
+            data = errno == ENXIO ? off_t(pos + n) : off_t(pos);
+        uint64_t k = std::min(n, uint64_t(data) - pos);
+        if (k > 0) {
+            hole(k);
+        } else {
+            const off_t end = ::lseek(fd, off_t(pos), SEEK_HOLE);
+            k = end > off_t(pos) ? std::min(n, uint64_t(end) - pos) : n;
+            copyData(src, pos, k);
+        }
+        pos += k;
+        n -= k;
+    }
+    if (n > 0)
+        copyData(src, pos, n);
+}
+
+void FileWriter::copyData(ByteReader& src, uint64_t pos, uint64_t n)
 {
     // A tap must see the bytes, so they take the buffer then.
     bool kernel = n >= kKernelCopyFrom && !m_tap && m_fd >= 0 && src.fileDescriptor() >= 0;

@@ -63,6 +63,9 @@ public:
     void write(const void* data, size_t n);
     void write(const QByteArray& b) { write(b.constData(), size_t(b.size())); }
     void zeros(size_t n);
+    // n bytes of zeros that the file gets as a hole (no write, no disk
+    // space) where its file system keeps holes; written out to a tap.
+    void hole(uint64_t n);
     void u8(uint8_t v) { write(&v, 1); }
     void be16(uint16_t v);
     void be24(uint32_t v);
@@ -80,7 +83,8 @@ public:
     void patch(uint64_t at, const void* data, size_t n);
 
     // Copies n bytes at pos of src into the output (zero-filled past src's end).
-    // A long range of a file goes from file to file inside the kernel.
+    // A long range of a file goes from file to file inside the kernel; its
+    // holes (a sparse file's) stay holes.
     void copyFrom(ByteReader& src, uint64_t pos, uint64_t n);
 
     // QuickTime boxes: size placeholder (32-bit, or 1 + 64-bit when wide),
@@ -92,6 +96,7 @@ public:
 
 private:
     void flush();
+    void copyData(ByteReader& src, uint64_t pos, uint64_t n);
     // Appends up to n bytes at pos of the file fd without a copy through
     // this process; returns how many. Stops early (0 when the system can't
     // copy between these two files, which then isn't tried again).

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QRandomGenerator>
+#include <sys/stat.h>
 
 namespace containers {
 
@@ -73,6 +74,18 @@ inline bool writeSparse(const QString& path, const QByteArray& head, qint64 hole
     QFile f(path);
     return f.open(QIODevice::WriteOnly) && f.write(head) == head.size() && f.seek(head.size() + hole)
         && f.write(tail) == tail.size();
+}
+
+// Whether the file system of dir keeps holes: else a sparse input would
+// take its whole size on disk.
+inline bool keepsHoles(const QString& dir)
+{
+    const QString probe = dir + "/hole-probe";
+    struct stat st {};
+    const bool holes = writeSparse(probe, "x", 64 << 20, "x") && ::stat(QFile::encodeName(probe).constData(), &st) == 0
+                    && st.st_blocks * 512 < (1 << 20);
+    QFile::remove(probe);
+    return holes;
 }
 
 inline Batch repairBytes(const QString& path, const QByteArray& bytes, const QStringList& args = {})

@@ -5,6 +5,7 @@
 #include "recovery/syntax/sound_frames.h"
 
 #include <algorithm>
+#include <deque>
 #include <memory>
 
 namespace syntax {
@@ -16,6 +17,9 @@ constexpr size_t kNalPeek = 96;
 // The largest raw AAC frame (8 channels of 6144 bits) and a margin.
 constexpr size_t kAacPeek = 8192;
 constexpr uint64_t kProgressStep = 16u << 20;
+// Sound stretches queued for cutting at most; the scan waits for the first
+// when it would queue more, so that it keeps only a little ahead.
+constexpr size_t kSoundStretchesAhead = 1024;
 
 // What one video sample says about itself.
 struct VideoSample {
@@ -331,7 +335,8 @@ public:
             }
             p = next;
         }
-        placeSoundFrames();
+        if (m_splitter)
+            placeSoundFrames(true);
         if (m_control.progress)
             m_control.progress(end - m_range.begin, end - m_range.begin);
         return std::move(m_out);
@@ -434,7 +439,7 @@ private:
         if (chunk.samples == 0)
             return pos;
         chunk.bytes = q - pos;
-        m_out.chunks.push_back(chunk);
+        addChunk(chunk);
         m_pcmMayStart = true;
         return q;
     }
@@ -474,22 +479,27 @@ private:
         return behind >= end || aacFrame(behind, end) || (m_video && m_video->measure(m_r, behind, end, last()).size);
     }
 
-    // An AAC chunk: from pos to where video starts again. Its frames are
-    // cut by the splitter (on its own thread where it can be) and put in
-    // place when the scan ends.
+    // An AAC stretch: from pos to where video starts again. Its frames are
+    // cut by the splitter (on its own thread where it can be); the chunks
+    // behind it wait until they are.
     uint64_t readAacChunk(uint64_t pos, uint64_t end)
     {
         uint64_t stop = nextVideo(pos + 1, end, 1);
         if (!stop)
             stop = end;
-        ScannedChunk chunk;
-        chunk.sound = true;
-        chunk.offset = pos;
-        chunk.bytes = stop - pos;
-        m_soundJobs.push_back({m_out.chunks.size(), m_splitter->submit(pos, stop)});
-        m_out.chunks.push_back(chunk);
+        m_waiting.push_back({ScannedChunk(), m_splitter->submit(pos, stop)});
+        ++m_stretchesWaiting;
+        placeSoundFrames(false);
         m_pcmMayStart = false;
         return stop;
+    }
+
+    void addChunk(const ScannedChunk& c)
+    {
+        if (m_waiting.empty())
+            m_out.chunks.push_back(c);
+        else
+            m_waiting.push_back({c, kNoStretch});
     }
 
     // Where video starts again behind sound, searched from from in steps of
@@ -520,23 +530,23 @@ private:
         return 0;
     }
 
-    // The AAC chunks get their frames: one chunk for each run of frames.
-    void placeSoundFrames()
+    // The AAC stretches whose frames are cut get a chunk for each run of
+    // frames, and the chunks behind them follow, in file order. all: waits
+    // for every stretch; else only while too many are queued.
+    void placeSoundFrames(bool all)
     {
-        if (!m_splitter)
-            return;
-        std::vector<AacRangeSplitter::Result> results = m_splitter->finish();
-        std::vector<ScannedChunk> chunks;
-        chunks.reserve(m_out.chunks.size());
-        size_t job = 0;
-        for (size_t i = 0; i < m_out.chunks.size(); ++i) {
-            if (job >= m_soundJobs.size() || m_soundJobs[job].first != i) {
-                chunks.push_back(m_out.chunks[i]);
+        AacRangeSplitter::Result r;
+        for (; !m_waiting.empty(); m_waiting.pop_front()) {
+            const Waiting& w = m_waiting.front();
+            if (w.stretch == kNoStretch) {
+                m_out.chunks.push_back(w.chunk);
                 continue;
             }
-            AacRangeSplitter::Result& r = results[m_soundJobs[job++].second];
+            if (!m_splitter->take(w.stretch, r, all || m_stretchesWaiting > kSoundStretchesAhead))
+                return;
+            --m_stretchesWaiting;
             m_out.skippedBytes += r.skipped;
-            for (AacRangeSplitter::Run& run : r.runs) {
+            for (const AacRangeSplitter::Run& run : r.runs) {
                 ScannedChunk c;
                 c.sound = true;
                 c.offset = run.offset;
@@ -545,10 +555,9 @@ private:
                 for (uint32_t f : run.frames)
                     c.bytes += f;
                 m_out.soundSizes.insert(m_out.soundSizes.end(), run.frames.begin(), run.frames.end());
-                chunks.push_back(c);
+                m_out.chunks.push_back(c);
             }
         }
-        m_out.chunks = std::move(chunks);
     }
 
     // A PCM chunk: from pos to where video starts again; first at the
@@ -577,7 +586,7 @@ private:
         chunk.firstSample = m_out.pcmFrames;
         chunk.samples = chunk.bytes / m_pcmFrame;
         m_out.pcmFrames += chunk.samples;
-        m_out.chunks.push_back(chunk);
+        addChunk(chunk);
         m_pcmMayStart = false;
         return stop;
     }
@@ -620,7 +629,15 @@ private:
     SoundCodec m_sound = SoundCodec::None;
     AacFramer m_aac;                     // the scan's own checks of sound frames
     std::unique_ptr<AacRangeSplitter> m_splitter;
-    std::vector<std::pair<size_t, size_t>> m_soundJobs;   // chunk index, splitter result
+    // From the first AAC stretch not yet cut on: the stretches (by their
+    // number in the splitter) and the chunks between them, in file order.
+    static constexpr size_t kNoStretch = SIZE_MAX;
+    struct Waiting {
+        ScannedChunk chunk;
+        size_t stretch = kNoStretch;
+    };
+    std::deque<Waiting> m_waiting;
+    size_t m_stretchesWaiting = 0;
     uint64_t m_aacTailWindow = 0;
     uint64_t m_soundChunkLimit = 64u << 10;   // farther than any sound chunk of the sample        // bytes at the end of an MPEG-4 sample that may be sound
     uint32_t m_pcmFrame = 0;
@@ -633,6 +650,57 @@ private:
 };
 
 } // namespace
+
+void ScannedChunks::put(uint64_t v)
+{
+    for (; v >= 0x80; v >>= 7)
+        m_bytes.push_back(uint8_t(v | 0x80));
+    m_bytes.push_back(uint8_t(v));
+}
+
+void ScannedChunks::push_back(const ScannedChunk& c)
+{
+    put(c.offset - m_end);
+    put(c.bytes);
+    put(c.samples << 1 | (c.sound ? 1 : 0));
+    m_end = c.offset + c.bytes;
+    ++m_count;
+}
+
+ScannedChunks::const_iterator::const_iterator(const ScannedChunks& list, size_t index) : m_list(&list), m_index(index)
+{
+    if (m_index < m_list->m_count)
+        load();
+}
+
+ScannedChunks::const_iterator& ScannedChunks::const_iterator::operator++()
+{
+    if (++m_index < m_list->m_count)
+        load();
+    return *this;
+}
+
+void ScannedChunks::const_iterator::load()
+{
+    const std::vector<uint8_t>& b = m_list->m_bytes;
+    auto get = [&] {
+        uint64_t v = 0;
+        for (int shift = 0; m_at < b.size(); shift += 7) {
+            const uint8_t byte = b[m_at++];
+            v |= uint64_t(byte & 0x7F) << shift;
+            if (!(byte & 0x80))
+                break;
+        }
+        return v;
+    };
+    m_chunk.offset += m_chunk.bytes + get();
+    m_chunk.bytes = get();
+    const uint64_t samples = get();
+    m_chunk.sound = samples & 1;
+    m_chunk.samples = samples >> 1;
+    m_chunk.firstSample = m_next[m_chunk.sound];
+    m_next[m_chunk.sound] += m_chunk.samples;
+}
 
 ScanResult ScanMedia(ByteReader& r, const MovieModel& model, MediaRange range, const ScanControl& control)
 {

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <vector>
 
 namespace syntax {
@@ -31,8 +32,53 @@ struct ScannedVideo {
     bool hasPoc = false;
 };
 
+// The chunks of a scan in file order, a few bytes each (a recording of
+// hours has millions): the offset is kept as the distance from the end of
+// the chunk before (0 unless bytes were skipped), the size and the sample
+// count as numbers of seven bits a byte, and the first sample follows from
+// the chunks of the track before. Read back in order by iterating.
+class ScannedChunks {
+public:
+    // c.firstSample is not kept: it must follow the track's chunks before.
+    void push_back(const ScannedChunk& c);
+    size_t size() const { return m_count; }
+    bool empty() const { return m_count == 0; }
+
+    class const_iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = ScannedChunk;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const ScannedChunk*;
+        using reference = const ScannedChunk&;
+        const ScannedChunk& operator*() const { return m_chunk; }
+        const ScannedChunk* operator->() const { return &m_chunk; }
+        const_iterator& operator++();
+        bool operator==(const const_iterator& o) const { return m_index == o.m_index; }
+        bool operator!=(const const_iterator& o) const { return m_index != o.m_index; }
+
+    private:
+        friend class ScannedChunks;
+        const_iterator(const ScannedChunks& list, size_t index);
+        void load();
+        const ScannedChunks* m_list;
+        size_t m_index;
+        size_t m_at = 0;   // the next chunk's first byte
+        ScannedChunk m_chunk;
+        uint64_t m_next[2] = {0, 0};   // the next first sample of video, of sound
+    };
+    const_iterator begin() const { return const_iterator(*this, 0); }
+    const_iterator end() const { return const_iterator(*this, m_count); }
+
+private:
+    void put(uint64_t v);
+    std::vector<uint8_t> m_bytes;
+    size_t m_count = 0;
+    uint64_t m_end = 0;   // where the last chunk ends
+};
+
 struct ScanResult {
-    std::vector<ScannedChunk> chunks;   // in file order
+    ScannedChunks chunks;
     ScannedVideo video;
     std::vector<uint32_t> soundSizes;   // AAC: one per frame
     uint64_t pcmFrames = 0;             // PCM: frames of all chunks

@@ -22,9 +22,16 @@ struct TrackOut {
     // played. Video: editStart only shifts the composition times, which are
     // all that far behind the decode times, and every frame is played.
     uint64_t shown() const { return sound ? mediaDuration - std::min(mediaDuration, editStart) : mediaDuration; }
-    std::vector<uint64_t> chunkOffsets;   // in the new file
-    std::vector<uint64_t> chunkSamples;
+    uint64_t chunks = 0;
+    uint64_t lastChunk = 0;               // the last chunk's offset in the new file
     std::vector<uint32_t> composition;    // video: offsets in frames, empty when all 0
+};
+
+// Where the scanned media lie in the new file.
+struct Placement {
+    uint64_t rangeBegin = 0;   // of the media range in the damaged file
+    uint64_t dataStart = 0;    // of its copy in the new file
+    uint64_t at(const ScannedChunk& c) const { return dataStart + (c.offset - rangeBegin); }
 };
 
 uint64_t ToMovieTime(uint64_t t, uint32_t scale) { return scale ? t * kMovieScale / scale : 0; }
@@ -114,7 +121,7 @@ void WriteRuns(FileWriter& w, const char* code, const std::vector<Value>& values
     w.endBox();
 }
 
-void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan)
+void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan, const Placement& place)
 {
     const TrackModel& m = *t.model;
     w.beginBox("stbl");
@@ -148,13 +155,17 @@ void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan)
     const uint64_t countAt = w.pos();
     w.be32(0);
     uint32_t entries = 0;
-    for (size_t k = 0; k < t.chunkSamples.size(); ++k) {
-        if (k == 0 || t.chunkSamples[k] != t.chunkSamples[k - 1]) {
-            w.be32(uint32_t(k + 1));
-            w.be32(uint32_t(t.chunkSamples[k]));
+    uint64_t k = 0, before = 0;
+    for (const ScannedChunk& c : scan.chunks) {
+        if (c.sound != t.sound)
+            continue;
+        if (k++ == 0 || c.samples != before) {
+            w.be32(uint32_t(k));
+            w.be32(uint32_t(c.samples));
             w.be32(1);
             ++entries;
         }
+        before = c.samples;
     }
     w.patchBe32(countAt, entries);
     w.endBox();
@@ -171,21 +182,23 @@ void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan)
             w.be32(s);
     }
     w.endBox();
-    const bool wide = !t.chunkOffsets.empty() && t.chunkOffsets.back() > 0xFFFFFFFFu;
+    const bool wide = t.lastChunk > 0xFFFFFFFFu;
     w.beginBox(wide ? "co64" : "stco");
     w.be32(0);
-    w.be32(uint32_t(t.chunkOffsets.size()));
-    for (uint64_t o : t.chunkOffsets) {
+    w.be32(uint32_t(t.chunks));
+    for (const ScannedChunk& c : scan.chunks) {
+        if (c.sound != t.sound)
+            continue;
         if (wide)
-            w.be64(o);
+            w.be64(place.at(c));
         else
-            w.be32(uint32_t(o));
+            w.be32(uint32_t(place.at(c)));
     }
     w.endBox();
     w.endBox();
 }
 
-void WriteTrack(FileWriter& w, const TrackOut& t, const ScanResult& scan, bool quickTime)
+void WriteTrack(FileWriter& w, const TrackOut& t, const ScanResult& scan, const Placement& place, bool quickTime)
 {
     const TrackModel& m = *t.model;
     const uint64_t duration = ToMovieTime(t.shown(), m.timeScale);
@@ -220,13 +233,14 @@ void WriteTrack(FileWriter& w, const TrackOut& t, const ScanResult& scan, bool q
     if (quickTime)
         WriteHdlr(w, ByteReader::fourcc("dhlr"), "alis");
     WriteDinf(w, quickTime);
-    WriteSampleTables(w, t, scan);
+    WriteSampleTables(w, t, scan, place);
     w.endBox();   // minf
     w.endBox();   // mdia
     w.endBox();   // trak
 }
 
-std::vector<TrackOut> PlanTracks(const MovieModel& model, const ScanResult& scan)
+// composition: the video's composition offsets too (the figures don't need them).
+std::vector<TrackOut> PlanTracks(const MovieModel& model, const ScanResult& scan, bool composition)
 {
     std::vector<TrackOut> tracks;
     for (int index : {model.videoTrack, model.soundTrack}) {
@@ -242,7 +256,7 @@ std::vector<TrackOut> PlanTracks(const MovieModel& model, const ScanResult& scan
             t.editStart = std::min<uint64_t>(uint64_t(t.model->editMediaTime), t.samples * t.model->sampleDelta / 2);
         } else {
             t.samples = scan.video.sizes.size();
-            if (scan.video.hasPoc && scan.video.poc.size() == t.samples) {
+            if (composition && scan.video.hasPoc && scan.video.poc.size() == t.samples) {
                 std::vector<bool> resets(scan.video.pocReset.begin(), scan.video.pocReset.end());
                 uint32_t shift = 0;
                 t.composition = CompositionOffsets(scan.video.poc, resets, &shift);
@@ -267,7 +281,7 @@ MovieFigures FiguresOf(const MovieModel& model, const ScanResult& scan)
 {
     MovieFigures f;
     f.videoFrames = scan.video.sizes.size();
-    for (const TrackOut& t : PlanTracks(model, scan)) {
+    for (const TrackOut& t : PlanTracks(model, scan, false)) {
         const double seconds = t.model->timeScale ? double(t.shown()) / t.model->timeScale : 0.0;
         (t.sound ? f.audioSeconds : f.videoSeconds) = seconds;
     }
@@ -330,15 +344,18 @@ bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
     }
     FileWriter& w = m_out;
     w.endBox();   // mdat
-    std::vector<TrackOut> tracks = PlanTracks(model, scan);
+    std::vector<TrackOut> tracks = PlanTracks(model, scan, true);
     TrackOut* video = nullptr;
     TrackOut* sound = nullptr;
     for (TrackOut& t : tracks)
         (t.sound ? sound : video) = &t;
+    Placement place;
+    place.rangeBegin = m_range.begin;
+    place.dataStart = m_dataStart;
     for (const ScannedChunk& c : scan.chunks) {
         if (TrackOut* t = c.sound ? sound : video) {
-            t->chunkOffsets.push_back(m_dataStart + (c.offset - m_range.begin));
-            t->chunkSamples.push_back(c.samples);
+            ++t->chunks;
+            t->lastChunk = place.at(c);
         }
     }
     uint64_t movieDuration = 0;
@@ -359,7 +376,7 @@ bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
     w.be32(uint32_t(tracks.size() + 1));
     w.endBox();
     for (const TrackOut& t : tracks)
-        WriteTrack(w, t, scan, m_quickTime);
+        WriteTrack(w, t, scan, place, m_quickTime);
     w.endBox();
     const QString path = w.path();
     if (!w.close()) {

@@ -821,26 +821,24 @@ int64_t PocTracker::nextHevc(const NalInfo& s, const HevcSps& sps)
 std::vector<uint32_t> CompositionOffsets(const std::vector<int64_t>& poc, const std::vector<bool>& pocReset,
                                          uint32_t* shift)
 {
+    // Four bytes a picture at a time (the table is as long as the video).
     const size_t n = poc.size();
-    std::vector<size_t> order(n);   // order[k]: decode index of the k-th picture presented
-    std::iota(order.begin(), order.end(), size_t(0));
+    std::vector<uint32_t> order(n);   // order[k]: decode index of the k-th picture presented
+    std::iota(order.begin(), order.end(), uint32_t(0));
     for (size_t begin = 0; begin < n;) {
         size_t end = begin + 1;
         while (end < n && !(end < pocReset.size() && pocReset[end]))
             ++end;
         std::stable_sort(order.begin() + std::ptrdiff_t(begin), order.begin() + std::ptrdiff_t(end),
-                         [&](size_t a, size_t b) { return poc[a] < poc[b]; });
+                         [&](uint32_t a, uint32_t b) { return poc[a] < poc[b]; });
         begin = end;
     }
-    std::vector<int64_t> delta(n);   // p(i) - i
-    int64_t most = 0;
-    for (size_t k = 0; k < n; ++k) {
-        delta[order[k]] = int64_t(k) - int64_t(order[k]);
-        most = std::max(most, -delta[order[k]]);
-    }
+    int64_t most = 0;   // the largest i - p(i)
+    for (size_t k = 0; k < n; ++k)
+        most = std::max(most, int64_t(order[k]) - int64_t(k));
     std::vector<uint32_t> off(n);
-    for (size_t i = 0; i < n; ++i)
-        off[i] = uint32_t(delta[i] + most);
+    for (size_t k = 0; k < n; ++k)
+        off[order[k]] = uint32_t(int64_t(k) - int64_t(order[k]) + most);
     if (shift)
         *shift = uint32_t(most);
     return off;

@@ -50,38 +50,41 @@ AacRangeSplitter::AacRangeSplitter(const QByteArray& asc, ByteReader& reader,
 
 AacRangeSplitter::~AacRangeSplitter()
 {
-    finish();
-}
-
-size_t AacRangeSplitter::submit(uint64_t begin, uint64_t end)
-{
-    std::unique_lock<std::mutex> lock(m_mutex);
-    const size_t index = m_results.size();
-    m_results.emplace_back();
-    if (m_threads.empty()) {
-        lock.unlock();
-        Result r = split(m_own, begin, end);
-        lock.lock();
-        m_results[index] = std::move(r);
-        return index;
-    }
-    m_queue.push_back({index, {begin, end}});
-    m_wake.notify_one();
-    return index;
-}
-
-std::vector<AacRangeSplitter::Result> AacRangeSplitter::finish()
-{
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_closing = true;
     }
     m_wake.notify_all();
     for (std::thread& t : m_threads)
-        if (t.joinable())
-            t.join();
+        t.join();
+}
+
+size_t AacRangeSplitter::submit(uint64_t begin, uint64_t end)
+{
+    const size_t index = m_submitted++;
+    if (m_threads.empty()) {
+        m_done[index] = split(m_own, begin, end);
+        return index;
+    }
     std::lock_guard<std::mutex> lock(m_mutex);
-    return std::move(m_results);
+    m_queue.push_back({index, {begin, end}});
+    m_wake.notify_one();
+    return index;
+}
+
+bool AacRangeSplitter::take(size_t index, Result& result, bool wait)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    auto found = m_done.find(index);
+    while (found == m_done.end()) {
+        if (!wait || index >= m_submitted)
+            return false;
+        m_cut.wait(lock);
+        found = m_done.find(index);
+    }
+    result = std::move(found->second);
+    m_done.erase(found);
+    return true;
 }
 
 void AacRangeSplitter::work(Cutter& c)
@@ -96,7 +99,8 @@ void AacRangeSplitter::work(Cutter& c)
         lock.unlock();
         Result r = split(c, job.second.first, job.second.second);
         lock.lock();
-        m_results[job.first] = std::move(r);
+        m_done[job.first] = std::move(r);
+        m_cut.notify_all();
     }
 }
 

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -46,8 +47,10 @@ public:
     bool ok() const { return m_ok; }
     // Queues [begin, end); returns the number of its result.
     size_t submit(uint64_t begin, uint64_t end);
-    // Waits for every stretch queued; the results in the order queued.
-    std::vector<Result> finish();
+    // Takes the result of stretch index into result once it is cut (with
+    // wait, waits for it); false when it isn't yet. Each result is kept
+    // until it is taken, and taken once.
+    bool take(size_t index, Result& result, bool wait);
 
 private:
     struct Cutter {
@@ -64,11 +67,13 @@ private:
     Cutter m_own;                      // on the caller's thread
     std::vector<std::unique_ptr<Cutter>> m_cutters;   // one per thread
     bool m_ok = false;
-    std::vector<Result> m_results;
+    size_t m_submitted = 0;
+    std::map<size_t, Result> m_done;   // cut and not yet taken
     // The queue of the threads (unused without them).
     std::vector<std::thread> m_threads;
     std::mutex m_mutex;
     std::condition_variable m_wake;
+    std::condition_variable m_cut;     // a result is done
     std::deque<std::pair<size_t, std::pair<uint64_t, uint64_t>>> m_queue;
     bool m_closing = false;
 };
