@@ -1,4 +1,4 @@
-// Frame scanners that need no sample: Motion JPEG, MPEG-4 Part 2 / H.263 in
+// Frame scanners that need no sample: Motion JPEG, MPEG-4 Visual / H.263 in
 // 3GPP, and ProRes. Each walks m_file and writes one FrameIndexFile line per
 // frame (and per audio run where the format allows).
 #include "core/thread_video_repair.h"

@@ -246,7 +246,7 @@ public:
     bool m_isSowt = false;
     bool m_isLpcm = false;
     bool m_isLpcmHevc = false;
-    // The flags above as MovieCodec bits (core/quicktime_pass.h).
+    // The flags above as kCodec bits (core/quicktime_pass.h).
     uint32_t MovieCodecs() const;
     bool m_inVideoTrak = false;
     bool m_inAudioTrak = false;
