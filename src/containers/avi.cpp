@@ -1,15 +1,19 @@
 // AVI and DivX repair: a fresh RIFF header built from the stream headers of
 // the damaged file (or of a sample), the media chunks that a byte scan of the
 // damaged file finds, and a fresh idx1 index. The input is only read.
-#include "core/thread_video_repair.h"
+#include "containers/avi.h"
 
+#include "containers/output_checks.h"
+#include "core/code_search.h"
 #include "core/log_cipher.h"
+#include "core/repair_globals.h"
 
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace {
 
@@ -91,11 +95,44 @@ bool MayStartTag(const uint8_t* p)
     return (((a - kOnes) & ~a) | ((b - kOnes) & ~b)) & kHighs;
 }
 
+// Where the stream header fields lie in the source (32-bit, as in RIFF).
+struct AviOffsets {
+    uint32_t videoHandler = 0;      // strl + 16: fccHandler
+    uint32_t videoRate = 0;         // strl + 32: dwScale, dwRate, dwStart
+    uint32_t videoBuffer = 0;       // strl + 48: dwSuggestedBufferSize, dwQuality
+    uint32_t videoFrame = 0;        // strl + 64: right and bottom of rcFrame
+    uint32_t videoFormatSize = 0;   // size of the video strf
+    uint32_t videoFormatStart = 0;  // biSize
+    uint32_t videoDimensions = 0;   // biWidth, biHeight
+    uint32_t videoFormatRest = 0;   // strf behind biHeight
+    uint32_t audioFormatSize = 0;   // size of the audio strf
+    uint32_t audioHandler = 0;      // strl + 16: fccHandler .. dwStart (28 bytes)
+    uint32_t audioTail = 0;         // strl + 48: dwSuggestedBufferSize .. rcFrame (20 bytes)
+    uint32_t audioFormat = 0;       // the WAVEFORMATEX bytes
+};
+
 struct HeaderSearch {
     bool videoFormat = false;   // a video strf was found
     bool videoHeader = false;   // and a known tag stands behind it
     bool audioFormat = false;
     bool audioHeader = false;
+    AviOffsets at;
+
+    bool complete(bool hasAudio) const
+    {
+        const bool video = videoFormat && videoHeader;
+        return hasAudio ? video && audioFormat && audioHeader : video;
+    }
+};
+
+// What the chunk scan took. The counts and the movi total are 64-bit, as a
+// file past 4 GiB passes 32 bits.
+struct ChunkCounts {
+    uint64_t video = 0;           // video chunks, empty ones included
+    uint64_t videoWithData = 0;   // video chunks with a payload
+    uint64_t audio = 0;
+    uint64_t audioPayload = 0;    // payload bytes of the audio chunks
+    uint64_t moviSize = 4;        // the movi list's contents: its tag and every chunk
 };
 
 // Size of a strf at pos whose payload and the tag behind it lie inside the
@@ -118,8 +155,7 @@ int64_t FormatSizeAt(ByteReader& src, uint64_t srcSize, uint64_t strfPos, bool& 
 
 // Looks at a "strl" at P: "strh" with 56 or 64 bytes, then the strf behind
 // it. Fills the offsets of the stream type found. True ends the search.
-bool ExamineStreamList(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, uint64_t p, bool hasAudio,
-                       HeaderSearch& found)
+bool ExamineStreamList(ByteReader& src, uint64_t srcSize, uint64_t p, bool hasAudio, HeaderSearch& found)
 {
     if (src.be32(p + 4) != kStrh)
         return false;
@@ -127,7 +163,7 @@ bool ExamineStreamList(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, 
     if (h != 56 && h != 64)
         return false;
     const uint32_t type = src.be32(p + 12);
-    ThreadVideoRepair::AviOffsets& o = t.m_aviOffsets;
+    AviOffsets& o = found.at;
     const uint32_t p32 = uint32_t(p);
     bool tagAccepted = false;
     if (type == kVids) {
@@ -140,7 +176,7 @@ bool ExamineStreamList(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, 
             o.videoRate = p32 + 32;
             o.videoBuffer = p32 + 48;
             o.videoFrame = p32 + 64;
-            o.videoFormatSize = ThreadVideoRepair::g_aviVideoFormatSize = uint32_t(size);
+            o.videoFormatSize = uint32_t(size);
             if (tagAccepted) {
                 o.videoFormatStart = p32 + h + 20;
                 o.videoDimensions = p32 + h + 24;
@@ -158,7 +194,7 @@ bool ExamineStreamList(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, 
         found.audioFormat = true;
         o.audioHandler = p32 + 16;
         o.audioTail = p32 + 48;
-        o.audioFormatSize = ThreadVideoRepair::g_aviAudioFormatSize = uint32_t(size);
+        o.audioFormatSize = uint32_t(size);
         if (!tagAccepted)
             return false;
         o.audioFormat = p32 + h + 20;
@@ -170,36 +206,24 @@ bool ExamineStreamList(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, 
 
 // Walks the first tenth of the source for stream lists. A later list of the
 // same type overwrites what an earlier one filled.
-HeaderSearch LocateAviHeaders(ThreadVideoRepair& t, ByteReader& src, uint64_t srcSize, bool hasAudio)
+HeaderSearch LocateAviHeaders(ByteReader& src, bool hasAudio, const RepairJob& job)
 {
     HeaderSearch found;
+    const uint64_t srcSize = src.size();
     // Offsets are recorded in 32 bits, so the search stays below 4 GiB.
     const uint64_t bound = std::min<uint64_t>(srcSize / 10, 0xFFFF0000u);
-    for (uint64_t base = 0; base < bound && !g_stopRequested; base += kScanBlock) {
+    for (uint64_t base = 0; base < bound && !job.stopped(); base += kScanBlock) {
         const size_t n = size_t(std::min<uint64_t>(kScanBlock, bound - base));
         const uint8_t* p = src.view(base, n + 3);
         for (size_t i = 0; i < n; ++i) {
             if (ByteReader::loadBe32(p + i) != kStrl)
                 continue;
-            if (ExamineStreamList(t, src, srcSize, base + i, hasAudio, found))
+            if (ExamineStreamList(src, srcSize, base + i, hasAudio, found))
                 return found;
             p = src.view(base, n + 3);   // the examination may have moved the window
         }
     }
     return found;
-}
-
-void ResetAviState(ThreadVideoRepair& t)
-{
-    t.m_aviOffsets = ThreadVideoRepair::AviOffsets();
-    t.m_aviVideoDataChunks = 0;
-    t.m_aviAudioPayload = 0;
-    ThreadVideoRepair::g_aviVideoChunks = 0;
-    ThreadVideoRepair::g_aviAudioChunks = 0;
-    ThreadVideoRepair::g_aviAudioBytes = 0;
-    ThreadVideoRepair::g_aviMoviSize = 0;
-    ThreadVideoRepair::g_aviVideoFormatSize = 0;
-    ThreadVideoRepair::g_aviAudioFormatSize = 0;
 }
 
 QString IndexPath(const QString& workDir, const QString& fileName)
@@ -208,25 +232,6 @@ QString IndexPath(const QString& workDir, const QString& fileName)
     const QString name = fileName == QLatin1String("Index.avi") ? QStringLiteral("Index.avi.part")
                                                                   : QStringLiteral("Index.avi");
     return workDir + QLatin1Char('/') + name;
-}
-
-// A scan cut short by a stop leaves no scratch index and no counters.
-void DropScanResults(ThreadVideoRepair& t)
-{
-    QFile::remove(IndexPath(t.m_workDir, t.m_fileName));
-    ResetAviState(t);
-}
-
-bool HeadersComplete(const HeaderSearch& f, bool hasAudio)
-{
-    const bool video = f.videoFormat && f.videoHeader;
-    return hasAudio ? video && f.audioFormat && f.audioHeader : video;
-}
-
-bool SameFile(const QString& a, const QString& b)
-{
-    const QString ca = QFileInfo(a).canonicalFilePath();
-    return !ca.isEmpty() && ca == QFileInfo(b).canonicalFilePath();
 }
 
 uint32_t Clamp32(uint64_t v) { return uint32_t(std::min<uint64_t>(v, 0xFFFFFFFFu)); }
@@ -368,81 +373,106 @@ void WriteSuperIndex(FileWriter& w, const OpenDmlLayout& l, bool audio, uint32_t
     }
 }
 
-} // namespace
-
-void ThreadVideoRepair::RepairAviDirect(bool hasAudio, uint64_t partLimit)
+// The verdicts of this route go out as WriteAVIFileStatus.
+Verdict AviVerdict(Verdict v)
 {
-    ResetAviState(*this);
-    Q_EMIT SetProgressBarRange(500000);
-    Q_EMIT setProgressvalue(400000);
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    const HeaderSearch found = LocateAviHeaders(*this, *m_file, g_inputSize, hasAudio);
-    if (g_stopRequested)
-        return;
-    if (!HeadersComplete(found, hasAudio)) {
-        // Incomplete headers write no file, so the verdict is false even when a
-        // video strf was seen: the row then offers a repair with a sample.
-        ResetAviState(*this);
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    ScanAviChunks();
-    if (g_stopRequested) {
-        DropScanResults(*this);
-        return;
-    }
-    const bool written = WriteAviFile(hasAudio, true, true, true, true, partLimit);
-    if (g_stopRequested)
-        return;
-    if (written)
-        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-    Q_EMIT WriteAVIFileStatus(written, m_fileName);
+    v.aviSignal = true;
+    return v;
 }
 
-void ThreadVideoRepair::RepairAviWithReference(bool hasAudio, uint64_t partLimit)
+Verdict Stopped()
 {
-    ResetAviState(*this);
-    bool written = false;
-    if (m_file && m_refFile) {
-        const HeaderSearch found = LocateAviHeaders(*this, *m_refFile, m_refFileSize, hasAudio);
-        if (!g_stopRequested && HeadersComplete(found, hasAudio)) {
-            ScanAviChunks();
-            if (g_stopRequested)
-                DropScanResults(*this);
-            else
-                written = WriteAviFile(hasAudio, false, false, false, false, partLimit);
-        }
-    }
-    if (!written)
-        ResetAviState(*this);
-    if (!g_stopRequested) {
-        if (written)
-            AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-        Q_EMIT WriteAVIFileStatus(written, m_fileName);
-    }
-    m_refFile.reset();
+    Verdict v;
+    v.outcome = Verdict::Outcome::Stopped;
+    return v;
 }
 
-void ThreadVideoRepair::ScanAviChunks()
+// One file's repair. The stream headers come from the damaged file, or from
+// a sample of the same container when one is given; the media chunks always
+// come from the damaged file.
+class AviRoute : public Route {
+public:
+    // partLimit: the largest RIFF of an output before it is written in parts.
+    explicit AviRoute(uint64_t partLimit) : m_partLimit(partLimit) {}
+    Verdict repair(RepairJob& job, Reporter& report) override;
+
+private:
+    // Fills logFile.txt (a line per chunk), the scratch index (an idx1
+    // entry per chunk) and m_counts from a byte scan of the damaged file.
+    void scanChunks(RepairJob& job, Reporter& report);
+    // Writes the output from the header fields found in headers, the chunks
+    // of logFile.txt and the scratch index, which it removes. True when the
+    // whole file was written. A file whose RIFF would pass m_partLimit is
+    // written in parts of about that size: a first RIFF "AVI " with idx1 for
+    // its own chunks, then RIFF "AVIX" parts, each part's chunks indexed by
+    // ix## chunks that the indx of every stream header lists (the OpenDML
+    // extension).
+    bool writeFile(RepairJob& job, ByteReader& headers, bool hasAudio);
+
+    const uint64_t m_partLimit;
+    std::unique_ptr<ByteReader> m_reference;   // the sample, when one of this container opens
+    QString m_indexPath;                       // the scratch index in the work folder
+    HeaderSearch m_headers;
+    ChunkCounts m_counts;
+};
+
+Verdict AviRoute::repair(RepairJob& job, Reporter& report)
 {
-    Q_EMIT SetProgressBarRange(ulong(g_inputSize));
-    g_aviVideoChunks = g_aviAudioChunks = g_aviAudioBytes = 0;
-    m_aviVideoDataChunks = 0;
-    m_aviAudioPayload = 0;
-    g_aviMoviSize = 4;           // the "movi" tag itself
+    // The suffix table sends only AVI and DivX files here; a sample of
+    // another container is ignored and the file is repaired on its own.
+    if (!job.referencePath.isEmpty() && SameRoute(QFileInfo(job.referencePath).suffix(), job.suffix)) {
+        m_reference = FileReader::open(job.referencePath);
+        if (m_reference)
+            report.setValue(m_reference->size() < 0x300000 ? 5000 : 50000);
+    }
+    g_remuxed = false;
+    report.showFileProgress(job.fileName);
+    report.setRange(500000);
+    if (!job.input)
+        return AviVerdict(Verdict::failed());
+    ByteReader& in = *job.input;
+    // Audio if "01wb" stands in the first tenth of the file. The bar shows a
+    // fixed 400000 during this search; it is sent once, not per byte.
+    report.setValue(400000);
+    const bool hasAudio = FindAnyCode(in, 0, in.size() / 10, {k01wb}) >= 0;
+    if (job.stopped())
+        return Stopped();
+    if (!m_reference) {
+        // The repair without a sample sets its bar once more before the search.
+        report.setRange(500000);
+        report.setValue(400000);
+    }
+    ByteReader& headers = m_reference ? *m_reference : in;
+    m_headers = LocateAviHeaders(headers, hasAudio, job);
+    if (job.stopped())
+        return Stopped();
+    // Incomplete headers write no file, so the verdict is false even when a
+    // video strf was seen: the row then offers a repair with a sample.
+    if (!m_headers.complete(hasAudio))
+        return AviVerdict(Verdict::failed());
+    m_indexPath = IndexPath(job.workDir, job.fileName);
+    scanChunks(job, report);
+    if (job.stopped()) {
+        QFile::remove(m_indexPath);   // a scan cut short leaves no scratch index
+        return Stopped();
+    }
+    const bool written = writeFile(job, headers, hasAudio);
+    if (job.stopped())
+        return Stopped();
+    return AviVerdict(written ? Verdict::repaired(job.outputPath()) : Verdict::failed());
+}
+
+void AviRoute::scanChunks(RepairJob& job, Reporter& report)
+{
+    ByteReader& in = *job.input;
+    const uint64_t end = in.size();
+    report.setRange(ulong(end));
     // idx1 offsets count from the "movi" tag. Past 4 GiB they wrap, but only
     // the entries of the first RIFF part are ever written as idx1.
     uint64_t chunkOffset = 4;
-    if (!m_file)
-        return;
     FileWriter index;
-    if (!index.open(IndexPath(m_workDir, m_fileName)))
-        qWarning() << "Can't create the AVI index in" << m_workDir;
-    ByteReader& in = *m_file;
-    const uint64_t end = g_inputSize;
+    if (!index.open(m_indexPath))
+        qWarning() << "Can't create the AVI index in" << job.workDir;
     // Lines this short never gain by compression; not trying spares a
     // deflate per chunk.
     LogCipher cipher;
@@ -453,7 +483,7 @@ void ThreadVideoRepair::ScanAviChunks()
     const uint64_t showStep = std::max<uint64_t>(end / 1000, 1u << 20);
 
     uint64_t pos = 0;
-    while (pos < end && !g_stopRequested) {
+    while (pos < end && !job.stopped()) {
         // Find the next candidate tag in a block, without a read per byte.
         const size_t n = size_t(std::min<uint64_t>(kScanBlock, end - pos));
         const uint8_t* p = in.view(pos, n + 8);
@@ -502,10 +532,10 @@ void ThreadVideoRepair::ScanAviChunks()
         if (size > available)
             size = uint32_t(available);
 
-        WriteLogLine(cipher, QStringLiteral("%1 %2\r\n").arg(pos).arg(size));
+        job.writeLogLine(cipher, QStringLiteral("%1 %2\r\n").arg(pos).arg(size));
         // The bar moves in steps of a thousandth (at least 1 MiB), not per chunk.
         if (!anyShown || accepted >= shown + showStep) {
-            Q_EMIT setProgressvalue(ulong(accepted));
+            report.setValue(ulong(accepted));
             shown = accepted;
             anyShown = true;
         }
@@ -515,11 +545,11 @@ void ThreadVideoRepair::ScanAviChunks()
         if (tag == k01wb) {
             flags = kKeyFrame;
         } else {
-            ++g_aviVideoChunks;
+            ++m_counts.video;
             if (size > 0)
-                ++m_aviVideoDataChunks;
+                ++m_counts.videoWithData;
             // Every 1024th video chunk from the first is marked as a key frame.
-            if ((g_aviVideoChunks & 0x3FF) == 1)
+            if ((m_counts.video & 0x3FF) == 1)
                 flags = kKeyFrame;
         }
         index.write(p + i, 4);   // dwChunkId
@@ -529,48 +559,39 @@ void ThreadVideoRepair::ScanAviChunks()
 
         const uint64_t total = 8 + Padded(size);
         chunkOffset += total;
-        g_aviMoviSize += total;
+        m_counts.moviSize += total;
         if (tag == k01wb) {
-            g_aviAudioBytes += total;
-            ++g_aviAudioChunks;
-            m_aviAudioPayload += size;
+            ++m_counts.audio;
+            m_counts.audioPayload += size;
         }
         // Resume 7 bytes before the end of the payload, as a chunk that ends
         // early still leaves the next header within reach.
         pos += uint64_t(size) + 1;
     }
-    Q_EMIT setProgressvalue(ulong(accepted));
+    report.setValue(ulong(accepted));
     if (!index.close())
-        qWarning() << "Writing the AVI index failed in" << m_workDir;
+        qWarning() << "Writing the AVI index failed in" << job.workDir;
 }
 
-bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, bool videoHeaderFromInput,
-                                     bool audioHeaderFromInput, bool audioFormatFromInput, uint64_t partLimit)
+bool AviRoute::writeFile(RepairJob& job, ByteReader& headers, bool hasAudio)
 {
-    const QString indexPath = IndexPath(m_workDir, m_fileName);
-    const AviOffsets o = m_aviOffsets;
-    const uint64_t videoChunks = g_aviVideoChunks;
-    const uint64_t chunks = g_aviVideoChunks + g_aviAudioChunks;
-    const uint64_t moviSize = g_aviMoviSize;
-    const uint64_t audioChunks = g_aviAudioChunks;
-    const uint64_t audioPayload = m_aviAudioPayload;
-    const bool hasVideoData = m_aviVideoDataChunks > 0;
-    ResetAviState(*this);
+    const QString& indexPath = m_indexPath;
+    const AviOffsets& o = m_headers.at;
+    const uint64_t videoChunks = m_counts.video;
+    const uint64_t chunks = m_counts.video + m_counts.audio;
+    const uint64_t moviSize = m_counts.moviSize;
+    const uint64_t audioChunks = m_counts.audio;
+    const uint64_t audioPayload = m_counts.audioPayload;
 
-    ByteReader* videoFormatSrc = videoFormatFromInput ? m_file.get() : m_refFile.get();
-    ByteReader* videoHeaderSrc = videoHeaderFromInput ? m_file.get() : m_refFile.get();
-    ByteReader* audioHeaderSrc = audioHeaderFromInput ? m_file.get() : m_refFile.get();
-    ByteReader* audioFormatSrc = audioFormatFromInput ? m_file.get() : m_refFile.get();
     const uint32_t f = o.videoFormatSize;
     const uint32_t a = o.audioFormatSize;
-    const QString outPath = m_workDir + QLatin1Char('/') + m_fileName;
+    const QString outPath = job.outputPath();
     // Never write over the input or the sample (a work folder can hold them).
-    const bool outIsSource = SameFile(outPath, g_sourceFullPath)
-                          || (m_refFile && SameFile(outPath, g_referencePath));
+    const bool outIsSource = outputcheck::SameFile(outPath, job.inputPath)
+                          || (m_reference && outputcheck::SameFile(outPath, job.referencePath));
     // A scan without a single video frame leaves nothing to play: no file is
     // written, so the row can't show "Completed" for an empty movie.
-    if (!m_file || !videoFormatSrc || !videoHeaderSrc || (hasAudio && (!audioHeaderSrc || !audioFormatSrc))
-        || f < kBitmapInfoSize || !hasVideoData || outIsSource) {
+    if (f < kBitmapInfoSize || m_counts.videoWithData == 0 || outIsSource) {
         QFile::remove(indexPath);
         return false;
     }
@@ -585,30 +606,30 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
 
     // A RIFF that would pass the limit (or 32 bits) is written in parts.
     std::unique_ptr<FileReader> index = FileReader::open(indexPath);
-    const bool inParts = riffSize + 8 > std::min<uint64_t>(partLimit, 0xFFFFFFFFu);
+    const bool inParts = riffSize + 8 > std::min<uint64_t>(m_partLimit, 0xFFFFFFFFu);
     OpenDmlLayout layout;
     if (inParts) {
         if (!index || index->size() != indexSize) {
-            qWarning() << "The AVI index in" << m_workDir << "is incomplete.";
+            qWarning() << "The AVI index in" << job.workDir << "is incomplete.";
             index.reset();
             QFile::remove(indexPath);
             return false;
         }
         const uint32_t hdrlWithoutIndx = hdrlSize;
-        layout = PlanParts(*index, chunks, hasAudio, partLimit, hdrlWithoutIndx, hdrlSize);
+        layout = PlanParts(*index, chunks, hasAudio, m_partLimit, hdrlWithoutIndx, hdrlSize);
         videoStrl += layout.superIndex;
         audioStrl += layout.superIndex;
     }
-    const uint32_t audioSampleSize = hasAudio ? audioHeaderSrc->le32(uint64_t(o.audioTail) + 8) : 0;
+    const uint32_t audioSampleSize = hasAudio ? headers.le32(uint64_t(o.audioTail) + 8) : 0;
 
-    if (!m_outFile.open(outPath)) {
+    FileWriter w;
+    if (!w.open(outPath)) {
         qWarning() << "Can't create" << outPath;
         index.reset();
         QFile::remove(indexPath);
         return false;
     }
-    g_repairedPaths << outPath;
-    FileWriter& w = m_outFile;
+    *job.outputs << outPath;
     w.fourcc("RIFF");
     w.le32(uint32_t(inParts ? layout.RiffSize(layout.parts[0], hdrlSize) : riffSize));
     w.fourcc("AVI ");
@@ -627,7 +648,7 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     w.le32(0);                     // dwInitialFrames
     w.le32(hasAudio ? 2 : 1);      // dwStreams
     w.le32(0x9AB00);               // dwSuggestedBufferSize
-    w.copyFrom(*videoFormatSrc, o.videoDimensions, 8);   // dwWidth, dwHeight
+    w.copyFrom(headers, o.videoDimensions, 8);   // dwWidth, dwHeight
     w.zeros(16);                   // dwReserved
 
     w.fourcc("LIST");
@@ -636,18 +657,18 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     w.fourcc("strh");
     w.le32(kStrhSize);
     w.fourcc("vids");
-    w.copyFrom(*videoHeaderSrc, o.videoHandler, 4);      // fccHandler
+    w.copyFrom(headers, o.videoHandler, 4);      // fccHandler
     w.zeros(12);                   // dwFlags, wPriority, wLanguage, dwInitialFrames
-    w.copyFrom(*videoHeaderSrc, o.videoRate, 12);        // dwScale, dwRate, dwStart
+    w.copyFrom(headers, o.videoRate, 12);        // dwScale, dwRate, dwStart
     w.le32(Clamp32(videoChunks));  // dwLength
-    w.copyFrom(*videoHeaderSrc, o.videoBuffer, 8);       // dwSuggestedBufferSize, dwQuality
+    w.copyFrom(headers, o.videoBuffer, 8);       // dwSuggestedBufferSize, dwQuality
     w.zeros(8);                    // dwSampleSize, rcFrame left and top
-    w.copyFrom(*videoHeaderSrc, o.videoFrame, 4);        // rcFrame right and bottom
+    w.copyFrom(headers, o.videoFrame, 4);        // rcFrame right and bottom
     w.fourcc("strf");
     w.le32(f);
-    w.copyFrom(*videoFormatSrc, o.videoFormatStart, 4);  // biSize
-    w.copyFrom(*videoFormatSrc, o.videoDimensions, 8);   // biWidth, biHeight
-    w.copyFrom(*videoFormatSrc, o.videoFormatRest, f - 12);
+    w.copyFrom(headers, o.videoFormatStart, 4);  // biSize
+    w.copyFrom(headers, o.videoDimensions, 8);   // biWidth, biHeight
+    w.copyFrom(headers, o.videoFormatRest, f - 12);
     w.zeros(f & 1);
     if (inParts)
         WriteSuperIndex(w, layout, false, 0);
@@ -662,15 +683,15 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
         w.fourcc("strh");
         w.le32(kStrhSize);
         w.fourcc("auds");
-        w.copyFrom(*audioHeaderSrc, o.audioHandler, 28);  // fccHandler .. dwStart
+        w.copyFrom(headers, o.audioHandler, 28);  // fccHandler .. dwStart
         // dwLength in the stream's own units, not the byte total with chunk
         // headers: samples of dwSampleSize bytes, or chunks when that is 0.
         w.le32(Clamp32(audioSampleSize ? audioPayload / audioSampleSize : audioChunks));   // dwLength
-        w.copyFrom(*audioHeaderSrc, o.audioTail, 20);     // dwSuggestedBufferSize .. rcFrame
+        w.copyFrom(headers, o.audioTail, 20);     // dwSuggestedBufferSize .. rcFrame
         if (a) {
             w.fourcc("strf");
             w.le32(a);
-            w.copyFrom(*audioFormatSrc, o.audioFormat, a);
+            w.copyFrom(headers, o.audioFormat, a);
             w.zeros(a & 1);
         }
         if (inParts)
@@ -697,19 +718,19 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
 
     // The chunks, in scan order, from the lines of logFile.txt: up to `count`
     // of them; returns how many were copied.
-    m_logHandle.close();
-    QFile log(m_logPath);
+    job.log->close();
+    QFile log(job.logPath);
     const bool logOpen = log.open(QIODevice::ReadOnly | QIODevice::Text);
     if (!logOpen)
-        qWarning() << "Can't read" << m_logPath;
+        qWarning() << "Can't read" << job.logPath;
     LogCipher cipher;
-    ByteReader& in = *m_file;
+    ByteReader& in = *job.input;
     // A chunk whose recorded size is its own is copied whole, and chunks
     // that follow each other in the input as one range, which the writer
     // hands to the kernel.
     const auto copyChunks = [&](uint64_t count) {
         uint64_t copied = 0, runStart = 0, runEnd = 0;
-        while (logOpen && copied < count && !log.atEnd() && !g_stopRequested) {
+        while (logOpen && copied < count && !log.atEnd() && !job.stopped()) {
             const QByteArray line = log.readLine().trimmed();
             const QStringList parts = cipher.decryptToString(QString::fromLatin1(line)).trimmed().split(QLatin1Char(' '));
             bool posOk = false, sizeOk = false;
@@ -743,20 +764,15 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
         if (index) {
             w.fourcc("idx1");
             w.le32(uint32_t(indexSize));
-            uint64_t done = CopyFileRange(*index, w, indexSize, 0);
-            // A stop still leaves a whole index behind the chunks written so far.
-            if (done < indexSize && g_stopRequested) {
-                w.copyFrom(*index, done, indexSize - done);
-                done = indexSize;
-            }
-            complete = complete && done == indexSize && index->size() == indexSize;
+            w.copyFrom(*index, 0, indexSize);
+            complete = complete && index->size() == indexSize;
         } else {
             complete = false;
         }
         complete = complete && w.pos() - 8 == riffSize;
     } else {
         for (const AviPart& p : layout.parts) {
-            if (g_stopRequested)
+            if (job.stopped())
                 break;
             if (p.start > 0) {
                 complete = complete && w.pos() == p.start;
@@ -776,7 +792,7 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
                 const uint64_t n = kIndexEntry * p.chunks;
                 w.fourcc("idx1");
                 w.le32(uint32_t(n));
-                complete = complete && CopyFileRange(*index, w, n, 0) == n;
+                w.copyFrom(*index, 0, n);
             }
         }
         complete = complete && w.pos() == layout.size;
@@ -784,14 +800,20 @@ bool ThreadVideoRepair::WriteAviFile(bool hasAudio, bool videoFormatFromInput, b
     log.close();
     index.reset();
     QFile::remove(indexPath);
-    const bool ok = m_outFile.close();
-    if (g_stopRequested)
-        return false;   // the partial file stays; a stop sends no verdict
+    const bool ok = w.close();
+    if (job.stopped())
+        return false;   // the driver removes the short file; a stop sends no verdict
     if (!ok || !complete) {
         qWarning() << "The rebuilt file" << outPath << "is incomplete; it is removed.";
         QFile::remove(outPath);
-        g_repairedPaths.removeAll(outPath);
+        job.outputs->removeAll(outPath);
         return false;
     }
     return true;
 }
+
+} // namespace
+
+std::unique_ptr<Route> MakeAviRoute(uint64_t partLimit) { return std::make_unique<AviRoute>(partLimit); }
+
+std::unique_ptr<Route> MakeAviRoute() { return MakeAviRoute(kAviPartLimit); }

@@ -66,7 +66,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 }
 } // namespace
 
-std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
 std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
 std::unique_ptr<Route> MakeAsfRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAsfPath>(); }
 std::unique_ptr<Route> MakeMtsRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMtsPath>(); }
@@ -104,7 +103,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     // Start of a run.
     Q_EMIT OverAllProgressValue(0, 0);
     m_file.reset();
-    m_aviReferenceOpen = m_mpegReferenceOpen = m_mkvReferenceOpen = false;
+    m_mpegReferenceOpen = m_mkvReferenceOpen = false;
     g_stopRequested = false;
     m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
     m_fileName.clear();
@@ -401,50 +400,6 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
     }
     m_videoRunLengths.clear();
     m_audioRunLengths.clear();
-}
-
-void ThreadVideoRepair::RepairAviPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    const QString& suffix = job.suffix;
-    // The reference flag is cleared per file, so that a reference that fails
-    // to open for the next file isn't taken as open.
-    m_aviReferenceOpen = false;
-    const bool aviSuffix = suffix == QLatin1String("AVI") || suffix == QLatin1String("avi")
-                        || suffix == QLatin1String("DIVX") || suffix == QLatin1String("divx");
-    if (!referencePath.isEmpty() && aviSuffix) {
-        const QString refSuffix = QFileInfo(referencePath).suffix();
-        // A reference of another container is ignored: direct repair runs.
-        if (SameRoute(refSuffix, suffix)) {
-            m_refFile = OpenReadOnly(referencePath);
-            if (m_refFile) {
-                m_aviReferenceOpen = true;
-                m_pos = 0;
-                m_refFileSize = m_refFile->size();
-                m_moovSize = 0;
-                m_moovPos = 0;
-                Q_EMIT setProgressvalue(m_refFileSize < 0x300000 ? 5000 : 50000);
-            }
-        }
-    }
-    g_remuxed = false;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    Q_EMIT SetProgressBarRange(500000);
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    // Audio if "01wb" stands in the first tenth of the file. The bar shows a
-    // fixed 400000 during this search; it is sent once, not per byte.
-    Q_EMIT setProgressvalue(400000);
-    const bool hasAudio = FindAnyCode(*m_file, 0, g_inputSize / 10, {ByteReader::fourcc("01wb")}) >= 0;
-    if (g_stopRequested)
-        return;
-    if (m_aviReferenceOpen)
-        RepairAviWithReference(hasAudio);
-    else
-        RepairAviDirect(hasAudio);
 }
 
 void ThreadVideoRepair::RepairAsfPath(const RepairJob& job)

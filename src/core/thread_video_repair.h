@@ -197,9 +197,6 @@ public:
 
     // ---- Other containers (containers/) ----
     void RemuxCameraFile(const QString& path);                          // camera.cpp
-    // partLimit: the size of one RIFF part of the output (see WriteAviFile).
-    void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
-    void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
     void ReadAsfHeaderObjects();                                        // asf.cpp
     void RewriteAsfFile(const QString& workDir);                        // asf.cpp
     void RepairMtsFile();                                               // mpegts.cpp
@@ -278,52 +275,11 @@ public:
     uint32_t m_audioGapSize = 0;
 
     // ---- Container routines' flags read by the driver ----
-    bool m_aviReferenceOpen = false;
     bool m_mpegReferenceOpen = false;
     bool m_mkvReferenceOpen = false;
     bool m_asfHeadersFound = false;         // set by ReadAsfHeaderObjects
     bool m_mtsDone = false;                 // set by RepairMtsFile at its end
     bool m_datDone = false;                 // set by RepairDatFile at its start
-
-    // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
-    // Fills logFile.txt, Index.avi and the counters from a byte scan of m_file.
-    void ScanAviChunks();
-    // Writes m_workDir/m_fileName; each flag takes that group of header fields
-    // from the damaged file (true) or the reference (false). True when the
-    // whole file was written. Resets m_aviOffsets and the counters. A file
-    // whose RIFF would pass partLimit bytes is written in parts of about
-    // that size: a first RIFF "AVI " with idx1 for its own chunks, then
-    // RIFF "AVIX" parts, each part's chunks indexed by ix## chunks that the
-    // indx of every stream header lists (the OpenDML extension).
-    static constexpr uint64_t kAviPartLimit = uint64_t(1) << 30;
-    bool WriteAviFile(bool hasAudio, bool videoFormatFromInput, bool videoHeaderFromInput,
-                      bool audioHeaderFromInput, bool audioFormatFromInput, uint64_t partLimit = kAviPartLimit);
-    // Where the stream header fields lie in the source (32-bit, as in RIFF).
-    struct AviOffsets {
-        uint32_t videoHandler = 0;      // strl + 16: fccHandler
-        uint32_t videoRate = 0;         // strl + 32: dwScale, dwRate, dwStart
-        uint32_t videoBuffer = 0;       // strl + 48: dwSuggestedBufferSize, dwQuality
-        uint32_t videoFrame = 0;        // strl + 64: right and bottom of rcFrame
-        uint32_t videoFormatSize = 0;   // size of the video strf
-        uint32_t videoFormatStart = 0;  // biSize
-        uint32_t videoDimensions = 0;   // biWidth, biHeight
-        uint32_t videoFormatRest = 0;   // strf behind biHeight
-        uint32_t audioFormatSize = 0;   // size of the audio strf
-        uint32_t audioHandler = 0;      // strl + 16: fccHandler .. dwStart (28 bytes)
-        uint32_t audioTail = 0;         // strl + 48: dwSuggestedBufferSize .. rcFrame (20 bytes)
-        uint32_t audioFormat = 0;       // the WAVEFORMATEX bytes
-    };
-    AviOffsets m_aviOffsets;
-    uint32_t m_aviVideoDataChunks = 0;  // video chunks with a payload, found by the scan
-    uint64_t m_aviAudioPayload = 0;     // payload bytes of the audio chunks found
-    // Counters of the scan and the format sizes: process-wide. The counts and
-    // the movi total are 64-bit, as a file past 4 GiB passes 32 bits.
-    static inline uint64_t g_aviVideoChunks = 0;
-    static inline uint64_t g_aviAudioChunks = 0;
-    static inline uint64_t g_aviAudioBytes = 0;
-    static inline uint64_t g_aviMoviSize = 0;
-    static inline uint32_t g_aviVideoFormatSize = 0;
-    static inline uint32_t g_aviAudioFormatSize = 0;
 
     // ---- QuickTime rebuild: WriteVideoTrack, WriteAudioTrack, ReadTrackDurations (core/quicktime_rebuild.cpp) ----
     struct RebuildChunk { uint64_t offset; uint32_t frames; uint64_t samples; };
@@ -379,7 +335,6 @@ public:
     // The steps of the routes that still keep their state here; each sends
     // its verdict itself.
     void RepairQuickTimeFamily(const RepairJob& job);
-    void RepairAviPath(const RepairJob& job);
     void RepairDatPath(const RepairJob& job);
     void RepairAsfPath(const RepairJob& job);
     void RepairMtsPath(const RepairJob& job);

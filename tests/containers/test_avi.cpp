@@ -4,12 +4,14 @@
 // tagged XVID with MP3, PCM or no sound): whole, index cut off, holes, and
 // the header zeroed with a sample given.
 #include "batch_check.h"
+#include "containers/avi.h"
 #include "core/log_cipher.h"
-#include "core/thread_video_repair.h"
+#include "core/repair_globals.h"
+#include "support/bytes.h"
+#include "support/route_job.h"
 
 #include <QDir>
 #include <QFile>
-#include <QtEndian>
 #include <QtTest>
 #include <functional>
 
@@ -18,28 +20,21 @@ using containers::repairedPath;
 
 namespace {
 
-QByteArray le(quint32 v)
-{
-    char c[4];
-    qToLittleEndian(v, c);
-    return QByteArray(c, 4);
-}
-quint32 le32(const QByteArray& b, qint64 pos) { return qFromLittleEndian<quint32>(b.constData() + pos); }
-
 QByteArray chunk(const char* tag, const QByteArray& payload)
 {
     return QByteArray(tag, 4) + le(quint32(payload.size())) + payload + QByteArray(payload.size() & 1, '\0');
 }
 QByteArray videoChunk(int size) { return chunk("00dc", QByteArray(size, 'v')); }
 
-// A strh payload whose bytes are recognisable by seed.
-QByteArray strhPayload(const char* type, int size, int seed)
+// Bytes seed + i for i from `from` to `to`: fields recognisable in an output.
+QByteArray counting(int from, int to, int seed)
 {
-    QByteArray p(type, 4);
-    for (int i = 4; i < size; ++i)
-        p.append(char(seed + i));
-    return p;
+    QByteArray b;
+    for (int i = from; i < to; ++i)
+        b.append(char(seed + i));
+    return b;
 }
+QByteArray strhPayload(const char* type, int size, int seed) { return QByteArray(type, 4) + counting(4, size, seed); }
 
 QByteArray strl(const char* type, int strhSize, const QByteArray& format, const char* behind = "JUNK", int seed = 0x20)
 {
@@ -48,20 +43,8 @@ QByteArray strl(const char* type, int strhSize, const QByteArray& format, const 
     return QByteArray("LIST") + le(quint32(body.size())) + body;
 }
 
-QByteArray videoFormat(int size = 40)
-{
-    QByteArray f = le(40) + le(320) + le(240);
-    while (f.size() < size)
-        f.append(char(0x60 + f.size()));
-    return f;
-}
-QByteArray audioFormat(int size = 18)
-{
-    QByteArray f;
-    for (int i = 0; i < size; ++i)
-        f.append(char(0x90 + i));
-    return f;
-}
+QByteArray videoFormat(int size = 40) { return le(40) + le(320) + le(240) + counting(12, size, 0x60); }
+QByteArray audioFormat(int size = 18) { return counting(0, size, 0x90); }
 
 // Filler behind movi keeps the header in the first tenth and sizes under a quarter.
 QByteArray aviFile(const QByteArray& streamLists, const QByteArray& chunks, int total = 16384)
@@ -136,6 +119,14 @@ QStringList mpeg4Args(int seconds, const QString& sound)
     return args + (sound.isEmpty() ? QStringList{"-an"} : QStringList{"-c:a", sound});
 }
 
+// The route's run, with a stop right where the chunk scan sets the bar's
+// range to the file's size.
+struct AviRun : RouteRun {
+    using RouteRun::RouteRun;
+    bool stopAtScan = false;
+    void setRange(ulong range) override { stop = stop || (stopAtScan && range != 500000); }
+};
+
 } // namespace
 
 class TestAvi : public QObject {
@@ -143,13 +134,13 @@ class TestAvi : public QObject {
     QString m_dir;
 
     struct Result {
-        int verdicts = 0;
+        QStringList verdicts;
         bool status = false;
         QByteArray out;
         QList<RiffChunk> chunks;
         bool consistent = false;   // every size agrees, every index entry names its chunk
         QList<IndexEntry> index;
-        bool clean = false;        // state cleared, scratch index gone, reference closed
+        bool noScratch = false;    // the scratch index is gone
         QList<RiffChunk> at(const QByteArray& path) const
         {
             QList<RiffChunk> r;
@@ -160,45 +151,26 @@ class TestAvi : public QObject {
         }
     };
 
-    Result repair(const QByteArray& input, bool hasAudio, const QByteArray* reference = nullptr,
-                  const std::function<void(ThreadVideoRepair&)>& setup = {},
-                  quint64 partLimit = ThreadVideoRepair::kAviPartLimit)
+    // Repairs input as clip.avi through the route, with sample.avi as the
+    // sample when one is given.
+    Result repair(const QByteArray& input, const QByteArray& sample = {}, quint64 partLimit = kAviPartLimit,
+                  const std::function<void(AviRun&)>& setup = {})
     {
         Result r;
         QFile::remove(m_dir + "/clip.avi");
         g_repairedPaths.clear();
-        {
-            ThreadVideoRepair t;
-            connect(&t, &ThreadVideoRepair::WriteAVIFileStatus, [&r](bool ok, QString name) {
-                r.verdicts += name == "clip.avi" ? 1 : 100;
-                r.status = ok;
-            });
-            t.m_file = std::make_unique<MemoryReader>(input);
-            g_inputSize = t.m_fileSize = quint64(input.size());
-            t.m_workDir = m_dir;
-            t.m_fileName = "clip.avi";
-            t.m_logPath = m_dir + "/logFile.txt";
-            g_sourceFullPath = m_dir + "/source/clip.avi";
-            t.m_logHandle.open(t.m_logPath);
-            if (setup)
-                setup(t);
-            if (reference) {
-                t.m_refFile = std::make_unique<MemoryReader>(*reference);
-                t.m_refFileSize = quint64(reference->size());
-                t.m_aviReferenceOpen = true;
-                t.RepairAviWithReference(hasAudio, partLimit);
-                t.m_aviReferenceOpen = t.m_aviReferenceOpen && t.m_refFile;
-            } else {
-                t.RepairAviDirect(hasAudio, partLimit);
-            }
-            t.m_logHandle.close();
-            r.clean = !t.m_aviReferenceOpen && t.m_aviOffsets.videoFormatRest == 0 && t.m_aviOffsets.audioFormat == 0
-                   && ThreadVideoRepair::g_aviVideoChunks + ThreadVideoRepair::g_aviAudioChunks
-                              + ThreadVideoRepair::g_aviMoviSize + ThreadVideoRepair::g_aviAudioBytes == 0;
+        AviRun run(m_dir, "clip.avi", std::make_unique<MemoryReader>(input));
+        if (!sample.isEmpty()) {
+            run.job.referencePath = m_dir + "/sample.avi";
+            writeAll(run.job.referencePath, sample);
         }
-        g_stopRequested = false;   // the thread object sets it when it goes
-        r.clean = r.clean && !QFile::exists(m_dir + "/Index.avi");
-        r.out = readAll(m_dir + "/clip.avi");
+        if (setup)
+            setup(run);
+        const Verdict v = run.run(*MakeAviRoute(partLimit));
+        r.verdicts = run.verdicts;
+        r.status = v.outcome == Verdict::Outcome::Repaired && v.aviSignal;
+        r.noScratch = !QFile::exists(m_dir + "/Index.avi");
+        r.out = readAll(run.job.outputPath());
         r.consistent = !r.out.isEmpty() && walkRiff(r.out, 0, r.out.size(), QByteArray(), r.chunks);
         const QList<RiffChunk> idx = r.at("AVI /idx1"), movi = r.at("AVI /movi/");
         for (quint32 i = 0; idx.size() == 1 && movi.size() == 1 && i + 16 <= idx[0].size; i += 16) {
@@ -215,7 +187,7 @@ class TestAvi : public QObject {
             const qint64 h = indx.pos + 8;
             const QByteArray id = r.out.mid(int(h) + 8, 4);
             for (quint32 e = 0; e < le32(r.out, h + 4); ++e) {
-                const qint64 ix = qint64(le32(r.out, h + 24 + 16 * e)) | qint64(le32(r.out, h + 28 + 16 * e)) << 32;
+                const qint64 ix = qint64(le64(r.out, h + 24 + 16 * e));
                 r.consistent = r.consistent && ix + 32 <= r.out.size() && r.out.mid(int(ix), 4) == "ix" + id.left(2)
                             && le32(r.out, ix + 4) + 8 == le32(r.out, h + 32 + 16 * e) && r.out.mid(int(ix) + 16, 4) == id;
                 const qint64 base = le32(r.out, ix + 20);
@@ -241,25 +213,16 @@ class TestAvi : public QObject {
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_dir = freshDir("avi");
-        g_stopRequested = false;
-        g_referencePath.clear();
-    }
-    void cleanup()
-    {
-        QDir(m_dir).removeRecursively();
-        g_stopRequested = false;
-    }
+    void init() { m_dir = freshDir("avi"); }
+    void cleanup() { QDir(m_dir).removeRecursively(); }
 
     void layoutFromA64ByteStreamHeader()
     {
         const QByteArray vfmt = videoFormat(46);
         const Result r = repair(aviFile(strl("vids", 64, vfmt) + strl("auds", 56, audioFormat(), "LIST", 0x40),
-                                        videoChunk(100) + chunk("01wb", QByteArray(30, 'a')) + videoChunk(64)), true);
-        QCOMPARE(r.verdicts, 1);
-        QVERIFY(r.status && r.clean && r.consistent);
+                                        videoChunk(100) + chunk("01wb", QByteArray(30, 'a')) + videoChunk(64)));
+        QCOMPARE(r.verdicts, QStringList{"1 clip.avi"});
+        QVERIFY(r.status && r.noScratch && r.consistent);
         QCOMPARE(qint64(le32(r.out, 4)) + 8, qint64(r.out.size()));
         QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.avi"});
 
@@ -301,7 +264,7 @@ private Q_SLOTS:
         odd[8 + 17] = char(0xAB);
         QTest::newRow("sizes 2, 16, 18 refused; 17, 0 taken; a quarter of the file refused")
             << aviFile(lists, chunk("00dc", "zz") + chunk("00dc", QByteArray(16, 'p')) + chunk("00db", QByteArray(18, 'q'))
-                                  + odd + chunk("00dc", QByteArray()) + "01wb" + le(16384 / 4) + videoChunk(20))
+                                  + odd + chunk("00dc", QByteArray()) + "00dc" + le(16384 / 4) + videoChunk(20))
             << QList<quint32>{17, 0, 20};
         QTest::newRow("idx1 in the middle ends the scan")
             << aviFile(lists, videoChunk(10) + "junk idx1 junk" + videoChunk(10) + videoChunk(12)) << QList<quint32>{10};
@@ -320,7 +283,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, input);
         QFETCH(QList<quint32>, lengths);
-        const Result r = repair(input, false);
+        const Result r = repair(input);
         QVERIFY(r.status && r.consistent);
         QList<quint32> got;
         for (const IndexEntry& e : r.index)
@@ -337,19 +300,17 @@ private Q_SLOTS:
         for (int i = 1; i <= 2050; ++i)
             chunks += videoChunk(4) + (i == 3 ? chunk("01wb", "abcd") : QByteArray());
         const QByteArray in = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()), chunks, 40000);
-        const Result r = repair(in, true);
+        const Result r = repair(in);
         QVERIFY(r.status && r.consistent);
         QCOMPARE(le32(r.out, r.at("AVI /hdrl/avih").value(0).pos + 8 + 16), 2050u);   // dwTotalFrames
         QCOMPARE(r.index.size(), 2051);
         QList<int> keys;
-        for (int e = 0, video = 0; e < r.index.size(); ++e) {
-            if (r.index[e].tag == "01wb") {
-                QCOMPARE(r.index[e].flags, 0x10u);
-                continue;
-            }
-            ++video;
-            QVERIFY(r.index[e].flags == 0 || r.index[e].flags == 0x10u);
-            if (r.index[e].flags)
+        int video = 0;
+        for (const IndexEntry& e : r.index) {
+            const bool sound = e.tag == "01wb";
+            video += sound ? 0 : 1;
+            QVERIFY(e.flags == 0x10u || (e.flags == 0 && !sound));
+            if (e.flags && !sound)
                 keys << video;
         }
         QCOMPARE(keys, QList<int>({1, 1025, 2049}));
@@ -366,7 +327,7 @@ private Q_SLOTS:
     {
         // An audio strf of size 0 is left out; odd formats keep their pad.
         const Result r0 = repair(aviFile(strl("vids", 56, videoFormat(41)) + strl("auds", 56, QByteArray()),
-                                         videoChunk(8) + chunk("01wb", "abc")), true);
+                                         videoChunk(8) + chunk("01wb", "abc")));
         QVERIFY(r0.status && r0.consistent);
         QCOMPARE(r0.at("AVI /hdrl/strl/strf").size(), 1);
         QCOMPARE(r0.at("AVI /hdrl/strl/strf")[0].size, 41u);
@@ -375,66 +336,56 @@ private Q_SLOTS:
         // A video strf under 40 bytes, or one without a known tag behind it:
         // nothing written, the verdict is false.
         for (const QByteArray& lists : {strl("vids", 56, videoFormat(24)), strl("vids", 56, videoFormat(), "abcd")}) {
-            const Result r = repair(aviFile(lists, videoChunk(8)), false);
-            QCOMPARE(r.verdicts, 1);
-            QVERIFY(!r.status && r.out.isEmpty() && g_repairedPaths.isEmpty());
+            const Result r = repair(aviFile(lists, videoChunk(8)));
+            QCOMPARE(r.verdicts, QStringList{"0 clip.avi"});
+            QVERIFY(r.out.isEmpty() && g_repairedPaths.isEmpty());
         }
     }
 
+    // Sound counts when "01wb" stands in the first tenth of the damaged file;
+    // the stream headers then come from the sample, when one is given.
     void soundAndSample()
     {
-        const QByteArray withSound = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()),
-                                             videoChunk(8) + chunk("01wb", "abcd"));
+        const QByteArray lists = strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat());
+        const QByteArray withSound = aviFile(lists, videoChunk(8) + chunk("01wb", "abcd"));
         const QByteArray withoutSound = aviFile(strl("vids", 56, videoFormat(), "JUNK", 0x30), videoChunk(8));
         // Damaged with sound, sample without: false, nothing written.
-        Result r = repair(withSound, true, &withoutSound);
-        QCOMPARE(r.verdicts, 1);
-        QVERIFY(r.clean && !r.status && r.out.isEmpty());
+        Result r = repair(withSound, withoutSound);
+        QCOMPARE(r.verdicts, QStringList{"0 clip.avi"});
+        QVERIFY(r.noScratch && r.out.isEmpty());
         // Damaged without sound, sample with: only the sample's video header.
-        r = repair(withoutSound, false, &withSound);
+        r = repair(withoutSound, withSound);
         QVERIFY(r.status && r.consistent);
         QCOMPARE(r.at("AVI /hdrl/strl/").size(), 1);
         QCOMPARE(r.out.mid(int(r.at("AVI /hdrl/strl/strh").value(0).pos) + 12, 4), strhPayload("vids", 56, 0x20).mid(4, 4));
-        // Sound in the file but not asked for: one stream.
-        r = repair(withSound, false);
+        // Sound only past the first tenth: one stream, the sound chunk indexed.
+        r = repair(aviFile(lists, videoChunk(8) + videoChunk(2000) + chunk("01wb", "abcd")));
         QVERIFY(r.status);
         QCOMPARE(le32(r.out, r.at("AVI /hdrl/avih").value(0).pos + 8 + 24), 1u);
-        QCOMPARE(r.index.size(), 2);
+        QCOMPARE(r.index.size(), 3);
     }
 
-    // The work folder is the source's own: the output may not replace it.
-    void neverWritesOverTheSource()
+    // The work folder: the output never replaces the source, a source named
+    // like the scratch index keeps them apart, and a stop in the chunk scan
+    // leaves only the log.
+    void workFolder()
     {
-        const Result r = repair(kVideoOnly, false, nullptr, [this](ThreadVideoRepair&) {
-            g_sourceFullPath = m_dir + "/clip.avi";
-            writeAll(g_sourceFullPath, kVideoOnly);
+        Result r = repair(kVideoOnly, {}, kAviPartLimit, [](AviRun& run) {
+            run.job.inputPath = run.job.outputPath();
+            writeAll(run.job.inputPath, kVideoOnly);
         });
-        QVERIFY(r.verdicts == 1 && !r.status);
+        QCOMPARE(r.verdicts, QStringList{"0 clip.avi"});
         QCOMPARE(r.out, kVideoOnly);
-    }
 
-    void stopDuringTheScanLeavesNothing()
-    {
-        const Result r = repair(kVideoOnly, false, nullptr, [](ThreadVideoRepair& t) {
-            // The scan announces its range first; the stop lands right behind it.
-            QObject::connect(&t, &ThreadVideoRepair::SetProgressBarRange, [](ulong range) {
-                if (range != 500000)
-                    g_stopRequested = true;
-            });
-        });
-        QCOMPARE(r.verdicts, 0);
-        QVERIFY(r.clean);
+        r = repair(kVideoOnly, {}, kAviPartLimit, [](AviRun& run) { run.job.fileName = "Index.avi"; });
+        QVERIFY(r.status && r.consistent);
+        QCOMPARE(r.at("AVI /movi/00dc").size(), 2);
+        QCOMPARE(QDir(m_dir).entryList(QDir::Files), QStringList({"Index.avi", "logFile.txt"}));
+
+        QFile::remove(m_dir + "/Index.avi");
+        r = repair(kVideoOnly, {}, kAviPartLimit, [](AviRun& run) { run.stopAtScan = true; });
+        QVERIFY(r.verdicts.isEmpty() && r.noScratch);
         QCOMPARE(QDir(m_dir).entryList(QDir::Files), QStringList{"logFile.txt"});
-    }
-
-    void sourceNamedLikeTheScratchIndex()
-    {
-        repair(kVideoOnly, false, nullptr, [](ThreadVideoRepair& t) { t.m_fileName = "Index.avi"; });
-        QList<RiffChunk> chunks;
-        const QByteArray out = readAll(m_dir + "/Index.avi");
-        QVERIFY(walkRiff(out, 0, out.size(), QByteArray(), chunks));
-        QCOMPARE(std::count_if(chunks.begin(), chunks.end(), [](const RiffChunk& c) { return c.path == "AVI /movi/00dc"; }), 2);
-        QCOMPARE(QDir(m_dir).entryList(QDir::Files).size(), 2);   // the output and logFile.txt
     }
 
     // A file that passes the part limit is written in parts: the first RIFF
@@ -445,16 +396,17 @@ private Q_SLOTS:
         const QByteArray in = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()),
                                       videoChunk(300) + chunk("01wb", QByteArray(41, 'a')) + videoChunk(301)
                                           + videoChunk(302) + chunk("01wb", QByteArray(40, 'b')));
-        const Result whole = repair(in, true);
+        const Result whole = repair(in);
         QVERIFY(whole.status && whole.consistent);
-        QCOMPARE(repair(in, true, nullptr, {}, quint64(whole.out.size())).out, whole.out);
-        const Result parts = repair(in, true, nullptr, {}, quint64(whole.out.size()) - 1);
-        QVERIFY(parts.status && parts.consistent && parts.clean);
+        QCOMPARE(repair(in, {}, quint64(whole.out.size())).out, whole.out);
+        const Result parts = repair(in, {}, quint64(whole.out.size()) - 1);
+        QVERIFY(parts.status && parts.consistent && parts.noScratch);
         QCOMPARE(parts.at("AVI /hdrl/strl/indx").size(), 2);
         QCOMPARE(le32(parts.out, parts.at("AVI /hdrl/odml/dmlh").value(0).pos + 8), 3u);
-        // 480 bytes a part: the header fills the first beside one chunk;
-        // each AVIX part takes a sound and a video chunk (88 + 58 + 318).
-        const Result small = repair(in, true, nullptr, {}, 480);
+        // 464 bytes a part: the header fills the first beside one chunk;
+        // each AVIX part takes a sound and a video chunk, 88 + 58 + 318 bytes,
+        // the limit itself.
+        const Result small = repair(in, {}, 464);
         QVERIFY(small.status && small.consistent);
         QCOMPARE(small.at("AVIX/").size(), 2);
         QCOMPARE(small.index.size(), 1);   // idx1: the first part's chunks
@@ -469,7 +421,7 @@ private Q_SLOTS:
         const QString original = clip("mp3");
         const QByteArray bytes = readAll(original);
         QVERIFY(bytes.size() > 3 << 20);
-        const Result r = repair(bytes, true, nullptr, {}, 1 << 20);
+        const Result r = repair(bytes, {}, 1 << 20);
         QVERIFY(r.status && r.consistent);
         QVERIFY(r.at("AVIX/").size() >= 2);
         for (const RiffChunk& c : r.chunks)
@@ -491,7 +443,7 @@ private Q_SLOTS:
         }
         // Repaired again in one part: the scan goes on behind the first idx1
         // and passes over every index, so nothing is lost or added.
-        const Result again = repair(r.out, true);
+        const Result again = repair(r.out);
         QVERIFY(again.status && again.consistent && again.at("AVIX/").isEmpty());
         QCOMPARE(again.index.size(), r.at("AVI /movi/00dc").size() + r.at("AVIX/movi/00dc").size()
                                          + r.at("AVI /movi/01wb").size() + r.at("AVIX/movi/01wb").size());
@@ -614,6 +566,7 @@ private Q_SLOTS:
         const containers::Batch b = containers::repairFiles(inputs);
         QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
         QCOMPARE(b.repaired, QList<bool>({false, false, false, false, false, true}));
+        QCOMPARE(b.signalNames.count("WriteAVIFileStatus"), files.size());
         QCOMPARE(b.outputs, QStringList{repairedPath(inputs.last())});
         QCOMPARE(QDir(m_dir + "/Repaired").entryList({"*.avi"}, QDir::Files), QStringList{"past_end.avi"});
         QVERIFY(decodedVideoFrames(b.outputs[0]) > 50);

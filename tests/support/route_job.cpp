@@ -21,9 +21,11 @@ RouteRun::RouteRun(const QString& dir, const QString& fileName, std::unique_ptr<
     log.open(job.logPath);
 }
 
-Verdict RouteRun::run()
+Verdict RouteRun::run() { return run(*RouteForSuffix(job.suffix)); }
+
+Verdict RouteRun::run(Route& route)
 {
-    const Verdict v = RouteForSuffix(job.suffix)->repair(job, *this);
+    const Verdict v = route.repair(job, *this);
     sendVerdict(job, v);
     log.close();
     return v;

@@ -13,6 +13,7 @@ struct RouteRun : Reporter {
     // Runs the route of the file's suffix; the verdict it returns is kept
     // with those sent before it, as "1 clip.flv" or "0 clip.flv".
     Verdict run();
+    Verdict run(Route& route);   // a route made by the test
 
     RepairJob job;
     std::unique_ptr<ByteReader> input;
