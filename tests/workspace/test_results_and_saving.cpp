@@ -460,6 +460,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_dir + QStringLiteral("/Repaired/lost.mp4")));
         // The completed row now has a result to save.
         m_window->OnRepairItemClicked(row(0), W::ResName);
+        m_window->OnSelectAllClicked(true);
         QVERIFY(m_window->saveBtn->isEnabled());
     }
 };
