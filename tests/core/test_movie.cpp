@@ -17,13 +17,6 @@ using namespace testvideo;
 
 namespace {
 
-QByteArray be32(uint32_t v) { return QByteArray::fromHex(QByteArray::number(v, 16).rightJustified(8, '0')); }
-QByteArray atom(const char* code, const QByteArray& body) { return be32(uint32_t(8 + body.size())) + code + body; }
-uint32_t word(const QByteArray& f, qint64 at)
-{
-    return at < 0 || at + 4 > f.size() ? 0 : ByteReader::loadBe32(reinterpret_cast<const uint8_t*>(f.constData() + at));
-}
-
 // One track of a clip, found by atom sizes and told by its handler: the
 // position of its trak and ctts (-1: none), its stsd, its mdhd time scale.
 struct Track {
@@ -34,8 +27,8 @@ struct Track {
 Track track(const QByteArray& f, const char* handler)
 {
     const qint64 moov = findTopLevelAtom(f, "moov");
-    for (qint64 at = moov + 8; moov >= 0 && word(f, at) >= 8 && at < moov + word(f, moov); at += word(f, at)) {
-        const qint64 end = at + word(f, at);
+    for (qint64 at = moov + 8; moov >= 0 && readBe(f, at) >= 8 && at < moov + readBe(f, moov); at += readBe(f, at)) {
+        const qint64 end = at + readBe(f, at);
         const auto in = [&](const char* code) {
             const qint64 c = f.indexOf(code, at);
             return c > at && c < end ? c - 4 : -1;
@@ -43,7 +36,7 @@ Track track(const QByteArray& f, const char* handler)
         if (f.mid(at + 4, 4) != "trak" || f.mid(in("hdlr") + 16, 4) != handler)
             continue;
         const qint64 stsd = in("stsd"), mdhd = in("mdhd");
-        return {at, in("ctts"), f.mid(stsd, int(word(f, stsd))), word(f, mdhd + (f[int(mdhd) + 8] == 1 ? 28 : 20))};
+        return {at, in("ctts"), f.mid(stsd, int(readBe(f, stsd))), readBe(f, mdhd + (f[int(mdhd) + 8] == 1 ? 28 : 20))};
     }
     return {};
 }
@@ -107,16 +100,16 @@ QStringList clipArgs(const QString& video, const QString& audio, int sampleRate 
 // A video stsd with one avc1 entry, padded to make the atom totalSize bytes.
 QByteArray videoStsd(int totalSize)
 {
-    return atom("stsd", be32(0) + be32(1) + be32(uint32_t(totalSize - 16)) + "avc1" + QByteArray(totalSize - 24, '\0'));
+    return qtAtom("stsd", beWords({0, 1, uint32_t(totalSize - 16)}) + "avc1" + QByteArray(totalSize - 24, '\0'));
 }
 
 using CttsEntries = QList<QPair<uint32_t, uint32_t>>;
 QByteArray cttsAtom(const CttsEntries& entries)
 {
-    QByteArray body = be32(0) + be32(uint32_t(entries.size()));
+    QByteArray body = beWords({0, uint32_t(entries.size())});
     for (const auto& e : entries)
-        body += be32(e.first) + be32(e.second);
-    return atom("ctts", body);
+        body += beWords({e.first, e.second});
+    return qtAtom("ctts", body);
 }
 
 // A movie made by code: a 640x480 video track (time scale 30000, delta 1001)
@@ -124,18 +117,18 @@ QByteArray cttsAtom(const CttsEntries& entries)
 QByteArray craftedMoov(int stsdSize = 120, const QByteArray& ctts = QByteArray())
 {
     QByteArray tkhd(76, '\0');
-    tkhd += be32(640 << 16) + be32(480 << 16);
-    const auto mdhd = [](uint32_t scale) { return atom("mdhd", QByteArray(12, '\0') + be32(scale) + QByteArray(8, '\0')); };
-    const QByteArray videoStbl = videoStsd(stsdSize) + atom("stts", be32(0) + be32(1) + be32(30) + be32(1001)) + ctts
-                               + atom("stsc", QByteArray(8, '\0'));
-    const QByteArray soundStbl = atom("stsd", be32(0) + be32(1) + atom("mp4a", QByteArray(28, '\0')))
-                               + atom("stts", be32(0) + be32(1) + be32(10) + be32(1024)) + atom("stsc", QByteArray(8, '\0'))
-                               + atom("stsz", be32(0) + be32(0) + be32(3) + be32(300) + be32(350) + be32(320));
-    const QByteArray video = atom("trak", atom("tkhd", tkhd) + atom("mdia", mdhd(30000)
-        + atom("minf", atom("vmhd", QByteArray(12, '\0')) + atom("stbl", videoStbl))));
-    const QByteArray sound = atom("trak", atom("tkhd", QByteArray(84, '\0')) + atom("mdia", mdhd(48000)
-        + atom("minf", atom("smhd", QByteArray(8, '\0')) + atom("stbl", soundStbl))));
-    return atom("moov", atom("mvhd", QByteArray(100, '\0')) + video + sound);
+    tkhd += beWords({640 << 16, 480 << 16});
+    const auto mdhd = [](uint32_t scale) { return qtAtom("mdhd", QByteArray(12, '\0') + beWords({scale}) + QByteArray(8, '\0')); };
+    const QByteArray videoStbl = videoStsd(stsdSize) + qtAtom("stts", beWords({0, 1, 30, 1001})) + ctts
+                               + qtAtom("stsc", QByteArray(8, '\0'));
+    const QByteArray soundStbl = qtAtom("stsd", beWords({0, 1}) + qtAtom("mp4a", QByteArray(28, '\0')))
+                               + qtAtom("stts", beWords({0, 1, 10, 1024})) + qtAtom("stsc", QByteArray(8, '\0'))
+                               + qtAtom("stsz", beWords({0, 0, 3, 300, 350, 320}));
+    const QByteArray video = qtAtom("trak", qtAtom("tkhd", tkhd) + qtAtom("mdia", mdhd(30000)
+        + qtAtom("minf", qtAtom("vmhd", QByteArray(12, '\0')) + qtAtom("stbl", videoStbl))));
+    const QByteArray sound = qtAtom("trak", qtAtom("tkhd", QByteArray(84, '\0')) + qtAtom("mdia", mdhd(48000)
+        + qtAtom("minf", qtAtom("smhd", QByteArray(8, '\0')) + qtAtom("stbl", soundStbl))));
+    return qtAtom("moov", qtAtom("mvhd", QByteArray(100, '\0')) + video + sound);
 }
 
 // A sparse file of size with the given pieces written at their positions.
@@ -148,7 +141,7 @@ void sparse(const QString& path, qint64 size, const QList<QPair<qint64, QByteArr
         QVERIFY(f.seek(p.first) && f.write(p.second) == p.second.size());
 }
 
-const QByteArray kFtyp = atom("ftyp", QByteArray(12, 'x'));
+const QByteArray kFtyp = qtAtom("ftyp", QByteArray(12, 'x'));
 
 } // namespace
 
@@ -159,7 +152,7 @@ class TestMovie : public QObject {
     QString crafted(const QByteArray& moov, qint64 pad = 4096)
     {
         const QString p = m_dir + QStringLiteral("/crafted.mov");
-        writeAll(p, atom("ftyp", QByteArray("isom\0\0\0\0", 8)) + atom("mdat", QByteArray(int(pad), '\x11')) + moov);
+        writeAll(p, qtAtom("ftyp", QByteArray("isom\0\0\0\0", 8)) + qtAtom("mdat", QByteArray(int(pad), '\x11')) + moov);
         return p;
     }
 
@@ -209,7 +202,7 @@ private Q_SLOTS:
         QFETCH(bool, reference);
         QFETCH(QList<ulong>, ranges);
         const QString p = m_dir + QStringLiteral("/sparse.mov");
-        sparse(p, size, {{0, kFtyp + be32(mdatSize) + "mdat"}, {moovAt, craftedMoov()}});
+        sparse(p, size, {{0, kFtyp + beWords({mdatSize}) + "mdat"}, {moovAt, craftedMoov()}});
         ThreadVideoRepair t;
         QList<ulong> got;
         connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { got << r; });
@@ -303,7 +296,7 @@ private Q_SLOTS:
 
         const qint64 ctts = video.ctts;
         if (name.startsWith(QLatin1String("h264")))
-            QVERIFY2(ctts > 0 && word(bytes, ctts + 12) > 1, "x264 with -bf 2 should give a ctts");
+            QVERIFY2(ctts > 0 && readBe(bytes, ctts + 12) > 1, "x264 with -bf 2 should give a ctts");
         // m_isJpeg belongs to the damaged file: the sample's reader neither sets
         // nor clears it. Each reader starts with it the other way round.
         const bool jpegBefore = !flags.contains(QLatin1String("jpeg"));
@@ -323,13 +316,13 @@ private Q_SLOTS:
             } else {
                 QVERIFY(readDamaged(t, src));
                 // The first entries of a ctts with more than one.
-                QCOMPARE(t.m_hasCtts, ctts > 0 && word(bytes, ctts + 12) > 1);
+                QCOMPARE(t.m_hasCtts, ctts > 0 && readBe(bytes, ctts + 12) > 1);
                 if (t.m_hasCtts) {
-                    QCOMPARE(t.m_cttsEntries, word(bytes, ctts + 12));
-                    QCOMPARE(t.m_cttsCount0, word(bytes, ctts + 16));
-                    QCOMPARE(t.m_cttsOffset0, word(bytes, ctts + 20));
-                    QCOMPARE(t.m_cttsCount1, word(bytes, ctts + 24));
-                    QCOMPARE(t.m_cttsOffset1, word(bytes, ctts + 28));
+                    QCOMPARE(t.m_cttsEntries, readBe(bytes, ctts + 12));
+                    QCOMPARE(t.m_cttsCount0, readBe(bytes, ctts + 16));
+                    QCOMPARE(t.m_cttsOffset0, readBe(bytes, ctts + 20));
+                    QCOMPARE(t.m_cttsCount1, readBe(bytes, ctts + 24));
+                    QCOMPARE(t.m_cttsOffset1, readBe(bytes, ctts + 28));
                 }
                 QVERIFY(g_hasSoundTrak);
                 QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
@@ -396,7 +389,7 @@ private Q_SLOTS:
         }
         QByteArray moov = craftedMoov();
         const int at = moov.indexOf("stsd") - 4;
-        moov.replace(at, 4, be32(900));
+        moov.replace(at, 4, beWords({900}));
         const QString p = crafted(moov.left(at + 60));
         ThreadVideoRepair t;
         QVERIFY(readDamaged(t, p));
@@ -417,8 +410,8 @@ private Q_SLOTS:
             while (filler.size() < 9000 + shift)
                 filler += QByteArray(tokens[gen.bounded(int(std::size(tokens)))]);
             QByteArray moov = craftedMoov(120, cttsAtom({{1, 10}, {1, 20}, {1, 30}}));
-            moov.insert(moov.indexOf("trak") - 4, atom("free", filler));   // between mvhd and the first track
-            moov.replace(0, 4, be32(uint32_t(moov.size())));
+            moov.insert(moov.indexOf("trak") - 4, qtAtom("free", filler));   // between mvhd and the first track
+            moov.replace(0, 4, beWords({uint32_t(moov.size())}));
             const QString p = crafted(moov, 4096 + shift);
             ThreadVideoRepair t, ref;
             clearGlobals();
@@ -443,7 +436,7 @@ private Q_SLOTS:
     {
         const QString p = crafted(craftedMoov());
         QByteArray bytes = readAll(p);
-        bytes.replace(int(findTopLevelAtom(bytes, "moov")), 4, be32(uint32_t(bytes.size())));
+        bytes.replace(int(findTopLevelAtom(bytes, "moov")), 4, beWords({uint32_t(bytes.size())}));
         writeAll(p, bytes);
         for (const bool moovReadBefore : {false, true}) {
             ThreadVideoRepair t;
@@ -505,7 +498,7 @@ private Q_SLOTS:
         QTest::newRow("zero size") << QByteArray("\0\0\0\0" "free", 8) + QByteArray(100, '\0');
         QTest::newRow("64-bit size that wraps") << QByteArray("\0\0\0\x01" "mdat\xff\xff\xff\xff\xff\xff\xff\xf0", 16);
         QTest::newRow("truncated moov") << QByteArray("\0\0\x10\0" "moov\0\0\0\x6c" "mv", 14);
-        QTest::newRow("moov inside mdat") << atom("mdat", craftedMoov().left(60)) + QByteArray(50, '\0');
+        QTest::newRow("moov inside mdat") << qtAtom("mdat", craftedMoov().left(60)) + QByteArray(50, '\0');
         const QByteArray clip = readAll(make(QStringLiteral("h264_aac_end.mov"), clipArgs(QLatin1String(kH264), QLatin1String(kAac))));
         const int mvhd = clip.indexOf("mvhd");
         QTest::newRow("clip cut in mvhd's code") << clip.left(mvhd + 4);

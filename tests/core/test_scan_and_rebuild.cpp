@@ -15,26 +15,14 @@
 using namespace testvideo;
 
 namespace {
-QByteArray Words(std::initializer_list<uint32_t> words)
-{
-    QByteArray b;
-    for (uint32_t w : words)
-        for (int s = 24; s >= 0; s -= 8)
-            b += char(w >> s);
-    return b;
-}
-uint32_t Be32(const QByteArray& b, qint64 at)
-{
-    return at < 0 || at + 4 > b.size() ? 0 : ByteReader::loadBe32(reinterpret_cast<const uint8_t*>(b.constData() + at));
-}
-uint64_t Be64(const QByteArray& b, qint64 at) { return uint64_t(Be32(b, at)) << 32 | Be32(b, at + 4); }
+uint64_t Be64(const QByteArray& b, qint64 at) { return uint64_t(readBe(b, at)) << 32 | readBe(b, at + 4); }
 // The n-th atom named code, head included, or empty.
 QByteArray Atom(const QByteArray& file, const char* code, int n = 0)
 {
     qint64 at = 0;
     for (int i = 0; i <= n && at >= 0; ++i)
         at = file.indexOf(code, at ? at + 4 : 0);
-    return at < 4 ? QByteArray() : file.mid(at - 4, Be32(file, at - 4));
+    return at < 4 ? QByteArray() : file.mid(at - 4, readBe(file, at - 4));
 }
 QString Line(const char* kind, qint64 at, qint64 size)
 {
@@ -77,7 +65,7 @@ class TestScanAndRebuild : public QObject {
         for (int i = 0; i < b.size(); ++i)
             b[i] = char(i * 7);
         if (ftypSize)
-            b.replace(0, 8, Words({uint32_t(ftypSize)}) + "ftyp");
+            b.replace(0, 8, beWords({uint32_t(ftypSize)}) + "ftyp");
         return b;
     }
 
@@ -141,7 +129,7 @@ private Q_SLOTS:
         // ftyp, mdat, frame + two 32-byte audio frames, frame + audio, a last frame (no line).
         const QByteArray frame = QByteArray::fromHex("000001B6") + QByteArray(300, char(0x55));
         const QByteArray audio = QByteArray(1, char(0x3C)) + QByteArray(31, char(0x66));
-        QByteArray file = Words({16}) + "ftyp" + QByteArray(8, 0) + Words({0}) + "mdat";
+        QByteArray file = beWords({16}) + "ftyp" + QByteArray(8, 0) + beWords({0}) + "mdat";
         const int a = file.size(), b = a + 304 + 64;
         file += frame + audio + audio + frame + audio + frame;
         QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames),
@@ -150,14 +138,14 @@ private Q_SLOTS:
         // The frame in front of moov ends at moov's size word; start codes in the
         // movie's tables are not frames.
         const QByteArray small = QByteArray::fromHex("000001B6") + QByteArray(200, char(0x55));
-        file = Words({8}) + "mdat" + small + small + Words({64}) + "moov"
+        file = beWords({8}) + "mdat" + small + small + beWords({64}) + "moov"
              + QByteArray::fromHex("0000811200000000000001B6") + QByteArray(44, char(0x77)) + small;
         QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames), QStringList({Line(V, 8, 204), Line(V, 212, 204)}));
 
         // Zeros over the end of one frame and the start of the next: the frame
         // before the hole runs to the first opening behind it.
         const QByteArray big = QByteArray::fromHex("000001B6") + QByteArray(500, char(0x55));
-        file = Words({8}) + "mdat" + big + big + big + big + big;
+        file = beWords({8}) + "mdat" + big + big + big + big + big;
         file.replace(8 + 504 + 300, 600, QByteArray(600, 0));
         QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames),
                  QStringList({Line(V, 8, 504), Line(V, 512, 1008), Line(V, 1520, 504)}));
@@ -166,10 +154,10 @@ private Q_SLOTS:
     void proResFramesPaddingAndSound()
     {
         // frame, frame, zero padding, sound, zero padding, frame, zeros, moov, a frame behind moov.
-        const auto frame = [](int size) { return Words({uint32_t(size)}) + "icpf" + QByteArray(size - 8, char(0x33)); };
+        const auto frame = [](int size) { return beWords({uint32_t(size)}) + "icpf" + QByteArray(size - 8, char(0x33)); };
         const QByteArray file = QByteArray(20, 'm') + frame(400) + frame(300) + QByteArray(16, 0)
                               + QByteArray(200, char(0x44)) + QByteArray(16, 0) + frame(500) + QByteArray(16, 0)
-                              + Words({8}) + "moov" + frame(100);
+                              + beWords({8}) + "moov" + frame(100);
         QCOMPARE(scan(file, &ThreadVideoRepair::ScanProResFrames),
                  QStringList({Line(V, 20, 400), Line(V, 420, 300), Line(A, 736, 200), Line(V, 952, 500)}));
     }
@@ -184,8 +172,8 @@ private Q_SLOTS:
             QVERIFY(scan(zeros, s).isEmpty());
             QVERIFY(scan(hostile, s).isEmpty());
         }
-        QVERIFY(scan((Words({0}) + "icpf").repeated(1000), &ThreadVideoRepair::ScanProResFrames).isEmpty());
-        QVERIFY(scan(Words({0x7FFFFFFF}) + "icpf" + QByteArray(100, 1), &ThreadVideoRepair::ScanProResFrames).isEmpty());
+        QVERIFY(scan((beWords({0}) + "icpf").repeated(1000), &ThreadVideoRepair::ScanProResFrames).isEmpty());
+        QVERIFY(scan(beWords({0x7FFFFFFF}) + "icpf" + QByteArray(100, 1), &ThreadVideoRepair::ScanProResFrames).isEmpty());
         QVERIFY(scan(QByteArray::fromHex("FFD8FFE0") + QByteArray(20000, 1), &ThreadVideoRepair::ScanJpegFrames).isEmpty());
     }
 
@@ -203,30 +191,30 @@ private Q_SLOTS:
         QVERIFY(!g_passFailed);
         QCOMPARE(g_repairedPaths, QStringList({m_dir + QStringLiteral("/out.mov")}));
         QCOMPARE(out.left(24), src.left(24));   // the small ftyp is copied
-        QCOMPARE(out.mid(24, 8), Words({1}) + "mdat");
+        QCOMPARE(out.mid(24, 8), beWords({1}) + "mdat");
         QCOMPARE(Be64(out, 32), uint64_t(16 + 108));
         QByteArray frames;
         for (int i = 0; i < 8; ++i)
             frames += src.mid(100 * (i + 1), 10 + i);
         QCOMPARE(out.mid(40, frames.size()), frames);
         const uint32_t d = 24 + 16;
-        QCOMPARE(Atom(out, "stsc", 0), Words({28}) + "stsc" + Words({0, 1, 1, 2, 1}));
-        QCOMPARE(Atom(out, "stsz", 0), Words({44}) + "stsz" + Words({0, 0, 6, 10, 11, 13, 14, 16, 17}));
-        QCOMPARE(Atom(out, "co64", 0), Words({40}) + "co64" + Words({0, 3, 0, d, 0, d + 33, 0, d + 75}));
-        QCOMPARE(Atom(out, "stts", 0), Words({24}) + "stts" + Words({0, 1, 6, 20}));
+        QCOMPARE(Atom(out, "stsc", 0), beWords({28}) + "stsc" + beWords({0, 1, 1, 2, 1}));
+        QCOMPARE(Atom(out, "stsz", 0), beWords({44}) + "stsz" + beWords({0, 0, 6, 10, 11, 13, 14, 16, 17}));
+        QCOMPARE(Atom(out, "co64", 0), beWords({40}) + "co64" + beWords({0, 3, 0, d, 0, d + 33, 0, d + 75}));
+        QCOMPARE(Atom(out, "stts", 0), beWords({24}) + "stts" + beWords({0, 1, 6, 20}));
         // Sound: one entry of one frame a chunk, two chunks, sizes listed.
-        QCOMPARE(Atom(out, "stsc", 1), Words({28}) + "stsc" + Words({0, 1, 1, 1, 1}));
-        QCOMPARE(Atom(out, "stsz", 1), Words({28}) + "stsz" + Words({0, 0, 2, 12, 15}));
-        QCOMPARE(Atom(out, "co64", 1), Words({32}) + "co64" + Words({0, 2, 0, d + 21, 0, d + 60}));
-        QCOMPARE(Atom(out, "stts", 1), Words({24}) + "stts" + Words({0, 1, 2, 1024}));
+        QCOMPARE(Atom(out, "stsc", 1), beWords({28}) + "stsc" + beWords({0, 1, 1, 1, 1}));
+        QCOMPARE(Atom(out, "stsz", 1), beWords({28}) + "stsz" + beWords({0, 0, 2, 12, 15}));
+        QCOMPARE(Atom(out, "co64", 1), beWords({32}) + "co64" + beWords({0, 2, 0, d + 21, 0, d + 60}));
+        QCOMPARE(Atom(out, "stts", 1), beWords({24}) + "stts" + beWords({0, 1, 2, 1024}));
         // Sizes agree: moov ends the file, tkhd carries 320 x 240, mvhd the duration.
         QCOMPARE(qint64(out.indexOf("moov") - 4 + Atom(out, "moov").size()), qint64(out.size()));
         const QByteArray tkhd = Atom(out, "tkhd");
         QCOMPARE(tkhd.size(), 92);
-        QCOMPARE(Be32(tkhd, 84), 320u << 16);
-        QCOMPARE(Be32(tkhd, 88), 240u << 16);
+        QCOMPARE(readBe(tkhd, 84), 320u << 16);
+        QCOMPARE(readBe(tkhd, 88), 240u << 16);
         QCOMPARE(Atom(out, "mvhd").size(), 108);
-        QCOMPARE(Be32(Atom(out, "mvhd"), 24), 6u * 20);
+        QCOMPARE(readBe(Atom(out, "mvhd"), 24), 6u * 20);
     }
 
     void videoOnlyAndCttsRounding()
@@ -239,16 +227,16 @@ private Q_SLOTS:
         t.m_cttsOffset0 = 40; t.m_cttsOffset1 = 80; t.m_cttsOffset2 = 20;
         const QByteArray out = rebuild(t, source(60), lines);   // an ftyp of 60 bytes: the default stands
         QCOMPARE(out.left(32), QByteArray::fromHex("0000002066747970717420202005030071742020000000000000000000000000"));
-        QCOMPARE(out.mid(32, 8), Words({1}) + "mdat");
+        QCOMPARE(out.mid(32, 8), beWords({1}) + "mdat");
         QVERIFY(Atom(out, "smhd").isEmpty());   // no audio track
-        QCOMPARE(Atom(out, "stsc"), Words({28}) + "stsc" + Words({0, 1, 1, 7, 1}));
+        QCOMPARE(Atom(out, "stsc"), beWords({28}) + "stsc" + beWords({0, 1, 1, 7, 1}));
         // Seven frames: three rounds of three, nine entries.
-        QCOMPARE(Atom(out, "ctts"), Words({88}) + "ctts" + Words({0, 9, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20}));
+        QCOMPARE(Atom(out, "ctts"), beWords({88}) + "ctts" + beWords({0, 9, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20}));
         ThreadVideoRepair t2;
         t2.m_hasCtts = true;
         t2.m_cttsOffset0 = 0; t2.m_cttsOffset1 = 30; t2.m_cttsOffset2 = 10;
         QCOMPARE(Atom(rebuild(t2, source(), lines.mid(0, 4)), "ctts"),
-                 Words({56}) + "ctts" + Words({0, 5, 1, 0, 1, 30, 1, 10, 1, 30, 1, 10}));
+                 beWords({56}) + "ctts" + beWords({0, 5, 1, 0, 1, 30, 1, 10, 1, 30, 1, 10}));
     }
 
     // Lines that don't decipher or don't fit the file are passed over the same
@@ -269,8 +257,8 @@ private Q_SLOTS:
         QVERIFY(!g_passFailed);
         QCOMPARE(Be64(out, 40), uint64_t(16 + 20));
         QCOMPARE(out.mid(48, 20), src.left(10) + src.mid(4086, 10));
-        QCOMPARE(Atom(out, "stsz"), Words({28}) + "stsz" + Words({0, 0, 2, 10, 10}));
-        QCOMPARE(Atom(out, "co64"), Words({24}) + "co64" + Words({0, 1, 0, 48}));
+        QCOMPARE(Atom(out, "stsz"), beWords({28}) + "stsz" + beWords({0, 0, 2, 10, 10}));
+        QCOMPARE(Atom(out, "co64"), beWords({24}) + "co64" + beWords({0, 1, 0, 48}));
         QVERIFY(Atom(out, "smhd").isEmpty());
     }
 

@@ -16,21 +16,11 @@ using namespace syntax;
 
 namespace {
 
-QStringList Args(const QString& text) { return text.split(QLatin1Char(' '), Qt::SkipEmptyParts); }
-
-quint32 Be(const QByteArray& b, qint64 pos, int bytes)
-{
-    quint32 v = 0;
-    for (int i = 0; i < bytes; ++i)
-        v = v << 8 | quint8(b[int(pos) + i]);
-    return v;
-}
-
 // The body of the first box named fourcc at or after from, found by its name.
 QByteArray Box(const QByteArray& file, qint64 from, const char* fourcc)
 {
     const qint64 at = file.indexOf(fourcc, int(from));
-    return at < 4 ? QByteArray() : file.mid(int(at) + 4, int(Be(file, at - 4, 4)) - 8);
+    return at < 4 ? QByteArray() : file.mid(int(at) + 4, int(readBe(file, at - 4, 4)) - 8);
 }
 
 std::vector<uint8_t> Bytes(const QByteArray& b) { return std::vector<uint8_t>(b.begin(), b.end()); }
@@ -128,7 +118,7 @@ private slots:
         QFETCH(int, pocType);
         QFETCH(int, needType);
         const NalCodec codec = pocType < 0 ? NalCodec::Hevc : NalCodec::H264;
-        const QString path = make(name, lavfiVideo(4) + Args(codecArgs + " -pix_fmt yuv420p"));
+        const QString path = make(name, lavfiVideo(4) + splitArgs(codecArgs + " -pix_fmt yuv420p"));
         QVERIFY(!path.isEmpty());
         const QByteArray file = readAll(path);
         const qint64 moov = findTopLevelAtom(file, "moov");
@@ -138,11 +128,11 @@ private slots:
         QVERIFY(syn.loadConfig(codec, reinterpret_cast<const uint8_t*>(cfg.constData()), size_t(cfg.size())));
         std::set<int> sync;
         const QByteArray stss = Box(file, moov, "stss");
-        for (quint32 k = 0; stss.size() >= 8 && k < Be(stss, 4, 4); ++k)
-            sync.insert(int(Be(stss, 8 + 4 * k, 4)) - 1);
+        for (quint32 k = 0; stss.size() >= 8 && k < readBe(stss, 4, 4); ++k)
+            sync.insert(int(readBe(stss, 8 + 4 * k, 4)) - 1);
 
         QByteArray probe;
-        QCOMPARE(run("ffprobe", Args("-v error -select_streams v:0 -show_entries packet=pos,size,pts -of csv=p=0")
+        QCOMPARE(run("ffprobe", splitArgs("-v error -select_streams v:0 -show_entries packet=pos,size,pts -of csv=p=0")
                                     << path, &probe), 0);
         PocTracker tracker(syn);
         std::vector<int64_t> pocs, pts;
@@ -158,7 +148,7 @@ private slots:
             const qint64 end = at + f[1].toLongLong();
             bool sawSlice = false;
             while (at + syn.lengthSize() <= end) {
-                const int len = int(Be(file, at, syn.lengthSize()));
+                const int len = int(readBe(file, at, syn.lengthSize()));
                 at += syn.lengthSize();
                 QVERIFY(len > 0 && at + len <= end);
                 const QByteArray unit = file.mid(int(at), len);

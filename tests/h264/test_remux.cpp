@@ -1,6 +1,6 @@
-// The muxer stage of the H.264 chain: its command lines as text, the frame
-// rate and the two-run rule, what it deletes, and its verdict when the muxer
-// leaves no file. A fake ffmpeg records each argument it gets.
+// The muxer stage of the H.264 chain: the arguments its runs give the muxer,
+// the frame rate and the two-run rule, what it deletes, and its verdict when
+// the muxer leaves no file. A fake ffmpeg records each argument it gets.
 #include "core/muxer.h"
 #include "core/thread_video_repair.h"
 #include "recovery/h264/h264_recovery.h"
@@ -65,29 +65,6 @@ private Q_SLOTS:
     {
         delete m_t;
         QDir(m_dir).removeRecursively();
-    }
-
-    void commandText()
-    {
-        const QString lead = QLatin1Char('"') + g_appDir + QStringLiteral("\"/ffmpeg");
-        QCOMPARE(MuxVideoAndAudioCommand(QStringLiteral("/a b/video.h264"), QStringLiteral("/a b/audio.aac"),
-                                         QStringLiteral("c d.mov")),
-                 lead + QStringLiteral(" -r 30 -i \"/a b/video.h264\" -i \"/a b/audio.aac\" -bsf:a aac_adtstoasc"
-                                       " -c:v copy -c:a copy \"c d.mov\""));
-        QCOMPARE(MuxVideoAndAudioCommand(QStringLiteral("v"), QStringLiteral("a"), QStringLiteral("1_o"), QStringLiteral("24")),
-                 lead + QStringLiteral(" -r 24 -i \"v\" -i \"a\" -bsf:a aac_adtstoasc -c:v copy -c:a copy \"1_o\""));
-        QCOMPARE(MuxVideoOnlyCommand(QStringLiteral("v"), QStringLiteral("o")),
-                 lead + QStringLiteral(" -r 30000/1001 -i \"v\" -c:v copy \"o\""));
-        QCOMPARE(MuxVideoOnlyCommand(QStringLiteral("v"), QStringLiteral("1_o"), QStringLiteral("50")),
-                 lead + QStringLiteral(" -r 50 -i \"v\" -c:v copy \"1_o\""));
-        QCOMPARE(RemuxDamagedCommand(QStringLiteral("/x y/in.mp4"), QStringLiteral("in.mp4"), true),
-                 lead + QStringLiteral(" -i \"/x y/in.mp4\" -vcodec copy -acodec copy -movflags faststart \"in.mp4\""));
-        QCOMPARE(RemuxDamagedCommand(QStringLiteral("i"), QStringLiteral("n"), false),
-                 lead + QStringLiteral(" -i \"i\" -vcodec copy -movflags faststart \"n\""));
-        QCOMPARE(MuxVideoAndPcmCommand(QStringLiteral("/w d/video.h264"), QStringLiteral("s16le"), QStringLiteral("48000"),
-                                       QStringLiteral("2"), QStringLiteral("a"), QStringLiteral("o")),
-                 lead + QStringLiteral("  -i \"/w d/video.h264\" -f s16le -ar 48000 -ac 2 -i \"a\" -c:v copy -c:a aac"
-                                       " -preset ultrafast \"o\""));
     }
 
     // A rate that can't be computed falls back to 30.

@@ -1,8 +1,8 @@
 // The stream scanner on crafted byte streams (chains of length-prefixed
 // units, filler runs, the delimiter, a damaged length, interleaved audio,
-// the frame-size cap, hostile bytes) and the pieces it is built from: bit
-// strings, ADTS headers, the NAL start sets, filler runs, the reduction to
-// unique records and the pattern set.
+// the frame-size cap, hostile bytes) and the pieces it is built from: ADTS
+// headers, the NAL start sets, filler runs, the reduction to unique records
+// and the pattern set.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "recovery/h264/bit_tools.h"
@@ -22,19 +22,11 @@ const QByteArray kParams = QByteArray::fromHex("0000000167640028AC0000000168EE3C
 const QByteArray kSc = QByteArray::fromHex("00000001");
 const QByteArray kPattern = QByteArray::fromHex("211A8F");
 
-QByteArray Be32(uint32_t v)
-{
-    QByteArray b(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        b[i] = char(v >> (24 - 8 * i));
-    return b;
-}
-
 // A unit of the given NAL header byte and length (header included).
-QByteArray Unit(uint8_t header, int length) { return Be32(uint32_t(length)) + char(header) + QByteArray(length - 1, 0x5A); }
+QByteArray Unit(uint8_t header, int length) { return beWords({uint32_t(length)}) + char(header) + QByteArray(length - 1, 0x5A); }
 QByteArray AudioFrame(int size, const QByteArray& start = kPattern) { return start + QByteArray(size - 3, 0x33); }
 // Any mdat size but 0 and 1 puts the scan right behind the header.
-const QByteArray kMdat = Be32(1u << 20) + "mdat";
+const QByteArray kMdat = beWords({1u << 20}) + "mdat";
 
 int AdtsLength(const char* h)
 {
@@ -97,17 +89,9 @@ private Q_SLOTS:
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    void bitStringsAndAdtsHeaders()
+    // The header's bytes, its thirteen-bit length, and the rate defaults.
+    void adtsHeaders()
     {
-        QCOMPARE(IntToBitString(2, 3), QStringLiteral("010"));
-        QCOMPARE(IntToBitString(8191, 13), QString(13, QLatin1Char('1')));
-        QCOMPARE(IntToBitString(-5, 3), QStringLiteral("000"));
-        QCOMPARE(IntToBitString(9, 3), QStringLiteral("1001"));   // not cut
-        QCOMPARE(BitStringToHexText(QStringLiteral("11111111111100010101000010000000")), QStringLiteral("FF F1 50 80"));
-        const uint8_t be[4] = {0x12, 0x34, 0x56, 0x78};
-        QCOMPARE(ReadBigEndian32(be), 0x12345678u);
-        QCOMPARE(ReadBigEndian32(nullptr), 0u);
-
         for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000; two channels always
             g_audioSampleRate = rate;
             g_audioChannels = 1;
@@ -229,7 +213,7 @@ private Q_SLOTS:
         QByteArray noise(3000, '\0');
         for (int i = 0; i < noise.size(); ++i)
             noise[i] = char(0x80 | (i * 37 % 127));
-        const QByteArray damaged = Be32(2000) + char(0x41) + QByteArray(99, 0x5A);
+        const QByteArray damaged = beWords({2000}) + char(0x41) + QByteArray(99, 0x5A);
         const QByteArray file = kMdat + Unit(0x65, 500) + damaged + noise + Unit(0x41, 700) + Unit(0x01, 800);
         const ScanResult r = scan(file, true);
         QCOMPARE(r.gaps, 1);
@@ -298,10 +282,10 @@ private Q_SLOTS:
         QCOMPARE(r.units.size(), 2);
 
         // Zero sizes, lengths past the end, all zeros, all 0xFF: each ends.
-        const QByteArray hostile = QByteArray::fromHex("00000000667265650000000000000000") + Be32(0x00FFFFFF) + char(0x65)
-                                 + Be32(0x00FFFFFF) + char(0x41);
+        const QByteArray hostile = QByteArray::fromHex("00000000667265650000000000000000") + beWords({0x00FFFFFF}) + char(0x65)
+                                 + beWords({0x00FFFFFF}) + char(0x41);
         for (const QByteArray& f : {hostile, QByteArray(70000, '\0'), QByteArray(70000, '\xFF'),
-                                    Be32(5) + "moov" + Unit(0x65, 10) + Be32(0) + "moov"}) {
+                                    beWords({5}) + "moov" + Unit(0x65, 10) + beWords({0}) + "moov"}) {
             scan(f, true, {QByteArray(3, '\0'), kPattern});
             scan(f, false);
         }

@@ -138,45 +138,31 @@ int main(int argc, char** argv)
                         QToolTip::hideText();
                     }
                     // The dialogs of page 2, shown without their loops.
+                    const auto shoot = [&](QWidget* dialog, const char* name) {
+                        dialog->show();
+                        settle(200);
+                        failures += !Save(dialog, out + QStringLiteral("/dialog-%1.png").arg(QLatin1String(name)));
+                        dialog->hide();
+                    };
                     AdvancedRepairDlg advanced(&window, args.value(1));
-                    advanced.show();
-                    settle(200);
-                    failures += !Save(&advanced, out + QStringLiteral("/dialog-advance-repair.png"));
-                    advanced.hide();
+                    shoot(&advanced, "advance-repair");
                     g_referenceDlg->ResetForNewSample();
                     g_referenceDlg->RefPath_Edit->setText(QStringLiteral("/home/user/Videos/sample_from_camera.mov"));
                     g_referenceDlg->RefRepairBtn->setEnabled(true);
                     g_referenceDlg->refe_CheckBox->setEnabled(true);
-                    g_referenceDlg->show();
-                    settle(200);
-                    failures += !Save(g_referenceDlg, out + QStringLiteral("/dialog-sample.png"));
-                    g_referenceDlg->hide();
+                    shoot(g_referenceDlg, "sample");
                     window.saveDlg()->Reset();
                     window.saveDlg()->customLoc->click();
                     window.saveDlg()->RefPath_Edit->setText(QStringLiteral("/home/user/Saved videos"));
-                    window.saveDlg()->show();
-                    settle(200);
-                    failures += !Save(window.saveDlg(), out + QStringLiteral("/dialog-save.png"));
-                    window.saveDlg()->hide();
+                    shoot(window.saveDlg(), "save");
                     window.doneDlg()->setText(QObject::tr("Repaired files saved successfully."));
-                    window.doneDlg()->show();
-                    settle(200);
-                    failures += !Save(window.doneDlg(), out + QStringLiteral("/dialog-done.png"));
-                    window.doneDlg()->hide();
-                    window.aboutDlg()->show();
-                    settle(200);
-                    failures += !Save(window.aboutDlg(), out + QStringLiteral("/dialog-about.png"));
-                    window.aboutDlg()->hide();
+                    shoot(window.doneDlg(), "done");
+                    shoot(window.aboutDlg(), "about");
                     window.closeDlg()->setText(QObject::tr("Are you sure you want to exit?"));
-                    window.closeDlg()->show();
-                    settle(200);
-                    failures += !Save(window.closeDlg(), out + QStringLiteral("/dialog-exit.png"));
-                    window.closeDlg()->hide();
+                    shoot(window.closeDlg(), "exit");
                     StopDlg stop(&window);
                     stop.SetTexts(QObject::tr("Do you want to stop the current process?"), QString());
-                    stop.show();
-                    settle(200);
-                    failures += !Save(&stop, out + QStringLiteral("/dialog-stop.png"));
+                    shoot(&stop, "stop");
                     app.quit();
                 });
             }

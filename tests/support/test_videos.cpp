@@ -191,11 +191,7 @@ QString repairWithSample(const QString& dir, const QString& name, const QByteArr
     const BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
     [&] { QCOMPARE(sha256(in), before); }();
     [&] { QVERIFY2(!second.verdicts().isEmpty(), "no verdict"); }();
-    const QList<QJsonObject> v = second.verdicts();
-    if (v.isEmpty() || !v.last().value("repaired").toBool())
-        return QString();
-    const QJsonArray outputs = second.end().value("outputs").toArray();
-    return outputs.isEmpty() ? QString() : outputs.first().toString();
+    return second.output();
 }
 
 QString fakeMuxer(const QString& folder, const QByteArray& body)
@@ -218,6 +214,15 @@ QJsonObject BatchResult::end() const
         if (it->value(QStringLiteral("event")).toString() == QLatin1String("end"))
             return *it;
     return QJsonObject();
+}
+
+QString BatchResult::output() const
+{
+    const QList<QJsonObject> v = verdicts();
+    const QJsonArray outputs = end().value(QStringLiteral("outputs")).toArray();
+    return v.isEmpty() || !v.last().value(QStringLiteral("repaired")).toBool() || outputs.isEmpty()
+               ? QString()
+               : outputs.first().toString();
 }
 
 QList<QPair<QString, QString>> oneClipPerRoute()
@@ -280,5 +285,53 @@ QString freshDir(const QString& tag)
     QDir().mkpath(dir);
     return dir;
 }
+
+QStringList splitArgs(const QString& text) { return text.split(QLatin1Char(' '), Qt::SkipEmptyParts); }
+
+QByteArray probeEntries(const QString& path, const QString& stream, const QString& entries)
+{
+    QByteArray out;
+    run(QStringLiteral("ffprobe"), splitArgs(QStringLiteral("-v error -select_streams %1 -show_entries %2 -of csv=p=0")
+                                                 .arg(stream, entries)) << path, &out);
+    return out.trimmed();
+}
+
+QString cameraClip(bool sample, int rate, const QString& suffix, bool audio, bool audioFirst)
+{
+    QStringList a = splitArgs(QStringLiteral("-f lavfi -i testsrc2=size=640x360:rate=%1").arg(rate));
+    if (audio)
+        a += splitArgs(QStringLiteral("-f lavfi -i sine=frequency=440:sample_rate=48000"));
+    a += splitArgs(QStringLiteral("-t 10 -vf hue=h=%1 -c:v libx264 -preset veryfast -profile:v high -g 30 -b:v 4M "
+                                  "-pix_fmt yuv420p").arg(sample ? 90 : 0));
+    if (audio)
+        a += splitArgs(QStringLiteral("-c:a aac -ac 2 -b:a 128k"));
+    if (audioFirst)
+        a += splitArgs(QStringLiteral("-map 1:a -map 0:v"));
+    return make(QStringLiteral("camera_%1_%2%3%4.%5").arg(rate).arg(sample ? QStringLiteral("sample") : QStringLiteral("clip"))
+                    .arg(audio ? QString() : QStringLiteral("_mute"))
+                    .arg(audioFirst ? QStringLiteral("_audiofirst") : QString()).arg(suffix), a);
+}
+
+QByteArray beWords(std::initializer_list<quint32> words)
+{
+    QByteArray b;
+    for (quint32 w : words)
+        b += QByteArray(1, char(w >> 24)) + char(w >> 16) + char(w >> 8) + char(w);
+    return b;
+}
+
+QByteArray qtAtom(const char* fourcc, const QByteArray& body) { return beWords({quint32(body.size() + 8)}) + fourcc + body; }
+
+quint32 readBe(const QByteArray& b, qint64 pos, int bytes)
+{
+    if (pos < 0 || pos + bytes > b.size())
+        return 0;
+    quint32 v = 0;
+    for (int i = 0; i < bytes; ++i)
+        v = v << 8 | quint8(b[int(pos) + i]);
+    return v;
+}
+
+void putBe32(QByteArray& b, qint64 pos, quint32 v) { b.replace(int(pos), 4, beWords({v})); }
 
 } // namespace testvideo

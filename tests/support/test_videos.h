@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <initializer_list>
 
 namespace testvideo {
 
@@ -60,6 +61,7 @@ struct BatchResult {
     QByteArray stderrText;
     QJsonObject end() const;       // the last object ("event":"end"), or empty
     QList<QJsonObject> verdicts() const;
+    QString output() const;        // the first output when the last verdict is positive, or ""
 };
 BatchResult runBatch(const QStringList& args, int timeoutMs = 600000);
 
@@ -83,5 +85,25 @@ QList<Packet> packets(const QString& path, const QString& stream);
 
 // A fresh folder under the system temp folder, removed by the caller.
 QString freshDir(const QString& tag);
+
+// Command-line words of a text, split at blanks.
+QStringList splitArgs(const QString& text);
+// ffprobe's values of one stream ("v:0", "a:0") for -show_entries entries,
+// as csv without keys, trimmed.
+QByteArray probeEntries(const QString& path, const QString& stream, const QString& entries);
+
+// A clip as a camera records it: 640x360 H.264 at `rate`, a key frame every
+// 30 frames, 4 Mbit/s, high profile, with 48 kHz stereo AAC of a 440 Hz tone,
+// ten seconds. A sample differs only in its picture (the hue).
+QString cameraClip(bool sample, int rate = 25, const QString& suffix = QStringLiteral("mov"), bool audio = true,
+                   bool audioFirst = false);
+
+// Hand-made bytes: big-endian words, a QuickTime atom around a body, the
+// big-endian value of `bytes` bytes at pos (0 when it runs past the end),
+// and a word written in place.
+QByteArray beWords(std::initializer_list<quint32> words);
+QByteArray qtAtom(const char* fourcc, const QByteArray& body);
+quint32 readBe(const QByteArray& b, qint64 pos, int bytes = 4);
+void putBe32(QByteArray& b, qint64 pos, quint32 v);
 
 } // namespace testvideo

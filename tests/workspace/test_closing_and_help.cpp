@@ -87,12 +87,12 @@ class TestClosingAndHelp : public QObject {
         m_window->frame_2->show();
         results()->show();
         auto* item = new QTreeWidgetItem(results());
-        item->setText(0, QFileInfo(path).fileName());
-        item->setCheckState(0, Qt::Checked);
-        item->setText(1, path);
-        item->setText(11, verdict);
-        item->setText(8, verdict == QLatin1String("1") ? QStringLiteral("Completed") : QStringLiteral("Awaiting Action"));
-        results()->setItemWidget(item, 9, new CustomButton(results()));
+        item->setText(W::ResName, QFileInfo(path).fileName());
+        item->setCheckState(W::ResName, Qt::Checked);
+        item->setText(W::ResRepairedPath, path);
+        item->setText(W::ResVerdict, verdict);
+        item->setText(W::ResStatus, verdict == QLatin1String("1") ? QStringLiteral("Completed") : QStringLiteral("Awaiting Action"));
+        results()->setItemWidget(item, W::ResAction, new CustomButton(results()));
     }
 
 private Q_SLOTS:

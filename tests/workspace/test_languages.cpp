@@ -196,39 +196,39 @@ private Q_SLOTS:
         list->setColumnCount(14);
         auto addRow = [&](const char* verdict, const QString& status, const QString& action) {
             auto* row = new QTreeWidgetItem(list);
-            row->setText(VideoRepairWindow::ResVerdict, QLatin1String(verdict));
-            row->setText(VideoRepairWindow::ResStatus, status);
+            row->setText(W::ResVerdict, QLatin1String(verdict));
+            row->setText(W::ResStatus, status);
             auto* button = new CustomButton(list);
             button->setText(action);
-            list->setItemWidget(row, VideoRepairWindow::ResAction, button);
+            list->setItemWidget(row, W::ResAction, button);
             return row;
         };
         QTreeWidgetItem* waiting = addRow("0", QStringLiteral("Awaiting Action"), QStringLiteral("Advance Repair"));
         QTreeWidgetItem* done = addRow("1", QStringLiteral("Completed"), QStringLiteral("Preview"));
         const QDateTime when(QDate(2026, 11, 25), QTime(8, 56, 53));
-        done->setData(VideoRepairWindow::ResSize, Qt::UserRole, qint64(1500000));
-        done->setData(VideoRepairWindow::ResModified, Qt::UserRole, when);
+        done->setData(W::ResSize, Qt::UserRole, qint64(1500000));
+        done->setData(W::ResModified, Qt::UserRole, when);
         auto button = [&](QTreeWidgetItem* row) {
-            return qobject_cast<CustomButton*>(list->itemWidget(row, VideoRepairWindow::ResAction))->text();
+            return qobject_cast<CustomButton*>(list->itemWidget(row, W::ResAction))->text();
         };
 
         m_window->LoadGermanLanguages();
         deliver();
-        QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Aktion nötig"));
+        QCOMPARE(waiting->text(W::ResStatus), QStringLiteral("Aktion nötig"));
         QCOMPARE(button(waiting), QStringLiteral("Tiefenrep."));
-        QCOMPARE(waiting->foreground(VideoRepairWindow::ResStatus).color(), QColor(Qt::blue));
-        QCOMPARE(waiting->text(VideoRepairWindow::ResVerdict), QStringLiteral("0"));
-        QCOMPARE(done->text(VideoRepairWindow::ResStatus), QStringLiteral("Abgeschlossen"));
+        QCOMPARE(waiting->foreground(W::ResStatus).color(), QColor(Qt::blue));
+        QCOMPARE(waiting->text(W::ResVerdict), QStringLiteral("0"));
+        QCOMPARE(done->text(W::ResStatus), QStringLiteral("Abgeschlossen"));
         QCOMPARE(button(done), QStringLiteral("Vorschau"));
         // Sizes and dates in German conventions.
-        QCOMPARE(done->text(VideoRepairWindow::ResSize), QStringLiteral("1,43"));
-        QCOMPARE(done->text(VideoRepairWindow::ResModified), QStringLiteral("25.11.26 08:56"));
-        QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResStatus), QStringLiteral(" Status"));
-        QCOMPARE(list->headerItem()->text(VideoRepairWindow::ResName), QStringLiteral(" Dateiname"));
+        QCOMPARE(done->text(W::ResSize), QStringLiteral("1,43"));
+        QCOMPARE(done->text(W::ResModified), QStringLiteral("25.11.26 08:56"));
+        QCOMPARE(list->headerItem()->text(W::ResStatus), QStringLiteral(" Status"));
+        QCOMPARE(list->headerItem()->text(W::ResName), QStringLiteral(" Dateiname"));
 
         m_window->LoadEnglishLanguages2();
         deliver();
-        QCOMPARE(waiting->text(VideoRepairWindow::ResStatus), QStringLiteral("Awaiting Action"));
+        QCOMPARE(waiting->text(W::ResStatus), QStringLiteral("Awaiting Action"));
         QCOMPARE(button(waiting), QStringLiteral("Advance Repair"));
     }
 
@@ -259,7 +259,7 @@ private Q_SLOTS:
                 check(b->fontMetrics().horizontalAdvance(b->text()), b->width() - 2 * 8, b->text());
             for (const char* word : {"Awaiting Action", "Completed", "Processing", "Queued"})
                 check(rowFont.horizontalAdvance(VideoRepairWindow::tr(word)) + 8,
-                      m_window->resultList()->columnWidth(VideoRepairWindow::ResStatus), VideoRepairWindow::tr(word));
+                      m_window->resultList()->columnWidth(W::ResStatus), VideoRepairWindow::tr(word));
             for (const char* word : {"Advance Repair", "Preview"})
                 check(rowFont.horizontalAdvance(VideoRepairWindow::tr(word)) + 4, language == 0 ? 110 : 100,
                       VideoRepairWindow::tr(word));

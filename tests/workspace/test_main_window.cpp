@@ -50,7 +50,7 @@ class TestMainWindow : public QObject {
     void setAllChecked(bool checked)
     {
         for (int i = 0; i < files()->topLevelItemCount(); ++i)
-            files()->topLevelItem(i)->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
+            files()->topLevelItem(i)->setCheckState(W::FileName, checked ? Qt::Checked : Qt::Unchecked);
         m_window->OnItemClicked(files()->topLevelItem(0), 0);
     }
 
@@ -72,10 +72,9 @@ private Q_SLOTS:
 
     void sizeTextIsTruncatedMebibytes()
     {
-        const QLocale en(QLocale::English, QLocale::UnitedStates), de(QLocale::German, QLocale::Germany);
+        const QLocale en(QLocale::English, QLocale::UnitedStates);   // German: the language test
         QCOMPARE(VideoRepairWindow::FormatSize(1610612736, en), QStringLiteral("1,536"));
         QCOMPARE(VideoRepairWindow::FormatSize(1500000, en), QStringLiteral("1.43"));
-        QCOMPARE(VideoRepairWindow::FormatSize(1500000, de), QStringLiteral("1,43"));
         QCOMPARE(VideoRepairWindow::FormatSize(1048575, en), QStringLiteral("0.99"));   // not rounded up
         QCOMPARE(VideoRepairWindow::FormatSize(1572864, en), QStringLiteral("1.5"));
         QCOMPARE(VideoRepairWindow::FormatSize(0, en), QStringLiteral("0"));
@@ -117,15 +116,15 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!m_window->AddingFolders(), 30000);
         QCOMPARE(files()->topLevelItemCount(), 3002);
         QVERIFY(m_window->RepairBtn->isEnabled());
-        QCOMPARE(files()->topLevelItem(0)->text(1), a);
-        QCOMPARE(files()->topLevelItem(0)->toolTip(1), a);
+        QCOMPARE(files()->topLevelItem(0)->text(W::FilePath), a);
+        QCOMPARE(files()->topLevelItem(0)->toolTip(W::FilePath), a);
         const QString note = m_window->listNote()->toolTip();
         QVERIFY2(note.contains(QLatin1String("not videos this program repairs: 2")), qPrintable(note));
         QVERIFY2(note.contains(QLatin1String("Not found: self")), qPrintable(note));
 
         // Only a.mp4 stays ticked; it vanishes before the press of Repair.
         setAllChecked(false);
-        files()->topLevelItem(0)->setCheckState(0, Qt::Checked);
+        files()->topLevelItem(0)->setCheckState(W::FileName, Qt::Checked);
         m_window->OnItemClicked(files()->topLevelItem(0), 0);
         QFile::remove(a);
         m_modal.answers << QStringLiteral("OkBtn");
@@ -148,26 +147,27 @@ private Q_SLOTS:
         QVERIFY(g_onListPage && !g_onHomePage && files()->isVisible() && !m_window->add_filebtn->isVisible());
         QVERIFY(m_window->RepairBtn->isEnabled() && m_window->RemoveBtn->isEnabled());
         QCOMPARE(files()->columnCount(), 9);
-        for (int c : {3, 4, 5, 6})
+        for (int c : {W::FileId, W::FileParentId, W::FileBytes, W::FileTempPath})
             QVERIFY(files()->isColumnHidden(c));
         QTreeWidgetItem* row = files()->topLevelItem(0);
         const QString size = QString::number(QFileInfo(a).size());
-        QCOMPARE((QStringList{row->text(0), row->text(1), row->text(3), row->text(4), row->text(5), row->text(6)}),
+        QCOMPARE((QStringList{row->text(W::FileName), row->text(W::FilePath), row->text(W::FileId),
+                              row->text(W::FileParentId), row->text(W::FileBytes), row->text(W::FileTempPath)}),
                  (QStringList{"a.mp4", a, "2", "1", size, a}));
-        QCOMPARE(row->text(8), QLocale(QLocale::English, QLocale::UnitedStates)
-                                   .toString(QFileInfo(a).lastModified(), QLocale::ShortFormat));
-        QCOMPARE(row->checkState(0), Qt::Checked);
+        QCOMPARE(row->text(W::FileCreated), QLocale(QLocale::English, QLocale::UnitedStates)
+                                                .toString(QFileInfo(a).lastModified(), QLocale::ShortFormat));
+        QCOMPARE(row->checkState(W::FileName), Qt::Checked);
 
         m_modal.answers << QStringLiteral("OkBtn");
         add({a, copyOf(QStringLiteral("b.mp4"))});
         QCOMPARE(m_modal.texts, QList<QStringList>{{"Files already added to list will be skipped."}});
         QCOMPARE(files()->topLevelItemCount(), 2);
-        QCOMPARE(files()->topLevelItem(1)->text(3), QStringLiteral("3"));   // ids go on
+        QCOMPARE(files()->topLevelItem(1)->text(W::FileId), QStringLiteral("3"));   // ids go on
 
         add(copies({"d.Mov", "c.Mp4", "e.txt"}));
         QCOMPARE(m_modal.texts.size(), 1);
         QCOMPARE(files()->topLevelItemCount(), 3);
-        QCOMPARE(files()->topLevelItem(2)->text(0), QStringLiteral("c.Mp4"));
+        QCOMPARE(files()->topLevelItem(2)->text(W::FileName), QStringLiteral("c.Mp4"));
     }
 
     // Ctrl+O opens the chooser, Delete removes the selected rows, Ctrl+A
@@ -183,10 +183,10 @@ private Q_SLOTS:
         files()->topLevelItem(2)->setSelected(true);
         QTest::keyClick(m_window, Qt::Key_Delete);
         QCOMPARE(files()->topLevelItemCount(), 1);
-        QCOMPARE(files()->topLevelItem(0)->text(0), QStringLiteral("2.mp4"));
+        QCOMPARE(files()->topLevelItem(0)->text(W::FileName), QStringLiteral("2.mp4"));
         setAllChecked(false);
         QTest::keyClick(m_window, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(files()->topLevelItem(0)->checkState(0), Qt::Checked);
+        QCOMPARE(files()->topLevelItem(0)->checkState(W::FileName), Qt::Checked);
         QVERIFY(m_window->RepairBtn->isEnabled());
         m_modal.answers << QStringLiteral("OkBtn");
         QTest::keyClick(m_window, Qt::Key_Return);
@@ -209,7 +209,7 @@ private Q_SLOTS:
         QCheckBox* box = m_window->SelectAllBtn;
         QVERIFY(box->isVisible());
         QCOMPARE(box->checkState(), Qt::Checked);
-        files()->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+        files()->topLevelItem(1)->setCheckState(W::FileName, Qt::Unchecked);
         m_window->OnItemClicked(files()->topLevelItem(1), 0);
         QCOMPARE(box->checkState(), Qt::PartiallyChecked);
         QVERIFY(m_window->RepairBtn->isEnabled());
@@ -221,13 +221,13 @@ private Q_SLOTS:
             box->click();
             QVERIFY(!box->isTristate());
             for (int i = 0; i < 3; ++i)
-                QCOMPARE(files()->topLevelItem(i)->checkState(0), checked ? Qt::Checked : Qt::Unchecked);
+                QCOMPARE(files()->topLevelItem(i)->checkState(W::FileName), checked ? Qt::Checked : Qt::Unchecked);
             QCOMPARE(m_window->RepairBtn->isEnabled(), checked);
             QCOMPARE(m_window->RemoveBtn->isEnabled(), checked);
         }
         files()->setCurrentItem(files()->topLevelItem(0));
         QTest::keyClick(files(), Qt::Key_Space);
-        QCOMPARE(files()->topLevelItem(0)->checkState(0), Qt::Unchecked);
+        QCOMPARE(files()->topLevelItem(0)->checkState(W::FileName), Qt::Unchecked);
     }
 
     // Remove takes the checked rows; with all gone the list stays, its
@@ -235,10 +235,10 @@ private Q_SLOTS:
     void removingKeepsUncheckedRowsAndTheEmptyList()
     {
         add(copies({"1.mp4", "2.mp4", "3.mp4"}));
-        files()->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+        files()->topLevelItem(1)->setCheckState(W::FileName, Qt::Unchecked);
         m_window->RemoveBtn->click();
         QCOMPARE(files()->topLevelItemCount(), 1);
-        QCOMPARE(files()->topLevelItem(0)->text(0), QStringLiteral("2.mp4"));
+        QCOMPARE(files()->topLevelItem(0)->text(W::FileName), QStringLiteral("2.mp4"));
         QVERIFY(!m_window->RepairBtn->isEnabled());
 
         setAllChecked(true);
@@ -250,13 +250,15 @@ private Q_SLOTS:
 
         add({copyOf(QStringLiteral("4.mp4"))});
         QVERIFY(m_window->SelectAllBtn->isEnabled() && m_window->RepairBtn->isEnabled());
-        QCOMPARE(files()->topLevelItem(0)->text(3), QStringLiteral("5"));
+        QCOMPARE(files()->topLevelItem(0)->text(W::FileId), QStringLiteral("5"));
     }
 
-    // Two checked rows of three get the ids 0 and 2 and results beside their
-    // sources. A real run over them, a file gone before it and one with a
-    // very long name ends with the end-of-run texts, every row in an end
-    // state, and the inputs untouched.
+    // Checked rows get the ids of their place in the list and results beside
+    // their sources. A real run over them, a file gone before it and one
+    // with a very long name ends with the end-of-run texts, every row in an
+    // end state, and the inputs untouched. A DAT file's result is the .mov
+    // the engine wrote; a 50 fps recording stays at 50 fps; completed rows
+    // carry their figures.
     void repairPressAndARealRun()
     {
         const QString a = copyOf(QStringLiteral("first.mp4"));
@@ -265,26 +267,31 @@ private Q_SLOTS:
                                       lavfiVideo(1) << QStringLiteral("-c:v") << QStringLiteral("mpeg4")));
         const QString gone = copyOf(QStringLiteral("gone.mp4"));
         const QString longName = copyOf(QString(200, QLatin1Char('x')) + QStringLiteral("_end.mp4"));
-        QVERIFY(!a.isEmpty() && !c.isEmpty() && !longName.isEmpty());
+        const QString dat = copyOf(QStringLiteral("vcd.dat"), make(QStringLiteral("window_vcd.dat"),
+                                                                   lavfiVideo(4) + lavfiAudio(4) + splitArgs("-target ntsc-vcd")));
+        const QString fifty = copyOf(QStringLiteral("fifty.mov"), make(QStringLiteral("window_fifty.mov"),
+            lavfiVideo(4, QStringLiteral("320x240"), 50) + lavfiAudio(4)
+                + splitArgs("-r 50 -c:v libx264 -preset ultrafast -pix_fmt yuv420p -g 12 -c:a aac")));
+        QVERIFY(!a.isEmpty() && !c.isEmpty() && !longName.isEmpty() && !dat.isEmpty() && !fifty.isEmpty());
         const QString hashA = sha256(a), hashC = sha256(c);
-        add({a, copyOf(QStringLiteral("second.mp4")), c, gone, longName});
-        files()->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+        add({a, copyOf(QStringLiteral("second.mp4")), c, gone, longName, dat, fifty});
+        files()->topLevelItem(1)->setCheckState(W::FileName, Qt::Unchecked);
         QVERIFY(QFile::remove(gone));
 
         m_modal.answers << QStringLiteral("OkBtn") << QStringLiteral("OkBtn");
         m_window->RepairBtn->click();
         QVERIFY(g_resultsShown && g_onRepairPage && !g_onListPage);
         QVERIFY(m_window->frame_2->isVisible() && !m_window->AddFile_frame->isVisible());
-        QCOMPARE(results()->topLevelItemCount(), 3);
-        QCOMPARE(m_window->rowActions().size(), 3);
+        QCOMPARE(results()->topLevelItemCount(), 5);
+        QCOMPARE(m_window->rowActions().size(), 5);
         QCOMPARE(m_window->rowActions().at(0)->id, 0u);
         QCOMPARE(m_window->rowActions().at(1)->id, 2u);
         QCOMPARE(m_window->rowActions().at(1)->button->m_id, 2u);
-        QCOMPARE(m_window->repairList(), (QStringList{a, c, longName}));
-        QCOMPARE(results()->topLevelItem(1)->text(1), m_dir + QStringLiteral("/Repaired/third.avi"));
-        QCOMPARE(results()->topLevelItem(1)->text(12), c);
+        QCOMPARE(m_window->repairList(), (QStringList{a, c, longName, dat, fifty}));
+        QCOMPARE(results()->topLevelItem(1)->text(W::ResRepairedPath), m_dir + QStringLiteral("/Repaired/third.avi"));
+        QCOMPARE(results()->topLevelItem(1)->text(W::ResSource), c);
 
-        QTRY_VERIFY_WITH_TIMEOUT(fixture::RunEnded(m_window), 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(fixture::RunEnded(m_window), 120000);
         QCOMPARE(m_modal.texts, (QList<QStringList>{{"These files can no longer be found and are left out: gone.mp4"},
                                                     {"Repair process completed.\nCheck 'Status' column to view the "
                                                      "repair outcome."}}));
@@ -294,11 +301,19 @@ private Q_SLOTS:
         QVERIFY(!m_window->stopBtn->isVisible() && !m_window->FileProgress->isVisible());
         QVERIFY(m_window->saveBtn->isVisible() && results()->isEnabled());
         QVERIFY(g_repairDone && !g_repairRunning);
-        for (int i = 0; i < 3; ++i) {
-            const QString word = results()->topLevelItem(i)->text(8);
+        for (int i = 0; i < 5; ++i) {
+            QTreeWidgetItem* row = results()->topLevelItem(i);
+            const QString word = row->text(W::ResStatus);
             QVERIFY2(QStringList({"Completed", "Awaiting Action", "Failed"}).contains(word), qPrintable(word));
-            QCOMPARE(results()->topLevelItem(i)->text(13), QStringLiteral("5"));
+            QCOMPARE(row->text(W::ResQueue), QStringLiteral("5"));
+            if (i == 0 || i >= 3) {   // the healthy mp4, the DAT file and the 50 fps mov
+                QCOMPARE(word, QStringLiteral("Completed"));
+                QVERIFY2(row->toolTip(W::ResStatus).contains(QStringLiteral(" frames · ")), qPrintable(row->toolTip(W::ResStatus)));
+            }
         }
+        QCOMPARE(results()->topLevelItem(3)->text(W::ResRepairedPath), m_dir + QStringLiteral("/Repaired/vcd.mov"));
+        QCOMPARE(probeEntries(results()->topLevelItem(4)->text(W::ResRepairedPath), QStringLiteral("v"),
+                              QStringLiteral("stream=avg_frame_rate")), QByteArray("50/1"));
         QCOMPARE(m_window->PercentLabl->text(), QStringLiteral("100%"));
         QCOMPARE(sha256(a), hashA);
         QCOMPARE(sha256(c), hashC);
@@ -360,12 +375,12 @@ private Q_SLOTS:
         QCOMPARE(finished, !yes);
         QTreeWidgetItem* row = results()->topLevelItem(0);
         if (yes) {
-            QCOMPARE(row->text(8), QStringLiteral("Aborted"));
-            QCOMPARE(row->text(13), QStringLiteral("-1"));
-            QCOMPARE(row->checkState(0), Qt::Unchecked);
+            QCOMPARE(row->text(W::ResStatus), QStringLiteral("Aborted"));
+            QCOMPARE(row->text(W::ResQueue), QStringLiteral("-1"));
+            QCOMPARE(row->checkState(W::ResName), Qt::Unchecked);
             QVERIFY(m_window->saveBtn->isVisible() && !m_window->saveBtn->isEnabled());
         } else {
-            QVERIFY(row->text(8) != QLatin1String("Queued") && row->text(8) != QLatin1String("Aborted"));
+            QVERIFY(!QStringList({"Queued", "Aborted"}).contains(row->text(W::ResStatus)));
         }
     }
 
@@ -386,9 +401,9 @@ private Q_SLOTS:
     void backAsksTheRightQuestion()
     {
         add(copies({"lost.mov", "other.mov"}));
-        files()->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+        files()->topLevelItem(1)->setCheckState(W::FileName, Qt::Unchecked);
         repairAndWait();
-        results()->topLevelItem(0)->setText(11, QStringLiteral("0"));   // the row awaits Advance Repair
+        results()->topLevelItem(0)->setText(W::ResVerdict, QStringLiteral("0"));   // the row awaits Advance Repair
         for (const char* answer : {"YesBtn", "closeBtn"}) {
             m_modal.answers << QLatin1String(answer);
             m_window->BackBtn->click();
@@ -404,12 +419,12 @@ private Q_SLOTS:
         QCOMPARE(results()->topLevelItemCount(), 0);
         QVERIFY(m_window->rowActions().isEmpty());
         QCOMPARE(files()->topLevelItemCount(), 2);
-        QCOMPARE(files()->topLevelItem(0)->checkState(0), Qt::Checked);
-        QCOMPARE(files()->topLevelItem(1)->checkState(0), Qt::Unchecked);
+        QCOMPARE(files()->topLevelItem(0)->checkState(W::FileName), Qt::Checked);
+        QCOMPARE(files()->topLevelItem(1)->checkState(W::FileName), Qt::Unchecked);
         QCOMPARE(m_window->PercentLabl->text(), QStringLiteral("0%"));
 
         repairAndWait();
-        results()->topLevelItem(0)->setText(11, QStringLiteral("1"));   // nothing awaits
+        results()->topLevelItem(0)->setText(W::ResVerdict, QStringLiteral("1"));   // nothing awaits
         m_modal.answers << QStringLiteral("CancelBtn");
         m_window->BackBtn->click();
         QCOMPARE(m_modal.texts.last(),

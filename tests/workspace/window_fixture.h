@@ -23,6 +23,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// The window's column names: W::ResStatus, W::FilePath...
+using W = VideoRepairWindow;
+
 namespace fixture {
 
 // Points both settings stores into a fresh folder (returned) at scale 1.0.
