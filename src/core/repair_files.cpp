@@ -67,7 +67,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 
 std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
 std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
-std::unique_ptr<Route> MakeAsfRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAsfPath>(); }
 std::unique_ptr<Route> MakeMtsRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMtsPath>(); }
 std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
 std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
@@ -105,6 +104,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     m_file.reset();
     m_aviReferenceOpen = m_mpegReferenceOpen = m_mkvReferenceOpen = false;
     g_stopRequested = false;
+    g_passFailed = false;   // a pass stopped in the last run may have left it set
     m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
     m_fileName.clear();
     if (g_forgetReference) {
@@ -431,34 +431,6 @@ void ThreadVideoRepair::RepairAviPath(const RepairJob& job)
         RepairAviWithReference(hasAudio);
     else
         RepairAviDirect(hasAudio);
-}
-
-void ThreadVideoRepair::RepairAsfPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_asfHeadersFound = false;
-    if (!referencePath.isEmpty()) {
-        m_file = OpenReadOnly(referencePath);
-    }
-    if (m_file)
-        ReadAsfHeaderObjects();
-    m_file = OpenReadOnly(g_sourceFullPath);
-    bool repaired = false;
-    if (m_asfHeadersFound && m_file) {
-        m_asfHeadersFound = false;
-        repaired = true;
-        RewriteAsfFile(m_workDir);
-    } else if (!g_stopRequested) {
-        Q_EMIT WriteStatus(false, false, m_fileName, false);
-    }
-    if (!g_stopRequested) {
-        if (repaired && !g_passFailed)
-            AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-        Q_EMIT WriteStatus(repaired && !g_passFailed, false, m_fileName, false);
-    }
-    g_passFailed = false;
 }
 
 void ThreadVideoRepair::RepairMatroskaPath(const RepairJob& job)

@@ -199,8 +199,6 @@ public:
     // partLimit: the size of one RIFF part of the output (see WriteAviFile).
     void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
-    void ReadAsfHeaderObjects();                                        // asf.cpp
-    void RewriteAsfFile(const QString& workDir);                        // asf.cpp
     void RepairMtsFile();                                               // mpegts.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
@@ -286,7 +284,6 @@ public:
     bool m_aviReferenceOpen = false;
     bool m_mpegReferenceOpen = false;
     bool m_mkvReferenceOpen = false;
-    bool m_asfHeadersFound = false;         // set by ReadAsfHeaderObjects
     bool m_mtsDone = false;                 // set by RepairMtsFile at its end
     bool m_datDone = false;                 // set by RepairDatFile at its start
 
@@ -362,21 +359,6 @@ public:
     // The readers' scan, shared by both; reference selects the sample's rules.
     void ScanMovieHeader(bool reference);
 
-    // ---- ASF repair: ReadAsfHeaderObjects, RewriteAsfFile (containers/asf.cpp) ----
-    // Copies of the header objects found by the walk, for the new Header Object.
-    struct AsfObjectCopy {
-        bool found = false;
-        uint32_t size = 0;         // low 32 bits of Object Size
-        QByteArray bytes;          // the whole object
-    };
-    struct AsfHeaderCopy {
-        AsfObjectCopy fileProperties, videoStream, audioStream, codecList, extendedContent, contentDescription;
-        bool dataFound = false;
-        QByteArray dataTail;       // Data Object: File ID, Total Data Packets, Reserved (26 bytes)
-        uint32_t packetSize = 0;   // File Properties: Maximum Data Packet Size
-    };
-    AsfHeaderCopy m_asf;
-
     // ---- Synchronisation ----
     QMutex m_mutex;
     QWaitCondition m_wakeCondition;
@@ -386,7 +368,6 @@ public:
     void RepairQuickTimeFamily(const RepairJob& job);
     void RepairAviPath(const RepairJob& job);
     void RepairDatPath(const RepairJob& job);
-    void RepairAsfPath(const RepairJob& job);
     void RepairMtsPath(const RepairJob& job);
     void RepairMatroskaPath(const RepairJob& job);
     void RepairMpegPath(const RepairJob& job);
