@@ -67,7 +67,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 
 std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
 std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
-std::unique_ptr<Route> MakeMtsRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMtsPath>(); }
 std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
 std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
 std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
@@ -228,22 +227,6 @@ void ThreadVideoRepair::RepairDatPath(const RepairJob&)
         repaired = true;
         // Encoded anew: the frame count says what was kept, no bytes are skipped.
         AnnounceOutput(written, false);
-    }
-    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
-}
-
-void ThreadVideoRepair::RepairMtsPath(const RepairJob&)
-{
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    if (!m_file)
-        return;
-    RepairMtsFile();
-    bool repaired = false;
-    if (!g_stopRequested && m_mtsDone) {
-        m_mtsDone = false;
-        repaired = true;
-        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
     }
     Q_EMIT WriteStatus(repaired, false, m_fileName, false);
 }

@@ -199,7 +199,6 @@ public:
     // partLimit: the size of one RIFF part of the output (see WriteAviFile).
     void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
-    void RepairMtsFile();                                               // mpegts.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
     QString RepairDatFile(const QString& path);   // dat.cpp; the output written, or ""
@@ -284,7 +283,6 @@ public:
     bool m_aviReferenceOpen = false;
     bool m_mpegReferenceOpen = false;
     bool m_mkvReferenceOpen = false;
-    bool m_mtsDone = false;                 // set by RepairMtsFile at its end
     bool m_datDone = false;                 // set by RepairDatFile at its start
 
     // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
@@ -340,10 +338,6 @@ public:
     static inline double g_videoSeconds = 0;
     static inline double g_audioSeconds = 0;
 
-    // ---- Transport stream repair: RepairMtsFile (containers/mpegts.cpp) ----
-    uint32_t m_mtsUnitCount = 0;    // payload-start media packets since the last system set
-    uint32_t m_mtsSetCount = 0;     // system sets written since the last SIT
-
     // ---- Matroska and program stream repair: ScanMatroskaClusters, WriteMatroskaFile,
     //      WriteMpegFile (containers/matroska.cpp, containers/mpegps.cpp) ----
     uint32_t m_mkvDuration = 0;                               // Timecode units
@@ -368,7 +362,6 @@ public:
     void RepairQuickTimeFamily(const RepairJob& job);
     void RepairAviPath(const RepairJob& job);
     void RepairDatPath(const RepairJob& job);
-    void RepairMtsPath(const RepairJob& job);
     void RepairMatroskaPath(const RepairJob& job);
     void RepairMpegPath(const RepairJob& job);
 

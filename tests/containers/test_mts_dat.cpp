@@ -8,6 +8,7 @@
 #include "batch_check.h"
 #include "containers/mpegts.h"
 #include "core/thread_video_repair.h"
+#include "support/route_job.h"
 #include "support/signal_log.h"
 
 #include <QDir>
@@ -63,21 +64,16 @@ class TestMtsDat : public QObject {
     QByteArray m_savedPath = qgetenv("PATH");
 
     struct Run {
-        bool done = false, listed = false, exists = false;
+        bool done = false, listed = false, exists = false;   // a positive verdict, the output listed, left
         QByteArray out;
     };
-    // RepairMtsFile over bytes in memory; the output lands in m_dir.
+    // The MTS route over bytes in memory; the output lands in m_dir.
     Run repairMts(const QByteArray& input)
     {
-        ThreadVideoRepair t;
-        t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);   // small window: edges get crossed
-        t.m_workDir = m_dir;
-        t.m_fileName = "clip.mts";
-        g_sourceFullPath = m_dir + "/nowhere/clip.mts";
-        t.m_mtsUnitCount = 5;   // left over from an earlier file
-        t.RepairMtsFile();
+        RouteRun run(m_dir, "clip.mts", std::make_unique<MemoryReader>(input, 64 * 1024));   // small window: edges get crossed
+        run.run();
         const QString out = m_dir + "/clip.mts";
-        return Run{t.m_mtsDone, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
+        return Run{run.verdicts == QStringList{"1 clip.mts"}, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
     }
 
     QString clip(const QString& name)
@@ -154,7 +150,9 @@ private Q_SLOTS:
     }
 
     // System units of the file are dropped, other PIDs and junk skipped, and
-    // media units copied whole in their order.
+    // media units copied whole in their order. A damaged first unit sends
+    // the file down the rebuild, and everything in front of offset 750
+    // (units 0 to 3) is dropped.
     void rebuildKeepsOnlyMedia()
     {
         const QList<QPair<quint32, bool>> heads{
@@ -164,7 +162,10 @@ private Q_SLOTS:
             {0x47310010u, true},  {0x47710010u, true},                                                // sound, priority bit
             {0x47110010u, false}, {0x47510010u, false},                                               // sound without it
             {0x471FFF10u, false}, {0x47401110u, false}};                                              // null packet, SDT
-        QByteArray input(4 * kUnit, '\0'), expected = kTemplates;
+        QByteArray input, expected = kTemplates;
+        for (int i = 0; i < 4; ++i)
+            input += unit(0x47101110u, 100 + i);
+        input[4] = 0;
         int serial = 0;
         for (const auto& h : heads) {
             input += unit(h.first, ++serial);
@@ -175,19 +176,6 @@ private Q_SLOTS:
         const Run r = repairMts(input);
         QVERIFY(r.done);
         QVERIFY(r.out == expected);
-    }
-
-    // A damaged first unit sends even a sound stream down the rebuild, and
-    // everything in front of offset 750 (units 0 to 3) is dropped.
-    void damagedStartDropsFirstUnits()
-    {
-        QByteArray input;
-        for (int i = 0; i < 12; ++i)
-            input += unit(0x47101110u, i);
-        input[4] = 0;
-        const Run r = repairMts(input);
-        QVERIFY(r.done);
-        QVERIFY(r.out == kTemplates + input.mid(4 * kUnit));
     }
 
     // With PAT first and a PCR unit fourth the stream is copied unit for unit;
@@ -236,13 +224,10 @@ private Q_SLOTS:
         const QByteArray input = QByteArray(4 * kUnit, '\0') + unit(0x47501110u, 1);
         const QString path = m_dir + "/clip.mts";
         QVERIFY(writeAll(path, input));
-        ThreadVideoRepair t;
-        t.m_file = ThreadVideoRepair::OpenReadOnly(path);
-        t.m_workDir = m_dir;
-        t.m_fileName = "clip.mts";
-        g_sourceFullPath = path;
-        t.RepairMtsFile();
-        QVERIFY(!t.m_mtsDone);
+        RouteRun run(m_dir, "clip.mts", FileReader::open(path));
+        run.job.inputPath = path;
+        run.run();
+        QCOMPARE(run.verdicts, QStringList{"0 clip.mts"});
         QCOMPARE(readAll(path), input);
     }
 
