@@ -66,7 +66,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 } // namespace
 
 std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
-std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
 std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
 std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
 std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
@@ -182,6 +181,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         job.log = &m_logHandle;
         job.stop = &g_stopRequested;
         job.outputs = &g_repairedPaths;
+        job.runFiles = &m_fileList;
         job.worker = this;
         sendVerdict(job, RouteForSuffix(suffix)->repair(job, *this));
         m_logHandle.close();
@@ -212,23 +212,6 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         else
             Q_EMIT OverAllProgressValue(uint(i + 1), uint((i * 100 + 100) / count));
     }
-}
-
-void ThreadVideoRepair::RepairDatPath(const RepairJob&)
-{
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    const QString written = RepairDatFile(g_sourceFullPath);
-    if (!m_file)
-        return;
-    bool repaired = false;
-    if (!g_stopRequested && m_datDone) {
-        m_datDone = false;
-        repaired = true;
-        // Encoded anew: the frame count says what was kept, no bytes are skipped.
-        AnnounceOutput(written, false);
-    }
-    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
 }
 
 void ThreadVideoRepair::ReopenInput()

@@ -27,6 +27,7 @@ struct RepairJob {
     FileWriter* log = nullptr;          // logFile.txt, open while the route runs (may be closed)
     const std::atomic<bool>* stop = nullptr;   // the run's stop request
     QStringList* outputs = nullptr;     // the run's results: a route adds each file it writes
+    const QStringList* runFiles = nullptr;   // every file of the run, whose names an output avoids
     // The routes that still keep their state in the worker reach it here.
     ThreadVideoRepair* worker = nullptr;
 

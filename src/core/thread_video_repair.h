@@ -201,7 +201,6 @@ public:
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
     void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
-    QString RepairDatFile(const QString& path);   // dat.cpp; the output written, or ""
     // Copies length bytes at start of from to the end of to, in blocks;
     // stops between blocks when a stop is requested. Returns the bytes copied.
     uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
@@ -283,7 +282,6 @@ public:
     bool m_aviReferenceOpen = false;
     bool m_mpegReferenceOpen = false;
     bool m_mkvReferenceOpen = false;
-    bool m_datDone = false;                 // set by RepairDatFile at its start
 
     // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
     // Fills logFile.txt, Index.avi and the counters from a byte scan of m_file.
@@ -361,7 +359,6 @@ public:
     // its verdict itself.
     void RepairQuickTimeFamily(const RepairJob& job);
     void RepairAviPath(const RepairJob& job);
-    void RepairDatPath(const RepairJob& job);
     void RepairMatroskaPath(const RepairJob& job);
     void RepairMpegPath(const RepairJob& job);
 

@@ -75,6 +75,14 @@ class TestMtsDat : public QObject {
         const QString out = m_dir + "/clip.mts";
         return Run{run.verdicts == QStringList{"1 clip.mts"}, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
     }
+    // The DAT route on a file by its path alone (no reader), as the muxer gets it.
+    void repairDatByPath(const QString& path, const QString& workDir, const QStringList& runFiles = {})
+    {
+        RouteRun run(workDir, QFileInfo(path).fileName(), nullptr);
+        run.job.inputPath = path;
+        run.job.runFiles = &runFiles;
+        run.run();
+    }
 
     QString clip(const QString& name)
     {
@@ -319,24 +327,26 @@ private Q_SLOTS:
         g_appDir = fakeMuxer(m_dir + "/fake-rec", kRecordingMuxer);
         const QString repaired = m_dir + "/Repaired";
         const auto args = [] { return QString::fromUtf8(readAll(g_appDir + "/args.txt")).split('\n', Qt::SkipEmptyParts); };
-        ThreadVideoRepair t;
-        t.m_workDir = repaired;
+        QDir().mkpath(repaired);
 
         const QString dat = m_dir + "/my clip.v2.dat";
         QVERIFY(writeAll(dat, "data"));
-        t.RepairDatFile(dat);
-        QVERIFY(t.m_datDone);
+        repairDatByPath(dat, repaired);
         QCOMPARE(args(), (QStringList{"-i", dat, "-c:v", "libx264", "-c:a", "aac", "-strict", "experimental", ".partial-my clip.mov"}));
         QCOMPARE(QString::fromUtf8(readAll(g_appDir + "/cwd.txt")).trimmed(), repaired);
         QCOMPARE(readAll(repaired + "/my clip.mov"), QByteArray("x"));
 
-        // A leading dot gives no empty name; a later file of the same stem overwrites.
+        // A leading dot gives no empty name; a later file of the same stem
+        // overwrites, unless that name is another file's of the run.
         const QString lead = m_dir + "/.my clip.dat";
         QVERIFY(writeAll(lead, "data"));
-        t.RepairDatFile(lead);
-        QVERIFY(t.m_datDone);
+        repairDatByPath(lead, repaired);
         QCOMPARE(args().last(), QString(".partial-my clip.mov"));
-        QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov"}));
+        repairDatByPath(lead, repaired, {m_dir + "/my clip.mov", m_dir + "/my clip_2.mov", lead});
+        QCOMPARE(args().last(), QString(".partial-my clip_3.mov"));
+        QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov", repaired + "/my clip_3.mov"}));
+        ThreadVideoRepair t;
+        t.m_workDir = repaired;
 
         const QString cam = imkhFile("cam 1.mp4");
         t.m_fileName = "cam 1.mp4";
