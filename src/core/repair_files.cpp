@@ -66,7 +66,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 } // namespace
 
 std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
-std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
 std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
 std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
 
@@ -100,7 +99,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     // Start of a run.
     Q_EMIT OverAllProgressValue(0, 0);
     m_file.reset();
-    m_aviReferenceOpen = m_mpegReferenceOpen = m_mkvReferenceOpen = false;
+    m_aviReferenceOpen = m_mpegReferenceOpen = false;
     g_stopRequested = false;
     g_passFailed = false;   // a pass stopped in the last run may have left it set
     m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
@@ -397,35 +396,6 @@ void ThreadVideoRepair::RepairAviPath(const RepairJob& job)
         RepairAviWithReference(hasAudio);
     else
         RepairAviDirect(hasAudio);
-}
-
-void ThreadVideoRepair::RepairMatroskaPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_mkvReferenceOpen = false;
-    if (!referencePath.isEmpty()) {
-        m_refFile = OpenReadOnly(referencePath);
-        if (m_refFile) {
-            m_mkvReferenceOpen = true;
-            m_refFileSize = m_refFile->size();
-            Q_EMIT ShowProgressBar();
-            Q_EMIT FileNamelabel(QFileInfo(referencePath).fileName());
-            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
-        }
-    }
-    g_remuxed = false;
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    if (m_mkvReferenceOpen) {
-        RepairMatroskaFile(m_refFile.get(), m_refFileSize);
-        m_refFile.reset();
-    } else {
-        RepairMatroskaFile(m_file.get(), g_inputSize);
-    }
 }
 
 void ThreadVideoRepair::RepairMpegPath(const RepairJob& job)

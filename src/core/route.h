@@ -64,6 +64,13 @@ struct Verdict {
             v.outcome = Outcome::Stopped;
         return v;
     }
+    // The same verdict, sent as WriteAVIFileStatus.
+    Verdict viaAviSignal() const
+    {
+        Verdict v = *this;
+        v.aviSignal = true;
+        return v;
+    }
     static Verdict sent()
     {
         Verdict v;

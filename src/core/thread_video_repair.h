@@ -199,7 +199,6 @@ public:
     // partLimit: the size of one RIFF part of the output (see WriteAviFile).
     void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
-    void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
     void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
     // Copies length bytes at start of from to the end of to, in blocks;
     // stops between blocks when a stop is requested. Returns the bytes copied.
@@ -281,7 +280,6 @@ public:
     // ---- Container routines' flags read by the driver ----
     bool m_aviReferenceOpen = false;
     bool m_mpegReferenceOpen = false;
-    bool m_mkvReferenceOpen = false;
 
     // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
     // Fills logFile.txt, Index.avi and the counters from a byte scan of m_file.
@@ -336,12 +334,7 @@ public:
     static inline double g_videoSeconds = 0;
     static inline double g_audioSeconds = 0;
 
-    // ---- Matroska and program stream repair: ScanMatroskaClusters, WriteMatroskaFile,
-    //      WriteMpegFile (containers/matroska.cpp, containers/mpegps.cpp) ----
-    uint32_t m_mkvDuration = 0;                               // Timecode units
-    std::vector<std::pair<uint64_t, uint64_t>> m_mkvClusters; // position, total length
-    void ScanMatroskaClusters();
-    bool WriteMatroskaFile(ByteReader& headerStream);
+    // ---- Program stream repair: WriteMpegFile (containers/mpegps.cpp) ----
     bool WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader);
 
     // ---- Movie search and readers: FindDamagedMovie, FindReferenceMovie, ReadMovieHeader (core/movie_search.cpp, core/movie_header.cpp) ----
@@ -359,7 +352,6 @@ public:
     // its verdict itself.
     void RepairQuickTimeFamily(const RepairJob& job);
     void RepairAviPath(const RepairJob& job);
-    void RepairMatroskaPath(const RepairJob& job);
     void RepairMpegPath(const RepairJob& job);
 
     // Reporter: the signals above.
