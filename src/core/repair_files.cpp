@@ -66,7 +66,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 } // namespace
 
 std::unique_ptr<Route> MakeAviRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAviPath>(); }
-std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
 std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
 
 void ThreadVideoRepair::showFileProgress(const QString& label)
@@ -99,7 +98,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     // Start of a run.
     Q_EMIT OverAllProgressValue(0, 0);
     m_file.reset();
-    m_aviReferenceOpen = m_mpegReferenceOpen = false;
+    m_aviReferenceOpen = false;
     g_stopRequested = false;
     g_passFailed = false;   // a pass stopped in the last run may have left it set
     m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
@@ -396,33 +395,4 @@ void ThreadVideoRepair::RepairAviPath(const RepairJob& job)
         RepairAviWithReference(hasAudio);
     else
         RepairAviDirect(hasAudio);
-}
-
-void ThreadVideoRepair::RepairMpegPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_mpegReferenceOpen = false;
-    if (!referencePath.isEmpty()) {
-        m_refFile = OpenReadOnly(referencePath);
-        if (m_refFile) {
-            m_mpegReferenceOpen = true;
-            m_refFileSize = m_refFile->size();
-            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
-        }
-    }
-    g_remuxed = false;
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    // A program stream has audio (C0) or video (E0) packet heads.
-    const bool found = FindAnyCode(*m_file, 0, g_inputSize, {0x000001C0u, 0x000001E0u}) >= 0;
-    if (g_stopRequested)
-        return;
-    if (m_mpegReferenceOpen)
-        RepairMpegFile(found, m_refFile.get(), m_refFileSize);
-    else
-        RepairMpegFile(found, m_file.get(), g_inputSize);
 }

@@ -199,7 +199,6 @@ public:
     // partLimit: the size of one RIFF part of the output (see WriteAviFile).
     void RepairAviDirect(bool hasAudio, uint64_t partLimit = kAviPartLimit);   // avi.cpp
     void RepairAviWithReference(bool hasAudio, uint64_t partLimit = kAviPartLimit); // avi.cpp
-    void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
     // Copies length bytes at start of from to the end of to, in blocks;
     // stops between blocks when a stop is requested. Returns the bytes copied.
     uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
@@ -279,7 +278,6 @@ public:
 
     // ---- Container routines' flags read by the driver ----
     bool m_aviReferenceOpen = false;
-    bool m_mpegReferenceOpen = false;
 
     // ---- AVI repair: ScanAviChunks, WriteAviFile (containers/avi.cpp) ----
     // Fills logFile.txt, Index.avi and the counters from a byte scan of m_file.
@@ -334,9 +332,6 @@ public:
     static inline double g_videoSeconds = 0;
     static inline double g_audioSeconds = 0;
 
-    // ---- Program stream repair: WriteMpegFile (containers/mpegps.cpp) ----
-    bool WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader);
-
     // ---- Movie search and readers: FindDamagedMovie, FindReferenceMovie, ReadMovieHeader (core/movie_search.cpp, core/movie_header.cpp) ----
     // One byte-wise search window; true when the movie reader ran.
     bool SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps, uint64_t stepLimit,
@@ -352,7 +347,6 @@ public:
     // its verdict itself.
     void RepairQuickTimeFamily(const RepairJob& job);
     void RepairAviPath(const RepairJob& job);
-    void RepairMpegPath(const RepairJob& job);
 
     // Reporter: the signals above.
     void showFileProgress(const QString& label) override;
