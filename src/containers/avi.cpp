@@ -3,6 +3,7 @@
 // damaged file finds, and a fresh idx1 index. The input is only read.
 #include "core/thread_video_repair.h"
 
+#include "containers/output_checks.h"
 #include "core/log_cipher.h"
 
 #include <QDebug>
@@ -223,11 +224,7 @@ bool HeadersComplete(const HeaderSearch& f, bool hasAudio)
     return hasAudio ? video && f.audioFormat && f.audioHeader : video;
 }
 
-bool SameFile(const QString& a, const QString& b)
-{
-    const QString ca = QFileInfo(a).canonicalFilePath();
-    return !ca.isEmpty() && ca == QFileInfo(b).canonicalFilePath();
-}
+using outputcheck::SameFile;
 
 uint32_t Clamp32(uint64_t v) { return uint32_t(std::min<uint64_t>(v, 0xFFFFFFFFu)); }
 
