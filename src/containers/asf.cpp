@@ -293,7 +293,7 @@ Verdict AsfRoute::repair(RepairJob& job, Reporter& report)
     const QString outPath = job.outputPath();
     const bool written = rewrite(job, report, outPath);
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     return written ? Verdict::repaired(outPath) : Verdict::failed();
 }
 

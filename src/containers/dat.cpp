@@ -122,7 +122,7 @@ Verdict DatRoute::repair(RepairJob& job, Reporter& report)
     // A file that can't be opened is still handed to the muxer by its path,
     // but gets no verdict from this route.
     if (!job.input)
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     // A stop is told "not repaired" here.
     if (written.isEmpty() || job.stopped())
         return Verdict::failed();

@@ -135,10 +135,10 @@ Verdict MatroskaRoute::repair(RepairJob& job, Reporter& report)
         return Verdict::failedUnlessStopped(job).viaAviSignal();
     scanClusters(job, report);
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     const bool written = write(job, headerStream);
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     return (written ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
 }
 

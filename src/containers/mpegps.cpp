@@ -160,10 +160,10 @@ Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
     // A program stream has audio (C0) or video (E0) packet heads.
     const bool isProgramStream = FindCode(*job.input, 0, job.input->size(), {0x000001C0u, 0x000001E0u}, job) >= 0;
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     const bool ok = repairFrom(job, report, isProgramStream, sample ? *sample : *job.input);
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     return (ok ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
 }
 

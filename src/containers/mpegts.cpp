@@ -159,7 +159,7 @@ Verdict MtsRoute::repair(RepairJob& job, Reporter& report)
     report.showFileProgress(job.fileName);
     // A file that can't be opened gets no verdict from this route.
     if (!job.input)
-        return Verdict{Verdict::Outcome::Stopped};
+        return Verdict::stopped();
     ByteReader& in = *job.input;
     const uint64_t size = in.size();
     report.setRange(size < kLargeInput ? 50000 : 5000000);

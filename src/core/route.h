@@ -56,6 +56,12 @@ struct Verdict {
         return v;
     }
     static Verdict failed() { return Verdict{}; }
+    static Verdict stopped()
+    {
+        Verdict v;
+        v.outcome = Outcome::Stopped;
+        return v;
+    }
     // Failed, unless the run was asked to stop (then nothing is said).
     static Verdict failedUnlessStopped(const RepairJob& job)
     {
