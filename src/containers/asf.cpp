@@ -3,7 +3,8 @@
 // data packet that a byte scan finds in the damaged file goes into a new Data
 // Object behind it. Integers are little-endian; GUIDs are in ASF byte order.
 #include "containers/output_checks.h"
-#include "core/thread_video_repair.h"
+#include "core/repair_globals.h"
+#include "core/route.h"
 
 #include <QDebug>
 #include <QFile>
@@ -71,11 +72,24 @@ constexpr uint64_t kMaxObjectCopy = 64u << 20;
 constexpr uint32_t kMinPacketSize = 16;
 constexpr uint32_t kMaxPacketSize = 1u << 20;
 
+// Copies of the header objects found by the walk, for the new Header Object.
+struct ObjectCopy {
+    bool found = false;
+    uint32_t size = 0;         // low 32 bits of Object Size
+    QByteArray bytes;          // the whole object
+};
+struct HeaderCopy {
+    ObjectCopy fileProperties, videoStream, audioStream, codecList, extendedContent, contentDescription;
+    bool dataFound = false;
+    QByteArray dataTail;       // Data Object: File ID, Total Data Packets, Reserved (26 bytes)
+    uint32_t packetSize = 0;   // File Properties: Maximum Data Packet Size
+};
+
 bool IsGuid(const uint8_t* p, const Guid& g) { return std::memcmp(p, g.data(), g.size()) == 0; }
 
 // Copies the object at pos when its size covers its fixed fields and fits
 // both the file and the copy limit. False leaves copy unchanged.
-bool TakeObject(ByteReader& in, uint64_t pos, uint64_t minSize, ThreadVideoRepair::AsfObjectCopy& copy)
+bool TakeObject(ByteReader& in, uint64_t pos, uint64_t minSize, ObjectCopy& copy)
 {
     const uint64_t size = in.le64(pos + kObjectSizeOffset);
     if (size < minSize || size > kMaxObjectCopy || size > in.size() - pos)
@@ -89,7 +103,7 @@ bool TakeObject(ByteReader& in, uint64_t pos, uint64_t minSize, ThreadVideoRepai
 
 void WriteGuid(FileWriter& w, const Guid& g) { w.write(g.data(), g.size()); }
 
-void WriteCopy(FileWriter& w, const ThreadVideoRepair::AsfObjectCopy& copy)
+void WriteCopy(FileWriter& w, const ObjectCopy& copy)
 {
     if (copy.found)
         w.write(copy.bytes);
@@ -100,88 +114,88 @@ void WriteCopy(FileWriter& w, const ThreadVideoRepair::AsfObjectCopy& copy)
 bool StartsPacket(const uint8_t* p) { return p[0] == 0x82 || p[0] == 0x01 || p[0] == 0x02; }
 bool IsPacketHead(const uint8_t* p) { return p[0] == 0x82 && p[1] == 0 && p[2] == 0; }
 
-} // namespace
+// The header walk fills what it finds; the packet walk writes the new file.
+class AsfRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter& report) override;
 
-void ThreadVideoRepair::ReadAsfHeaderObjects()
+private:
+    bool readHeaderObjects(ByteReader& in, const RepairJob& job);
+    bool rewrite(RepairJob& job, Reporter& report, const QString& outPath);
+
+    HeaderCopy m_header;
+};
+
+// True when the objects a new header needs were all found.
+bool AsfRoute::readHeaderObjects(ByteReader& in, const RepairJob& job)
 {
-    m_asf = AsfHeaderCopy();
-    m_asfHeadersFound = false;
-    if (!m_file)
-        return;
-    ByteReader& in = *m_file;
-    g_inputSize = in.size();
-
-    for (uint64_t pos = 0; pos < g_inputSize && pos < kHeaderWalkLimit && !g_stopRequested; ++pos) {
+    HeaderCopy& h = m_header;
+    const uint64_t size = in.size();
+    for (uint64_t pos = 0; pos < size && pos < kHeaderWalkLimit && !job.stopped(); ++pos) {
         const uint8_t* id = in.view(pos, 16);
         // Each object taken moves the position to its last byte but one; the
         // loop's step then reaches its last byte, and the next object after it.
         uint64_t taken = 0;
         if (IsGuid(id, kDataObject)) {
-            m_asf.dataFound = true;
-            m_asf.dataTail.resize(kDataTailSize);
-            in.read(pos + kDataTailOffset, m_asf.dataTail.data(), kDataTailSize);
+            h.dataFound = true;
+            h.dataTail.resize(kDataTailSize);
+            in.read(pos + kDataTailOffset, h.dataTail.data(), kDataTailSize);
         } else if (IsGuid(id, kFilePropertiesObject)) {
             const uint32_t packetSize = in.le32(pos + kPacketSizeOffset);
             if (packetSize >= kMinPacketSize && packetSize <= kMaxPacketSize
-                && TakeObject(in, pos, kMinFileProperties, m_asf.fileProperties)) {
-                m_asf.packetSize = packetSize;
-                taken = m_asf.fileProperties.size;
+                && TakeObject(in, pos, kMinFileProperties, h.fileProperties)) {
+                h.packetSize = packetSize;
+                taken = h.fileProperties.size;
             }
         } else if (IsGuid(id, kExtendedContentDescriptionObject)) {
-            if (TakeObject(in, pos, kMinExtendedContentDescription, m_asf.extendedContent))
-                taken = m_asf.extendedContent.size;
+            if (TakeObject(in, pos, kMinExtendedContentDescription, h.extendedContent))
+                taken = h.extendedContent.size;
         } else if (IsGuid(id, kStreamPropertiesObject)) {
             // Video and audio may stand in either order; the first of each counts.
             const uint8_t* type = in.view(pos + kStreamTypeOffset, 16);
-            AsfObjectCopy* stream = nullptr;
-            if (IsGuid(type, kVideoMedia) && !m_asf.videoStream.found)
-                stream = &m_asf.videoStream;
-            else if (IsGuid(type, kAudioMedia) && !m_asf.audioStream.found)
-                stream = &m_asf.audioStream;
+            ObjectCopy* stream = nullptr;
+            if (IsGuid(type, kVideoMedia) && !h.videoStream.found)
+                stream = &h.videoStream;
+            else if (IsGuid(type, kAudioMedia) && !h.audioStream.found)
+                stream = &h.audioStream;
             if (stream && TakeObject(in, pos, kMinStreamProperties, *stream))
                 taken = stream->size;
         } else if (IsGuid(id, kCodecListObject)) {
-            if (TakeObject(in, pos, kMinCodecList, m_asf.codecList))
-                taken = m_asf.codecList.size;
-        } else if (IsGuid(id, kContentDescriptionObject) && !m_asf.contentDescription.found) {
-            if (TakeObject(in, pos, kMinContentDescription, m_asf.contentDescription))
-                taken = m_asf.contentDescription.size;
+            if (TakeObject(in, pos, kMinCodecList, h.codecList))
+                taken = h.codecList.size;
+        } else if (IsGuid(id, kContentDescriptionObject) && !h.contentDescription.found) {
+            if (TakeObject(in, pos, kMinContentDescription, h.contentDescription))
+                taken = h.contentDescription.size;
         }
         if (taken)
             pos += taken - 2;
 
         // Optional objects are not waited for.
-        if (m_asf.fileProperties.found && m_asf.dataFound && m_asf.videoStream.found && m_asf.codecList.found) {
+        if (h.fileProperties.found && h.dataFound && h.videoStream.found && h.codecList.found) {
             g_moovRead = true;
-            m_asfHeadersFound = true;
-            return;
+            return true;
         }
     }
+    return false;
 }
 
-void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
+// True when the whole file was written.
+bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath)
 {
-    AsfHeaderCopy header = std::move(m_asf);
-    m_asf = AsfHeaderCopy();
-    const QString outPath = workDir + QLatin1Char('/') + m_fileName;
-    // The walk may have run over a sample: the packets come from the damaged file.
-    g_inputSize = m_file ? m_file->size() : 0;
-    const bool complete = header.fileProperties.found && header.videoStream.found && header.codecList.found
-                       && header.dataFound && header.packetSize >= kMinPacketSize;
-    if (!m_file || !complete || outputcheck::SameFile(outPath, g_sourceFullPath)
-        || outputcheck::SameFile(outPath, g_referencePath)) {
-        g_passFailed = true;
-        m_logHandle.close();
-        return;
+    HeaderCopy header = std::move(m_header);
+    m_header = HeaderCopy();
+    if (header.packetSize < kMinPacketSize || outputcheck::SameFile(outPath, job.inputPath)
+        || outputcheck::SameFile(outPath, job.referencePath)) {
+        job.log->close();
+        return false;
     }
-    if (!m_outFile.open(outPath)) {
+    FileWriter w;
+    if (!w.open(outPath)) {
         qWarning() << "Can't create" << outPath;
-        g_passFailed = true;
-        m_logHandle.close();
-        return;
+        job.log->close();
+        return false;
     }
-    g_repairedPaths << outPath;
-    FileWriter& w = m_outFile;
+    *job.outputs << outPath;
 
     WriteGuid(w, kHeaderObject);
     w.le64(0);                                 // Object Size, patched at the end
@@ -205,20 +219,20 @@ void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
     w.le64(0);                                 // Object Size: the packets' bytes, patched at the end
     w.write(header.dataTail);                  // File ID, Total Data Packets, Reserved
     const uint32_t ps = header.packetSize;     // the sample's size when one gave the header
-    header = AsfHeaderCopy();                  // the copies are no longer needed
+    header = HeaderCopy();                     // the copies are no longer needed
 
     // The packet walk: a packet begins 82 00 00 and is followed by another
     // packet head one packet size later; everything else is passed over.
-    ByteReader& in = *m_file;
-    const uint64_t size = g_inputSize;
-    Q_EMIT SetProgressBarRange(size < 0x6400000 ? 5000000 : 0x6400000);
+    ByteReader& in = *job.input;
+    const uint64_t size = in.size();
+    report.setRange(size < 0x6400000 ? 5000000 : 0x6400000);
     constexpr uint64_t kProgressStep = 1u << 20;
     constexpr size_t kScanBlock = 1u << 20;
     uint64_t nextProgress = 0;
     uint32_t latestSendTime = 0;
     uint64_t packetBytes = 0;
     uint64_t pos = 0;
-    while (pos < size && !g_stopRequested) {
+    while (pos < size && !job.stopped()) {
         if (!IsPacketHead(in.view(pos, 4))) {
             // Jump to the next 0x82 in this block instead of testing each byte.
             const size_t n = size_t(std::min<uint64_t>(kScanBlock, size - pos));
@@ -228,7 +242,7 @@ void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
             continue;
         }
         if (pos >= nextProgress) {
-            Q_EMIT setProgressvalue(ulong(pos));
+            report.setValue(ulong(pos));
             nextProgress = pos + kProgressStep;
         }
         // Bytes past the end read as zero and fail this test: a packet cut by
@@ -246,11 +260,43 @@ void ThreadVideoRepair::RewriteAsfFile(const QString& workDir)
     w.patchLe32(16, uint32_t(headerSize));                     // Header Object size
     w.patchLe64(kPlayDurationAt, uint64_t(latestSendTime) * 10000u);   // milliseconds to 100 ns
     w.patchLe64(dataSizeAt, packetBytes);                      // packets only
-    m_logHandle.close();
-    if (!m_outFile.close()) {
+    job.log->close();
+    if (!w.close()) {
         qWarning() << "Writing" << outPath << "failed; it is removed.";
         QFile::remove(outPath);
-        g_repairedPaths.removeAll(outPath);
-        g_passFailed = true;
+        job.outputs->removeAll(outPath);
+        return false;
     }
+    return true;
 }
+
+Verdict AsfRoute::repair(RepairJob& job, Reporter& report)
+{
+    report.showFileProgress(job.fileName);
+    // The header objects come from the sample when one is given (a sample
+    // that can't be opened gives none), else from the damaged file itself.
+    std::unique_ptr<FileReader> sample;
+    ByteReader* headerSource = job.input;
+    if (!job.referencePath.isEmpty()) {
+        sample = FileReader::open(job.referencePath);
+        headerSource = sample.get();
+    }
+    const bool found = headerSource && readHeaderObjects(*headerSource, job);
+    sample.reset();
+    if (!found || !job.input) {
+        // A file without a header is told twice: once for the header walk,
+        // once for the file.
+        if (!job.stopped())
+            report.sendVerdict(job, Verdict::failed());
+        return Verdict::failedUnlessStopped(job);
+    }
+    const QString outPath = job.outputPath();
+    const bool written = rewrite(job, report, outPath);
+    if (job.stopped())
+        return Verdict::stopped();
+    return written ? Verdict::repaired(outPath) : Verdict::failed();
+}
+
+} // namespace
+
+std::unique_ptr<Route> MakeAsfRoute() { return std::make_unique<AsfRoute>(); }

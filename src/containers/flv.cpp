@@ -298,7 +298,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
 
     const bool ok = w.close() && complete;
     if (job.stopped())
-        return Verdict{Verdict::Outcome::Stopped};   // the driver removes the short file
+        return Verdict::stopped();   // the driver removes the short file
     if (!ok) {
         qWarning() << "Writing" << outPath << "failed; it is removed.";
         QFile::remove(outPath);

@@ -1,29 +1,15 @@
 // Matroska/WebM repair: keeps Info, Tracks and every Cluster that stands where its
 // size says, and writes them behind a fresh EBML header, SeekHead and Void.
 #include "containers/matroska.h"
-#include "core/thread_video_repair.h"
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/log_cipher.h"
 #include "core/repair_globals.h"
+#include "core/route.h"
 
+#include <QFileInfo>
 #include <cstring>
-
-namespace {
-constexpr uint32_t kSegment = 0x18538067u, kInfo = 0x1549A966u, kTracks = 0x1654AE6Bu,
-                   kCluster = 0x1F43B675u, kCues = 0x1C53BB6Bu, kTags = 0x1254C367u;
-
-uint64_t g_mkvInfoHeadPos = 0, g_mkvInfoHeadSize = 0, g_mkvInfoTailPos = 0,
-         g_mkvInfoTailSize = 0, g_mkvTracksPos = 0, g_mkvTracksSize = 0, g_mkvSegmentSize = 0;
-
-// End of an element at p with size (n, v), or UINT64_MAX when it can't lie in a file.
-uint64_t ElementEnd(uint64_t p, int n, uint64_t v, uint64_t fileSize)
-{
-    if (v > fileSize)
-        return UINT64_MAX;
-    return p + 4 + uint64_t(n) + v;
-}
-} // namespace
+#include <vector>
 
 std::pair<int, uint64_t> ReadEbmlSize(ByteReader& in, uint64_t pos)
 {
@@ -44,23 +30,64 @@ std::pair<int, uint64_t> ReadEbmlSize(ByteReader& in, uint64_t pos)
     return {n, v};
 }
 
-void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize)
+namespace {
+constexpr uint32_t kSegment = 0x18538067u, kInfo = 0x1549A966u, kTracks = 0x1654AE6Bu,
+                   kCluster = 0x1F43B675u, kCues = 0x1C53BB6Bu, kTags = 0x1254C367u;
+
+// End of an element at p with size (n, v), or UINT64_MAX when it can't lie in a file.
+uint64_t ElementEnd(uint64_t p, int n, uint64_t v, uint64_t fileSize)
 {
-    g_mkvSegmentSize = 0;
-    g_mkvInfoHeadPos = g_mkvInfoHeadSize = g_mkvInfoTailPos = g_mkvInfoTailSize = 0;
-    g_mkvTracksPos = g_mkvTracksSize = 0;
-    m_mkvClusters.clear();
+    if (v > fileSize)
+        return UINT64_MAX;
+    return p + 4 + uint64_t(n) + v;
+}
+
+class MatroskaRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter& report) override;
+
+private:
+    // Logs and keeps every Cluster that stands where its size says, and the
+    // Duration that their Timecodes give.
+    void scanClusters(RepairJob& job, Reporter& report);
+    bool write(RepairJob& job, ByteReader& headerStream);
+
+    // Where Info (around its Duration) and Tracks lie in the header stream.
+    uint64_t m_infoHeadPos = 0, m_infoHeadSize = 0, m_infoTailPos = 0, m_infoTailSize = 0;
+    uint64_t m_tracksPos = 0, m_tracksSize = 0;
+    uint64_t m_segmentSize = 0;
+    uint32_t m_duration = 0;                                // Timecode units
+    std::vector<std::pair<uint64_t, uint64_t>> m_clusters;  // position, total length
+};
+
+// Info and Tracks come from the sample when one is given, else from the file;
+// the Clusters always come from the file.
+Verdict MatroskaRoute::repair(RepairJob& job, Reporter& report)
+{
+    report.showFileProgress(job.fileName);
+    std::unique_ptr<FileReader> sample;
+    if (!job.referencePath.isEmpty()) {
+        sample = FileReader::open(job.referencePath);
+        if (sample) {
+            report.showFileProgress(QFileInfo(job.referencePath).fileName());
+            report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
+        }
+    }
+    g_remuxed = false;
+    if (!job.input)
+        return Verdict::failed().viaAviSignal();
+    ByteReader& headerStream = sample ? *sample : *job.input;
     bool infoFound = false, tracksFound = false;
-    if (headerStream && m_file) {
-        ByteReader& in = *headerStream;
-        const uint64_t size = headerSize;
+    {
+        ByteReader& in = headerStream;
+        const uint64_t size = in.size();
         uint64_t budget = 100000;
         uint64_t width = 0;
         uint64_t p = 0;
-        while (budget != 0 && budget <= size && !(infoFound && tracksFound) && !g_stopRequested) {
+        while (budget != 0 && budget <= size && !(infoFound && tracksFound) && !job.stopped()) {
             const uint32_t id = in.be32(p);
             if (id == kInfo || id == kTracks) {
-                const bool refused = g_mkvTracksPos >= 3 && in.be24(g_mkvTracksPos - 3) == 0x53AB84u;
+                const bool refused = m_tracksPos >= 3 && in.be24(m_tracksPos - 3) == 0x53AB84u;
                 if (!refused) {
                     const auto [n, v] = ReadEbmlSize(in, p + 4);
                     const uint64_t e = ElementEnd(p, n, v, size);
@@ -71,7 +98,7 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
                          (id == kTracks && (next == kCues || next == kTags)));
                     if (nextOk && id == kInfo) {
                         const uint64_t start = p + 4 + uint64_t(n);
-                        for (uint64_t h = start; h + 1 < e && !g_stopRequested; ++h) {
+                        for (uint64_t h = start; h + 1 < e && !job.stopped(); ++h) {
                             if (in.u8(h) != 0x44 || in.u8(h + 1) != 0x89)
                                 continue;
                             infoFound = true;
@@ -82,11 +109,11 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
                             // Duration is rewritten, so the head starts behind it.
                             const uint64_t headStart =
                                 (in.be16(start) == 0xBF84u && start + 6 <= h) ? start + 6 : start;
-                            g_mkvInfoHeadPos = headStart;
-                            g_mkvInfoHeadSize = h - headStart;
-                            g_mkvInfoTailPos = h + 3 + width;
-                            g_mkvInfoTailSize = e > g_mkvInfoTailPos ? e - g_mkvInfoTailPos : 0;
-                            g_mkvSegmentSize += g_mkvInfoHeadSize + g_mkvInfoTailSize + 19;
+                            m_infoHeadPos = headStart;
+                            m_infoHeadSize = h - headStart;
+                            m_infoTailPos = h + 3 + width;
+                            m_infoTailSize = e > m_infoTailPos ? e - m_infoTailPos : 0;
+                            m_segmentSize += m_infoHeadSize + m_infoTailSize + 19;
                             const uint64_t d = h - p;
                             budget = budget > d ? budget - d : 0;
                             p = h;
@@ -94,9 +121,9 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
                         }
                     } else if (nextOk && id == kTracks) {
                         tracksFound = true;
-                        g_mkvTracksPos = p;
-                        g_mkvTracksSize = 4 + uint64_t(n) + v;
-                        g_mkvSegmentSize += g_mkvTracksSize;
+                        m_tracksPos = p;
+                        m_tracksSize = 4 + uint64_t(n) + v;
+                        m_segmentSize += m_tracksSize;
                     }
                 }
             }
@@ -104,34 +131,28 @@ void ThreadVideoRepair::RepairMatroskaFile(ByteReader* headerStream, uint64_t he
             if (budget) --budget;
         }
     }
-    if (!infoFound || !tracksFound) {
-        if (!g_stopRequested)
-            Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    ScanMatroskaClusters();
-    if (g_stopRequested)
-        return;
-    const bool written = WriteMatroskaFile(*headerStream);
-    m_mkvReferenceOpen = false;
-    if (g_stopRequested)
-        return;
-    if (written)
-        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-    Q_EMIT WriteAVIFileStatus(written, m_fileName);
+    if (!infoFound || !tracksFound)
+        return Verdict::failedUnlessStopped(job).viaAviSignal();
+    scanClusters(job, report);
+    if (job.stopped())
+        return Verdict::stopped();
+    const bool written = write(job, headerStream);
+    if (job.stopped())
+        return Verdict::stopped();
+    return (written ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
 }
 
-void ThreadVideoRepair::ScanMatroskaClusters()
+void MatroskaRoute::scanClusters(RepairJob& job, Reporter& report)
 {
-    ByteReader& in = *m_file;
+    ByteReader& in = *job.input;
     const uint64_t size = in.size();
-    Q_EMIT SetProgressBarRange(ulong(size));
+    report.setRange(ulong(size));
     LogCipher cipher;
     uint32_t count = 0, firstTc = 0, lastTc = 0;
     uint64_t done = 0;
     constexpr uint64_t kBlock = 1u << 20;
     uint64_t pos = 0;
-    while (pos + 4 <= size && !g_stopRequested) {
+    while (pos + 4 <= size && !job.stopped()) {
         const uint64_t n = std::min(kBlock, size - pos);
         const uint8_t* v = in.view(pos, size_t(n) + 3);
         uint64_t hit = UINT64_MAX;
@@ -175,22 +196,22 @@ void ThreadVideoRepair::ScanMatroskaClusters()
         if (count == 0) firstTc = tc;
         lastTc = tc;
         const uint64_t total = 4 + uint64_t(sn) + sv;
-        WriteLogLine(cipher, QStringLiteral("%1 %2").arg(hit).arg(total));
-        m_mkvClusters.emplace_back(hit, total);
-        g_mkvSegmentSize += total;
-        Q_EMIT setProgressvalue(ulong(done));
+        job.writeLogLine(cipher, QStringLiteral("%1 %2").arg(hit).arg(total));
+        m_clusters.emplace_back(hit, total);
+        m_segmentSize += total;
+        report.setValue(ulong(done));
         done += total;
         ++count;
         pos = hit + sv + 1;
     }
-    m_mkvDuration = uint32_t(10u * count - firstTc + lastTc);
+    m_duration = uint32_t(10u * count - firstTc + lastTc);
 }
 
-bool ThreadVideoRepair::WriteMatroskaFile(ByteReader& headerStream)
+bool MatroskaRoute::write(RepairJob& job, ByteReader& headerStream)
 {
-    g_mkvSegmentSize += 229;
-    const QString path = m_workDir + "/" + m_fileName;
-    g_repairedPaths.append(path);
+    m_segmentSize += 229;
+    const QString path = job.outputPath();
+    job.outputs->append(path);
     FileWriter out;
     if (!out.open(path))
         return false;
@@ -200,40 +221,40 @@ bool ThreadVideoRepair::WriteMatroskaFile(ByteReader& headerStream)
     out.write(ebml, sizeof ebml);
     out.be32(kSegment);
     // An eight-byte size field: 0x01, then the size in seven bytes.
-    out.be32(0x01000000u | uint32_t(g_mkvSegmentSize >> 32 & 0xFFFFFF));
-    out.be32(uint32_t(g_mkvSegmentSize));
+    out.be32(0x01000000u | uint32_t(m_segmentSize >> 32 & 0xFFFFFF));
+    out.be32(uint32_t(m_segmentSize));
     static const uint8_t seekHead[33] = {0x11, 0x4D, 0x9B, 0x74, 0x40, 0x1D, 0x4D, 0xBB, 0x8B,
         0x53, 0xAB, 0x84, 0x15, 0x49, 0xA9, 0x66, 0x53, 0xAC, 0x81, 0xE5, 0x4D, 0xBB, 0x8C,
         0x53, 0xAB, 0x84, 0x16, 0x54, 0xAE, 0x6B, 0x53, 0xAC, 0x82};
     out.write(seekHead, sizeof seekHead);
-    const uint16_t tracksAt = uint16_t(g_mkvInfoHeadSize + g_mkvInfoTailSize + 248);
+    const uint16_t tracksAt = uint16_t(m_infoHeadSize + m_infoTailSize + 248);
     out.u8(uint8_t(tracksAt >> 8));
     out.u8(uint8_t(tracksAt));
     uint8_t voidEl[194] = {0xEC, 0x01, 0, 0, 0, 0, 0, 0, 0xB9};
     out.write(voidEl, sizeof voidEl);
     out.be32(kInfo);
     out.be32(0x01000000u);
-    out.be32(uint32_t(g_mkvInfoHeadSize + g_mkvInfoTailSize + 7));
-    out.copyFrom(headerStream, g_mkvInfoHeadPos, g_mkvInfoHeadSize);
-    float d = float(m_mkvDuration);
+    out.be32(uint32_t(m_infoHeadSize + m_infoTailSize + 7));
+    out.copyFrom(headerStream, m_infoHeadPos, m_infoHeadSize);
+    float d = float(m_duration);
     uint32_t bits;
     std::memcpy(&bits, &d, 4);
     out.u8(0x44); out.u8(0x89); out.u8(0x84);
     out.be32(bits);
-    if (g_mkvInfoTailSize)
-        out.copyFrom(headerStream, g_mkvInfoTailPos, g_mkvInfoTailSize);
-    out.copyFrom(headerStream, g_mkvTracksPos, g_mkvTracksSize);
-    g_mkvInfoHeadPos = g_mkvInfoHeadSize = g_mkvInfoTailPos = g_mkvInfoTailSize = 0;
-    g_mkvTracksPos = g_mkvTracksSize = g_mkvSegmentSize = 0;
-    m_mkvDuration = 0;
-    m_logHandle.close();
+    if (m_infoTailSize)
+        out.copyFrom(headerStream, m_infoTailPos, m_infoTailSize);
+    out.copyFrom(headerStream, m_tracksPos, m_tracksSize);
+    job.log->close();
     // The cluster list is kept in memory as it was logged; copying from it spares
     // a decipher pass over logFile.txt.
-    for (const auto& c : m_mkvClusters) {
-        if (g_stopRequested)
+    for (const auto& c : m_clusters) {
+        if (job.stopped())
             break;
-        out.copyFrom(*m_file, c.first, c.second);
+        out.copyFrom(*job.input, c.first, c.second);
     }
-    m_mkvClusters.clear();
     return out.close();
 }
+
+} // namespace
+
+std::unique_ptr<Route> MakeMatroskaRoute() { return std::make_unique<MatroskaRoute>(); }

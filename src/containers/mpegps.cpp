@@ -1,14 +1,18 @@
 // MPEG-1/2 repair: puts back the system header and the sequence header ahead of
 // the first group of pictures and copies the rest of the stream unchanged.
-#include "containers/mpegps.h"
-#include "core/thread_video_repair.h"
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/repair_globals.h"
+#include "core/route.h"
 
 #include <cstring>
+#include <initializer_list>
 
-const uint8_t MpegHeaderBlock[93] = {
+namespace {
+
+// 93 bytes written behind a sequence start code and the picture size of a bare
+// video stream: rate and aspect, a zero byte, a user data start code and its text.
+const uint8_t kMpegHeaderBlock[93] = {
     0x15, 0xFF, 0xFF, 0xE0, 0x00, 0x00, 0x00, 0x01, 0xB2,
     'M', 'P', 'E', 'G', ' ', 's', 't', 'r', 'e', 'a', 'm', ' ', 'e', 'n', 'c', 'o', 'd', 'e', 'd', ' ',
     'b', 'y', ' ', 'U', 'C', 'B', ' ', 'E', 'n', 'c', 'o', 'd', 'e', 'r', ' ', '(', 'm', 'p', 'e', 'g',
@@ -16,33 +20,40 @@ const uint8_t MpegHeaderBlock[93] = {
     'e', ' ', 'O', 'c', 't', ' ', ' ', '9', ' ', '1', '2', ':', '2', '3', ':', '3', '1', ' ', '2', '0',
     '0', '1', '\n', '.'};
 
-namespace {
 constexpr uint32_t kPack = 0x000001BAu, kSystem = 0x000001BBu, kSequence = 0x000001B3u,
                    kGop = 0x000001B8u, kUser = 0x000001B2u, kExtension = 0x000001B5u;
-
-uint8_t g_mpegSystemBounds[6];
-uint8_t g_mpegPictureSize[3];
-// The learnt sequence header (12 or 76 bytes) and, in an MPEG-2 stream, the
-// extensions that follow it; g_mpegSequenceLength counts the bytes held.
 constexpr uint64_t kSequenceRunMax = 256;
-uint8_t g_mpegSequenceHeader[kSequenceRunMax];
-uint64_t g_mpegSequenceLength = 0;
 
-// First position in [from, limit) holding the 4-byte code, or -1; polls the stop flag.
-int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, uint32_t code)
+// First position in [from, limit) holding one of the 4-byte codes, or -1;
+// polls the stop flag.
+int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, std::initializer_list<uint32_t> codes,
+                 const RepairJob& job)
 {
     constexpr uint64_t kBlock = 1u << 20;
-    const uint8_t c0 = uint8_t(code >> 24), c1 = uint8_t(code >> 16), c2 = uint8_t(code >> 8),
-                  c3 = uint8_t(code);
-    for (uint64_t pos = from; pos < limit && !g_stopRequested;) {
+    for (uint64_t pos = from; pos < limit && !job.stopped();) {
         const uint64_t n = std::min(kBlock, limit - pos);
         const uint8_t* v = in.view(pos, size_t(n) + 3);
-        for (uint64_t i = 0; i < n; ++i)
-            if (v[i] == c0 && v[i + 1] == c1 && v[i + 2] == c2 && v[i + 3] == c3)
-                return int64_t(pos + i);
+        for (uint64_t i = 0; i < n; ++i) {
+            const uint32_t w = ByteReader::loadBe32(v + i);
+            for (uint32_t code : codes)
+                if (w == code)
+                    return int64_t(pos + i);
+        }
         pos += n;
     }
     return -1;
+}
+
+// Copies length bytes at start of from to the end of to, a block at a time,
+// so that a stop is seen between blocks.
+void CopyRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start, const RepairJob& job)
+{
+    constexpr uint64_t kBlock = 1u << 20;
+    for (uint64_t done = 0; done < length && !job.stopped();) {
+        const uint64_t n = std::min(kBlock, length - done);
+        to.copyFrom(from, start + done, n);
+        done += n;
+    }
 }
 
 // Bytes of the pack header at k. An MPEG-1 pack header ('0010' in the top bits of
@@ -97,9 +108,9 @@ uint64_t OldSequenceStart(ByteReader& in, uint64_t from, uint64_t g)
 
 // Position of the length field of the packet that holds g, found by walking the pack and
 // packet chain from pos by their own lengths; -1 when the chain breaks before g.
-int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g)
+int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g, const RepairJob& job)
 {
-    while (pos < g && !g_stopRequested) {
+    while (pos < g && !job.stopped()) {
         if (in.be24(pos) != 1)
             return -1;
         const uint8_t code = in.u8(pos + 3);
@@ -116,43 +127,75 @@ int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g)
     }
     return -1;
 }
-} // namespace
+class MpegRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter& report) override;
 
-void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize)
+private:
+    bool repairFrom(RepairJob& job, Reporter& report, bool isProgramStream, ByteReader& in);
+    bool write(RepairJob& job, bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader);
+
+    uint8_t m_systemBounds[6] = {};
+    uint8_t m_pictureSize[3] = {};
+    // The learnt sequence header (12 or 76 bytes) and, in an MPEG-2 stream, the
+    // extensions that follow it; m_sequenceLength counts the bytes held.
+    uint8_t m_sequenceHeader[kSequenceRunMax] = {};
+    uint64_t m_sequenceLength = 0;
+};
+
+// The headers are learnt from the sample when one is given, else from the
+// file; the stream is always copied from the file.
+Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
 {
-    Q_EMIT SetProgressBarRange(500000);
-    std::memset(g_mpegSystemBounds, 0, sizeof g_mpegSystemBounds);
-    std::memset(g_mpegPictureSize, 0, sizeof g_mpegPictureSize);
-    std::memset(g_mpegSequenceHeader, 0, sizeof g_mpegSequenceHeader);
-    g_mpegSequenceLength = 0;
-    if (!stream || !m_file || streamSize < 8) {
-        if (!g_stopRequested)
-            Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
+    report.showFileProgress(job.fileName);
+    std::unique_ptr<FileReader> sample;
+    if (!job.referencePath.isEmpty()) {
+        sample = FileReader::open(job.referencePath);
+        if (sample)
+            report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
     }
-    ByteReader& in = *stream;
+    g_remuxed = false;
+    if (!job.input)
+        return Verdict::failed().viaAviSignal();
+    // A program stream has audio (C0) or video (E0) packet heads.
+    const bool isProgramStream = FindCode(*job.input, 0, job.input->size(), {0x000001C0u, 0x000001E0u}, job) >= 0;
+    if (job.stopped())
+        return Verdict::stopped();
+    const bool ok = repairFrom(job, report, isProgramStream, sample ? *sample : *job.input);
+    if (job.stopped())
+        return Verdict::stopped();
+    return (ok ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
+}
+
+// Learns the headers from in (the sample or the file); true when the file was written.
+bool MpegRoute::repairFrom(RepairJob& job, Reporter& report, bool isProgramStream, ByteReader& in)
+{
+    report.setRange(500000);
+    const uint64_t streamSize = in.size();
+    if (streamSize < 8)
+        return false;
     bool ok = false;
     if (!isProgramStream) {
-        const int64_t p = FindCode(in, 0, streamSize / 8, kSequence);
+        const int64_t p = FindCode(in, 0, streamSize / 8, {kSequence}, job);
         if (p >= 0) {
-            in.read(uint64_t(p) + 4, g_mpegPictureSize, 3);
-            ok = WriteMpegFile(false, false, false);
+            in.read(uint64_t(p) + 4, m_pictureSize, 3);
+            ok = write(job, false, false, false);
         }
     } else {
         bool validSystem = false;
-        const uint64_t systemLimit = std::min<uint64_t>(g_inputSize / 8, streamSize);
-        const int64_t h = FindCode(in, 0, systemLimit, kSystem);
-        Q_EMIT setProgressvalue(400000);
+        const uint64_t systemLimit = std::min<uint64_t>(job.input->size() / 8, streamSize);
+        const int64_t h = FindCode(in, 0, systemLimit, {kSystem}, job);
+        report.setValue(400000);
         if (h >= 0) {
             const uint16_t ids = in.be16(uint64_t(h) + 12);
             if (ids == 0xC0C0 || ids == 0xE0E0 || ids == 0xB9E0) {
                 validSystem = true;
-                in.read(uint64_t(h) + 6, g_mpegSystemBounds, 6);
+                in.read(uint64_t(h) + 6, m_systemBounds, 6);
             }
         }
         bool shortForm = false, longForm = false;
-        for (int64_t p = 0; validSystem && !g_stopRequested;) {
-            p = FindCode(in, uint64_t(p), streamSize / 8, kSequence);
+        for (int64_t p = 0; validSystem && !job.stopped();) {
+            p = FindCode(in, uint64_t(p), streamSize / 8, {kSequence}, job);
             if (p < 0)
                 break;
             const uint64_t q = uint64_t(p);
@@ -168,43 +211,39 @@ void ThreadVideoRepair::RepairMpegFile(bool isProgramStream, ByteReader* stream,
             }
             if (len) {
                 len += ExtensionRun(in, q + len, kSequenceRunMax - len);
-                in.read(q, g_mpegSequenceHeader, size_t(len));
-                g_mpegSequenceLength = len;
+                in.read(q, m_sequenceHeader, size_t(len));
+                m_sequenceLength = len;
                 break;
             }
             ++p;
         }
         if (validSystem && (shortForm || longForm))
-            ok = WriteMpegFile(true, shortForm, longForm);
+            ok = write(job, true, shortForm, longForm);
     }
-    if (g_stopRequested)
-        return;
-    if (ok)
-        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-    Q_EMIT WriteAVIFileStatus(ok, m_fileName);
+    return ok;
 }
 
-bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader)
+bool MpegRoute::write(RepairJob& job, bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader)
 {
-    ByteReader& in = *m_file;
+    ByteReader& in = *job.input;
     const uint64_t size = in.size();
     // Without a group of pictures there is no point to resume the stream at: the file
     // gets a negative verdict and no output is made, rather than an empty one.
-    const int64_t g = FindCode(in, 0, isProgramStream ? size : size / 2, kGop);
-    if (g < 0 || g_stopRequested)
+    const int64_t g = FindCode(in, 0, isProgramStream ? size : size / 2, {kGop}, job);
+    if (g < 0 || job.stopped())
         return false;
-    const QString path = m_workDir + "/" + m_fileName;
+    const QString path = job.outputPath();
     FileWriter out;
     if (!out.open(path))
         return false;
-    g_repairedPaths.append(path);
+    job.outputs->append(path);
     if (!isProgramStream) {
         out.be32(kSequence);
-        out.write(g_mpegPictureSize, 3);
-        out.write(MpegHeaderBlock, sizeof MpegHeaderBlock);
-        CopyFileRange(in, out, size - uint64_t(g), uint64_t(g));
+        out.write(m_pictureSize, 3);
+        out.write(kMpegHeaderBlock, sizeof kMpegHeaderBlock);
+        CopyRange(in, out, size - uint64_t(g), uint64_t(g), job);
     } else {
-        const int64_t kFound = FindCode(in, 0, size, kPack);
+        const int64_t kFound = FindCode(in, 0, size, {kPack}, job);
         const uint64_t k = kFound < 0 ? 0 : uint64_t(kFound);
         const uint64_t packLength = PackHeaderLength(in, k);
         out.copyFrom(in, k, packLength);
@@ -213,20 +252,20 @@ bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHe
         if (!hasSystem) {
             out.be32(kSystem);
             out.u8(0x00); out.u8(0x0C);
-            out.write(g_mpegSystemBounds, 6);
+            out.write(m_systemBounds, 6);
             static const uint8_t tail[6] = {0xE0, 0xE0, 0x2E, 0xC0, 0xC0, 0x20};
             out.write(tail, 6);
         }
         // The group of pictures is searched from the pack header on.
-        const int64_t g2 = FindCode(in, k, size, kGop);
+        const int64_t g2 = FindCode(in, k, size, {kGop}, job);
         const uint64_t gg = g2 < 0 ? uint64_t(g) : uint64_t(g2);
         const uint64_t body = k + packLength;
         const uint64_t oldStart = gg > body ? OldSequenceStart(in, body, gg) : gg;
-        const uint64_t learnt = shortSequenceHeader || longSequenceHeader ? g_mpegSequenceLength : 0;
+        const uint64_t learnt = shortSequenceHeader || longSequenceHeader ? m_sequenceLength : 0;
         // The learnt header replaces the old one inside a packet; when their sizes differ,
         // the packet's 16-bit length is corrected so the packets behind it stay in step.
         const int64_t delta = int64_t(learnt) - int64_t(gg - oldStart);
-        int64_t lengthAt = delta != 0 && gg > body ? PacketLengthField(in, body, gg) : -1;
+        int64_t lengthAt = delta != 0 && gg > body ? PacketLengthField(in, body, gg, job) : -1;
         int64_t newLength = 0;
         if (lengthAt >= 0) {
             newLength = int64_t(in.be16(uint64_t(lengthAt))) + delta;
@@ -234,18 +273,18 @@ bool ThreadVideoRepair::WriteMpegFile(bool isProgramStream, bool shortSequenceHe
                 lengthAt = -1;
         }
         if (lengthAt >= 0) {
-            CopyFileRange(in, out, uint64_t(lengthAt) - body, body);
+            CopyRange(in, out, uint64_t(lengthAt) - body, body, job);
             out.be16(uint16_t(newLength));
-            CopyFileRange(in, out, oldStart - uint64_t(lengthAt) - 2, uint64_t(lengthAt) + 2);
+            CopyRange(in, out, oldStart - uint64_t(lengthAt) - 2, uint64_t(lengthAt) + 2, job);
         } else if (oldStart > body) {
-            CopyFileRange(in, out, oldStart - body, body);
+            CopyRange(in, out, oldStart - body, body, job);
         }
-        out.write(g_mpegSequenceHeader, size_t(learnt));
-        CopyFileRange(in, out, size - gg, gg);
+        out.write(m_sequenceHeader, size_t(learnt));
+        CopyRange(in, out, size - gg, gg, job);
     }
-    std::memset(g_mpegSystemBounds, 0, sizeof g_mpegSystemBounds);
-    std::memset(g_mpegPictureSize, 0, sizeof g_mpegPictureSize);
-    std::memset(g_mpegSequenceHeader, 0, sizeof g_mpegSequenceHeader);
-    g_mpegSequenceLength = 0;
-    return out.close() && !g_stopRequested;
+    return out.close() && !job.stopped();
 }
+
+} // namespace
+
+std::unique_ptr<Route> MakeMpegRoute() { return std::make_unique<MpegRoute>(); }

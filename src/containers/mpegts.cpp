@@ -6,7 +6,8 @@
 #include "containers/mpegts.h"
 
 #include "containers/output_checks.h"
-#include "core/thread_video_repair.h"
+#include "core/repair_globals.h"
+#include "core/route.h"
 
 #include <QDebug>
 #include <QFile>
@@ -37,10 +38,10 @@ struct ScanResult {
 // Position of the next byte 0x47 behind pos, or size when there is none. Only
 // a sync byte can start a recognised head, so this is the same as stepping one
 // byte at a time over unrecognised bytes, without testing each of them.
-uint64_t NextSyncCandidate(ByteReader& in, uint64_t pos, uint64_t size)
+uint64_t NextSyncCandidate(ByteReader& in, uint64_t pos, uint64_t size, const RepairJob& job)
 {
     for (uint64_t at = pos + 1; at < size;) {
-        if (g_stopRequested)
+        if (job.stopped())
             return at;
         const size_t n = size_t(std::min<uint64_t>(kSkipBlock, size - at));
         const uint8_t* p = in.view(at, n);
@@ -57,24 +58,37 @@ void WriteUnit(FileWriter& out, const mts::Unit& unit)
     out.write(unit.data(), unit.size());
 }
 
+class MtsRoute : public Route {
+public:
+    Verdict repair(RepairJob& job, Reporter& report) override;
+
+private:
+    ScanResult copyIntactUnits(const RepairJob& job, Reporter& report, FileWriter& out);
+    ScanResult rebuildUnits(const RepairJob& job, Reporter& report, FileWriter& out);
+
+    uint32_t m_unitCount = 0;   // payload-start media units since the last system set
+    uint32_t m_setCount = 0;    // system sets written since the last SIT
+};
+
 // Copies each unit whose head is recognised, system units included.
-ScanResult CopyIntactUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out)
+ScanResult MtsRoute::copyIntactUnits(const RepairJob& job, Reporter& report, FileWriter& out)
 {
+    ByteReader& in = *job.input;
     ScanResult r;
     const uint64_t size = in.size();
     uint64_t nextProgress = 0;
     for (uint64_t pos = kCopyStart; pos < size;) {
-        if (g_stopRequested) {
+        if (job.stopped()) {
             r.stopped = true;
             break;
         }
         if (pos >= nextProgress) {
-            Q_EMIT t.setProgressvalue(ulong(r.writtenBytes));
+            report.setValue(ulong(r.writtenBytes));
             nextProgress = pos + kProgressStep;
         }
         const HeadClass c = mts::ClassifyHead(in.be32(pos));
         if (c == HeadClass::None) {
-            pos = NextSyncCandidate(in, pos, size);
+            pos = NextSyncCandidate(in, pos, size, job);
             continue;
         }
         // The unit is taken from where its head was found, not from the running
@@ -90,8 +104,9 @@ ScanResult CopyIntactUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out
 
 // Copies the media units behind the templates; system units of the file are
 // dropped and fresh ones follow every seventh payload start.
-ScanResult RebuildUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out)
+ScanResult MtsRoute::rebuildUnits(const RepairJob& job, Reporter& report, FileWriter& out)
 {
+    ByteReader& in = *job.input;
     ScanResult r;
     const uint64_t size = in.size();
     WriteUnit(out, mts::PatUnit);
@@ -100,18 +115,18 @@ ScanResult RebuildUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out)
     WriteUnit(out, mts::PcrUnit);
     uint64_t nextProgress = 0;
     for (uint64_t pos = kRebuildStart; pos < size;) {
-        if (g_stopRequested) {
+        if (job.stopped()) {
             r.stopped = true;
             break;
         }
         if (pos >= nextProgress) {
-            Q_EMIT t.setProgressvalue(ulong(r.writtenBytes));
+            report.setValue(ulong(r.writtenBytes));
             nextProgress = pos + kProgressStep;
         }
         const HeadClass c = mts::ClassifyHead(in.be32(pos));
         switch (c) {
         case HeadClass::None:
-            pos = NextSyncCandidate(in, pos, size);
+            pos = NextSyncCandidate(in, pos, size, job);
             break;
         case HeadClass::System:
             pos += kBehindSystem;
@@ -122,13 +137,13 @@ ScanResult RebuildUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out)
             r.writtenBytes += mts::kUnitSize;
             ++r.mediaUnits;
             pos += kBehindMedia;
-            if (c == HeadClass::MediaCounted && ++t.m_mtsUnitCount == kUnitsPerSet) {
-                t.m_mtsUnitCount = 0;
-                ++t.m_mtsSetCount;
+            if (c == HeadClass::MediaCounted && ++m_unitCount == kUnitsPerSet) {
+                m_unitCount = 0;
+                ++m_setCount;
                 WriteUnit(out, mts::PatUnit);
                 WriteUnit(out, mts::PmtUnit);
-                if (t.m_mtsSetCount == kSetsPerSit) {
-                    t.m_mtsSetCount = 0;
+                if (m_setCount == kSetsPerSit) {
+                    m_setCount = 0;
                     WriteUnit(out, mts::SitUnit);
                 }
                 WriteUnit(out, mts::PcrUnit);
@@ -139,45 +154,48 @@ ScanResult RebuildUnits(ThreadVideoRepair& t, ByteReader& in, FileWriter& out)
     return r;
 }
 
-} // namespace
-
-void ThreadVideoRepair::RepairMtsFile()
+Verdict MtsRoute::repair(RepairJob& job, Reporter& report)
 {
-    m_mtsDone = false;
-    m_mtsUnitCount = 0;
-    m_mtsSetCount = 0;
-    if (!m_file) {
-        m_logHandle.close();
-        return;
-    }
-    ByteReader& in = *m_file;
+    report.showFileProgress(job.fileName);
+    // A file that can't be opened gets no verdict from this route.
+    if (!job.input)
+        return Verdict::stopped();
+    ByteReader& in = *job.input;
     const uint64_t size = in.size();
-    Q_EMIT SetProgressBarRange(size < kLargeInput ? 50000 : 5000000);
+    report.setRange(size < kLargeInput ? 50000 : 5000000);
 
-    const QString outPath = m_workDir + QLatin1Char('/') + m_fileName;
-    if (outputcheck::SameFile(outPath, g_sourceFullPath) || !m_outFile.open(outPath)) {
+    const QString outPath = job.outputPath();
+    FileWriter out;
+    if (outputcheck::SameFile(outPath, job.inputPath) || !out.open(outPath)) {
         qWarning() << "Can't write the repaired stream" << outPath;
-        m_logHandle.close();
-        return;
+        job.log->close();
+        return Verdict::failed();
     }
-    g_repairedPaths << outPath;
+    *job.outputs << outPath;
 
     // The start is intact when the first unit is a PAT and the fourth a PCR unit.
     const bool intact = (in.be32(kCopyStart) >> 8) == 0x474000u && in.be32(kFourthSync) == 0x47100120u;
-    const ScanResult r = intact ? CopyIntactUnits(*this, in, m_outFile) : RebuildUnits(*this, in, m_outFile);
-    Q_EMIT setProgressvalue(ulong(r.writtenBytes));
+    const ScanResult r = intact ? copyIntactUnits(job, report, out) : rebuildUnits(job, report, out);
+    report.setValue(ulong(r.writtenBytes));
 
-    const bool written = m_outFile.close();
-    m_logHandle.close();
+    const bool written = out.close();
+    job.log->close();
     // Without a single video or audio unit the output would hold system units
     // alone: that is no repair, so it is removed and the verdict is negative.
     if (!written || r.mediaUnits == 0) {
-        qWarning() << (written ? "No transport stream packets found in" : "Writing failed for") << m_fileName;
+        qWarning() << (written ? "No transport stream packets found in" : "Writing failed for") << job.fileName;
         QFile::remove(outPath);
-        g_repairedPaths.removeAll(outPath);
+        job.outputs->removeAll(outPath);
         g_moovRead = false;
-        return;
+        return Verdict::failed();
     }
     g_moovRead = true;
-    m_mtsDone = !r.stopped;
+    // A stopped stream is still told "not repaired" (the driver removes its output).
+    if (r.stopped || job.stopped())
+        return Verdict::failed();
+    return Verdict::repaired(outPath);
 }
+
+} // namespace
+
+std::unique_ptr<Route> MakeMtsRoute() { return std::make_unique<MtsRoute>(); }

@@ -66,11 +66,6 @@ std::unique_ptr<Route> MakeWorkerRoute()
 }
 } // namespace
 
-std::unique_ptr<Route> MakeDatRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairDatPath>(); }
-std::unique_ptr<Route> MakeAsfRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairAsfPath>(); }
-std::unique_ptr<Route> MakeMtsRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMtsPath>(); }
-std::unique_ptr<Route> MakeMatroskaRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMatroskaPath>(); }
-std::unique_ptr<Route> MakeMpegRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairMpegPath>(); }
 std::unique_ptr<Route> MakeQuickTimeRoute() { return MakeWorkerRoute<&ThreadVideoRepair::RepairQuickTimeFamily>(); }
 
 void ThreadVideoRepair::showFileProgress(const QString& label)
@@ -103,8 +98,8 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     // Start of a run.
     Q_EMIT OverAllProgressValue(0, 0);
     m_file.reset();
-    m_mpegReferenceOpen = m_mkvReferenceOpen = false;
     g_stopRequested = false;
+    g_passFailed = false;   // a pass stopped in the last run may have left it set
     m_isJpeg = m_isProRes = m_isTwos = m_isHevc = m_isMpeg4In3gp = false;
     m_fileName.clear();
     if (g_forgetReference) {
@@ -181,6 +176,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         job.log = &m_logHandle;
         job.stop = &g_stopRequested;
         job.outputs = &g_repairedPaths;
+        job.runFiles = &m_fileList;
         job.worker = this;
         sendVerdict(job, RouteForSuffix(suffix)->repair(job, *this));
         m_logHandle.close();
@@ -211,39 +207,6 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         else
             Q_EMIT OverAllProgressValue(uint(i + 1), uint((i * 100 + 100) / count));
     }
-}
-
-void ThreadVideoRepair::RepairDatPath(const RepairJob&)
-{
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    const QString written = RepairDatFile(g_sourceFullPath);
-    if (!m_file)
-        return;
-    bool repaired = false;
-    if (!g_stopRequested && m_datDone) {
-        m_datDone = false;
-        repaired = true;
-        // Encoded anew: the frame count says what was kept, no bytes are skipped.
-        AnnounceOutput(written, false);
-    }
-    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
-}
-
-void ThreadVideoRepair::RepairMtsPath(const RepairJob&)
-{
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    if (!m_file)
-        return;
-    RepairMtsFile();
-    bool repaired = false;
-    if (!g_stopRequested && m_mtsDone) {
-        m_mtsDone = false;
-        repaired = true;
-        AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-    }
-    Q_EMIT WriteStatus(repaired, false, m_fileName, false);
 }
 
 uint32_t ThreadVideoRepair::MovieCodecs() const
@@ -400,90 +363,4 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
     }
     m_videoRunLengths.clear();
     m_audioRunLengths.clear();
-}
-
-void ThreadVideoRepair::RepairAsfPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_asfHeadersFound = false;
-    if (!referencePath.isEmpty()) {
-        m_file = OpenReadOnly(referencePath);
-    }
-    if (m_file)
-        ReadAsfHeaderObjects();
-    m_file = OpenReadOnly(g_sourceFullPath);
-    bool repaired = false;
-    if (m_asfHeadersFound && m_file) {
-        m_asfHeadersFound = false;
-        repaired = true;
-        RewriteAsfFile(m_workDir);
-    } else if (!g_stopRequested) {
-        Q_EMIT WriteStatus(false, false, m_fileName, false);
-    }
-    if (!g_stopRequested) {
-        if (repaired && !g_passFailed)
-            AnnounceOutput(m_workDir + QLatin1Char('/') + m_fileName);
-        Q_EMIT WriteStatus(repaired && !g_passFailed, false, m_fileName, false);
-    }
-    g_passFailed = false;
-}
-
-void ThreadVideoRepair::RepairMatroskaPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_mkvReferenceOpen = false;
-    if (!referencePath.isEmpty()) {
-        m_refFile = OpenReadOnly(referencePath);
-        if (m_refFile) {
-            m_mkvReferenceOpen = true;
-            m_refFileSize = m_refFile->size();
-            Q_EMIT ShowProgressBar();
-            Q_EMIT FileNamelabel(QFileInfo(referencePath).fileName());
-            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
-        }
-    }
-    g_remuxed = false;
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    if (m_mkvReferenceOpen) {
-        RepairMatroskaFile(m_refFile.get(), m_refFileSize);
-        m_refFile.reset();
-    } else {
-        RepairMatroskaFile(m_file.get(), g_inputSize);
-    }
-}
-
-void ThreadVideoRepair::RepairMpegPath(const RepairJob& job)
-{
-    const QString& referencePath = job.referencePath;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(m_fileName);
-    m_mpegReferenceOpen = false;
-    if (!referencePath.isEmpty()) {
-        m_refFile = OpenReadOnly(referencePath);
-        if (m_refFile) {
-            m_mpegReferenceOpen = true;
-            m_refFileSize = m_refFile->size();
-            Q_EMIT SetProgressBarRange(m_refFileSize < 0x300000 ? 5000 : 50000);
-        }
-    }
-    g_remuxed = false;
-    if (!m_file) {
-        Q_EMIT WriteAVIFileStatus(false, m_fileName);
-        return;
-    }
-    // A program stream has audio (C0) or video (E0) packet heads.
-    const bool found = FindAnyCode(*m_file, 0, g_inputSize, {0x000001C0u, 0x000001E0u}) >= 0;
-    if (g_stopRequested)
-        return;
-    if (m_mpegReferenceOpen)
-        RepairMpegFile(found, m_refFile.get(), m_refFileSize);
-    else
-        RepairMpegFile(found, m_file.get(), g_inputSize);
 }

@@ -27,6 +27,7 @@ struct RepairJob {
     FileWriter* log = nullptr;          // logFile.txt, open while the route runs (may be closed)
     const std::atomic<bool>* stop = nullptr;   // the run's stop request
     QStringList* outputs = nullptr;     // the run's results: a route adds each file it writes
+    const QStringList* runFiles = nullptr;   // every file of the run, whose names an output avoids
     // The routes that still keep their state in the worker reach it here.
     ThreadVideoRepair* worker = nullptr;
 
@@ -55,12 +56,25 @@ struct Verdict {
         return v;
     }
     static Verdict failed() { return Verdict{}; }
+    static Verdict stopped()
+    {
+        Verdict v;
+        v.outcome = Outcome::Stopped;
+        return v;
+    }
     // Failed, unless the run was asked to stop (then nothing is said).
     static Verdict failedUnlessStopped(const RepairJob& job)
     {
         Verdict v;
         if (job.stopped())
             v.outcome = Outcome::Stopped;
+        return v;
+    }
+    // The same verdict, sent as WriteAVIFileStatus.
+    Verdict viaAviSignal() const
+    {
+        Verdict v = *this;
+        v.aviSignal = true;
         return v;
     }
     static Verdict sent()

@@ -192,22 +192,13 @@ public:
     void ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p);
     void WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
     void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
-    bool m_hevcPcmChain = false;
-    bool m_firstMuxDone = false;   // the first muxer run was taken during the scan   // the lpcm chain runs on HEVC units
+    bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
+    bool m_firstMuxDone = false;   // the first muxer run was taken during the scan
 
-    // ---- Other containers (containers/) ----
-    void RemuxCameraFile(const QString& path);                          // camera.cpp
-    void ReadAsfHeaderObjects();                                        // asf.cpp
-    void RewriteAsfFile(const QString& workDir);                        // asf.cpp
-    void RepairMtsFile();                                               // mpegts.cpp
-    void RepairMatroskaFile(ByteReader* headerStream, uint64_t headerSize);   // matroska.cpp
-    void RepairMpegFile(bool isProgramStream, ByteReader* stream, uint64_t streamSize); // mpegps.cpp
-    QString RepairDatFile(const QString& path);   // dat.cpp; the output written, or ""
-    // Copies length bytes at start of from to the end of to, in blocks;
-    // stops between blocks when a stop is requested. Returns the bytes copied.
-    uint64_t CopyFileRange(ByteReader& from, FileWriter& to, uint64_t length, uint64_t start); // copy_range.cpp
+    // ---- Camera files of the QuickTime family (containers/camera.cpp) ----
+    void RemuxCameraFile(const QString& path);
 
-    // Before a positive verdict of a container route: sends the output's
+    // Before a positive verdict: sends the output's
     // path and its figures, read back from the file. copiesInput: the output
     // carries the input's own bytes, so what it lacks of them was skipped; a
     // file encoded anew skips nothing.
@@ -274,13 +265,6 @@ public:
     uint64_t m_audioGapStart = 0;
     uint32_t m_audioGapSize = 0;
 
-    // ---- Container routines' flags read by the driver ----
-    bool m_mpegReferenceOpen = false;
-    bool m_mkvReferenceOpen = false;
-    bool m_asfHeadersFound = false;         // set by ReadAsfHeaderObjects
-    bool m_mtsDone = false;                 // set by RepairMtsFile at its end
-    bool m_datDone = false;                 // set by RepairDatFile at its start
-
     // ---- QuickTime rebuild: WriteVideoTrack, WriteAudioTrack, ReadTrackDurations (core/quicktime_rebuild.cpp) ----
     struct RebuildChunk { uint64_t offset; uint32_t frames; uint64_t samples; };
     void WriteVideoTrack();
@@ -294,39 +278,12 @@ public:
     static inline double g_videoSeconds = 0;
     static inline double g_audioSeconds = 0;
 
-    // ---- Transport stream repair: RepairMtsFile (containers/mpegts.cpp) ----
-    uint32_t m_mtsUnitCount = 0;    // payload-start media packets since the last system set
-    uint32_t m_mtsSetCount = 0;     // system sets written since the last SIT
-
-    // ---- Matroska and program stream repair: ScanMatroskaClusters, WriteMatroskaFile,
-    //      WriteMpegFile (containers/matroska.cpp, containers/mpegps.cpp) ----
-    uint32_t m_mkvDuration = 0;                               // Timecode units
-    std::vector<std::pair<uint64_t, uint64_t>> m_mkvClusters; // position, total length
-    void ScanMatroskaClusters();
-    bool WriteMatroskaFile(ByteReader& headerStream);
-    bool WriteMpegFile(bool isProgramStream, bool shortSequenceHeader, bool longSequenceHeader);
-
     // ---- Movie search and readers: FindDamagedMovie, FindReferenceMovie, ReadMovieHeader (core/movie_search.cpp, core/movie_header.cpp) ----
     // One byte-wise search window; true when the movie reader ran.
     bool SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps, uint64_t stepLimit,
                            ulong range, bool progress, bool reference);
     // The readers' scan, shared by both; reference selects the sample's rules.
     void ScanMovieHeader(bool reference);
-
-    // ---- ASF repair: ReadAsfHeaderObjects, RewriteAsfFile (containers/asf.cpp) ----
-    // Copies of the header objects found by the walk, for the new Header Object.
-    struct AsfObjectCopy {
-        bool found = false;
-        uint32_t size = 0;         // low 32 bits of Object Size
-        QByteArray bytes;          // the whole object
-    };
-    struct AsfHeaderCopy {
-        AsfObjectCopy fileProperties, videoStream, audioStream, codecList, extendedContent, contentDescription;
-        bool dataFound = false;
-        QByteArray dataTail;       // Data Object: File ID, Total Data Packets, Reserved (26 bytes)
-        uint32_t packetSize = 0;   // File Properties: Maximum Data Packet Size
-    };
-    AsfHeaderCopy m_asf;
 
     // ---- Synchronisation ----
     QMutex m_mutex;
@@ -335,11 +292,6 @@ public:
     // The steps of the routes that still keep their state here; each sends
     // its verdict itself.
     void RepairQuickTimeFamily(const RepairJob& job);
-    void RepairDatPath(const RepairJob& job);
-    void RepairAsfPath(const RepairJob& job);
-    void RepairMtsPath(const RepairJob& job);
-    void RepairMatroskaPath(const RepairJob& job);
-    void RepairMpegPath(const RepairJob& job);
 
     // Reporter: the signals above.
     void showFileProgress(const QString& label) override;

@@ -4,6 +4,7 @@
 // "4" / "5" / "-1"); column 8 shows the word for it.
 #include "workspace/video_repair_window.h"
 
+#include "containers/output_checks.h"
 #include "core/repair_globals.h"
 #include "workspace/custom_button.h"
 #include "workspace/info_dlg.h"
@@ -45,12 +46,6 @@ void ShowButton(CustomButton* button, const QString& text, Qt::GlobalColor colou
                               .arg(QColor(colour).name()));
     button->show();
     button->setEnabled(true);
-}
-
-bool OutputUsable(const QString& path)
-{
-    const QFileInfo info(path);
-    return info.exists() && info.size() > 0;
 }
 
 } // namespace
@@ -257,8 +252,8 @@ void VideoRepairWindow::SettleRowsAfterRun()
             g_advancePending = true;
             ShowButton(button, QString(), Qt::blue);
         } else if (verdict == QLatin1String("1")) {
-            const QFileInfo out(row->text(ResRepairedPath));
-            if (out.exists() && out.size() > 0) {
+            const QString out = row->text(ResRepairedPath);
+            if (outputcheck::NonEmptyFile(out)) {
                 ShowButton(button, QString(), Qt::blue);
                 SetRowStatus(row, tr("Completed"), "black");
                 continue;
@@ -269,7 +264,7 @@ void VideoRepairWindow::SettleRowsAfterRun()
             }
             SetRowStatus(row, tr("Failed"), "black");
             row->setCheckState(ResName, Qt::Unchecked);
-            if (!out.exists())
+            if (!QFileInfo::exists(out))
                 row->setFlags(row->flags() & ~(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled));
         }
     }
@@ -333,7 +328,7 @@ void VideoRepairWindow::OnRepairItemClicked(QTreeWidgetItem* item, int)
         dlg.setText(tr("This video is severely damaged. Run advance repair option to repair it before saving."));
         dlg.CentreOn(this);
         dlg.exec();
-    } else if (item->text(ResVerdict) == QLatin1String("1") && !OutputUsable(item->text(ResRepairedPath))) {
+    } else if (item->text(ResVerdict) == QLatin1String("1") && !outputcheck::NonEmptyFile(item->text(ResRepairedPath))) {
         g_moovRead = false;
         item->setCheckState(ResName, Qt::Unchecked);
         saveBtn->show();
@@ -365,7 +360,7 @@ void VideoRepairWindow::OnSelectAllClicked(bool checked)
         if (!checked) {
             row->setCheckState(ResName, Qt::Unchecked);
         } else if (row->text(ResVerdict) == QLatin1String("1")) {
-            row->setCheckState(ResName, OutputUsable(row->text(ResRepairedPath)) ? Qt::Checked : Qt::Unchecked);
+            row->setCheckState(ResName, outputcheck::NonEmptyFile(row->text(ResRepairedPath)) ? Qt::Checked : Qt::Unchecked);
         }
     }
     bool any = false;

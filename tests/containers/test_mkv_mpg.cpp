@@ -1,12 +1,13 @@
-// Matroska/WebM and MPEG program stream repair, through reelwright-batch.
-// On crafted files: the EBML size forms, which elements are kept, the
+// Matroska/WebM and MPEG program stream repair, each route on its own and
+// through reelwright-batch. On crafted files: the EBML size forms, which elements are kept, the
 // Duration and Tracks position; the fixed MPEG header block, which system
 // headers are kept or put back, which stream ids fail the file. End to end
 // on ffmpeg-made clips: whole, cut, holed and head-zeroed copies.
 #include "batch_check.h"
 #include "containers/matroska.h"
-#include "containers/mpegps.h"
 #include "core/byte_reader.h"
+#include "support/bytes.h"
+#include "support/route_job.h"
 
 #include <QDir>
 #include <QtTest>
@@ -18,13 +19,11 @@ using containers::repairedPath;
 namespace {
 
 QByteArray hex(const char* h) { return QByteArray::fromHex(h); }
-QByteArray be32(quint32 v) { return QByteArray(1, char(v >> 24)) + char(v >> 16) + char(v >> 8) + char(v); }
-int be16(const QByteArray& b, int at) { return quint8(b[at]) << 8 | quint8(b[at + 1]); }
 
 // An element with an 8-byte size of the 01 00 00 00 form.
 QByteArray element(const char* idHex, const QByteArray& payload)
 {
-    return hex(idHex) + hex("01000000") + be32(quint32(payload.size())) + payload;
+    return hex(idHex) + hex("01000000") + be(quint32(payload.size())) + payload;
 }
 QByteArray cluster(int timecode, int payloadBytes, bool withTimecode = true, bool crc = false)
 {
@@ -35,7 +34,7 @@ QByteArray cluster(int timecode, int payloadBytes, bool withTimecode = true, boo
 QByteArray mkvFile(const QByteArray& clusters, bool duration = true, int infoPad = 10, bool crc = false)
 {
     const QByteArray info = (crc ? hex("BF8412345678") : QByteArray()) + hex("2AD7B183") + char(0x0F) + char(0x42)
-                          + char(0x40) + (duration ? hex("448984") + be32(0x447A0000) : QByteArray())
+                          + char(0x40) + (duration ? hex("448984") + be(0x447A0000u) : QByteArray())
                           + QByteArray(infoPad, char(0x7B));
     return hex("1A45DFA3844286810118538067") + hex("01FFFFFFFFFFFFFF") + element("1549A966", info)
          + element("1654AE6B", (crc ? hex("BF8487654321") : QByteArray()) + hex("AE8383810186")) + clusters
@@ -59,17 +58,20 @@ class TestMkvMpg : public QObject {
     QString m_dir;
 
     struct Fixed {
-        bool ok = false, refused = false;   // a clean run with a positive / negative verdict
+        bool ok = false, refused = false;   // one positive / negative verdict, by WriteAVIFileStatus
         QByteArray out;
     };
-    Fixed repair(const QString& name, const QByteArray& bytes, const QStringList& args = {})
+    // The route of name's suffix over bytes; the output goes to m_dir/Repaired.
+    Fixed repair(const QString& name, const QByteArray& bytes, const QString& sample = QString())
     {
-        const QString in = m_dir + '/' + name;
-        QFile::remove(repairedPath(in));
-        const containers::Batch b = containers::repairBytes(in, bytes, args);
-        [&] { QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault)); }();
-        return Fixed{b.fault.isEmpty() && b.repaired == QList<bool>{true},
-                     b.fault.isEmpty() && b.repaired == QList<bool>{false}, readAll(repairedPath(in))};
+        const QString out = repairedPath(m_dir + '/' + name);
+        QFile::remove(out);
+        QDir().mkpath(m_dir + "/Repaired");
+        RouteRun run(m_dir + "/Repaired", name, std::make_unique<MemoryReader>(bytes));
+        run.job.referencePath = sample;
+        run.run();
+        const bool one = run.signalNames == QStringList{"WriteAVIFileStatus"};
+        return Fixed{one && run.verdicts == QStringList{"1 " + name}, one && run.verdicts == QStringList{"0 " + name}, readAll(out)};
     }
     // Decoded frames of the repaired copy of clip with damage applied; -2 on a negative verdict.
     int framesAfter(const QString& clip, const QString& name, const std::function<void(QByteArray&)>& damage,
@@ -77,7 +79,7 @@ class TestMkvMpg : public QObject {
     {
         QByteArray bytes = readAll(clip);
         damage(bytes);
-        const Fixed f = repair(name, bytes, sample.isEmpty() ? QStringList() : QStringList{"--reference", sample});
+        const Fixed f = repair(name, bytes, sample);
         return f.ok ? decodedVideoFrames(repairedPath(m_dir + '/' + name)) : -2;
     }
 
@@ -127,8 +129,10 @@ private Q_SLOTS:
 
     void mkvLayoutAndClusters()
     {
-        // The second cluster has no Timecode and is dropped; the third is kept.
-        const Fixed f = repair("t.mkv", mkvFile(cluster(0, 200) + cluster(40, 300, false) + cluster(40, 100)));
+        // The second cluster has no Timecode and the third one whose data would
+        // run past the cluster: both are dropped; the fourth is kept.
+        const Fixed f = repair("t.mkv", mkvFile(cluster(0, 200) + cluster(40, 300, false) + hex("1F43B67583E78201")
+                                                + cluster(40, 100)));
         QVERIFY(f.ok);
         QCOMPARE(f.out.mid(0, 4), hex("1A45DFA3"));
         QCOMPARE(f.out.mid(31, 4), QByteArray("webm"));
@@ -139,25 +143,11 @@ private Q_SLOTS:
         QCOMPARE(f.out.count(hex("1F43B675")), 2);
         QVERIFY(!f.out.contains(hex("1C53BB6B")));
         // Duration: 10 x 2 clusters - 0 + 40 = 60, as a float.
-        QVERIFY(f.out.contains(hex("448984") + be32(0x42700000)));
-    }
-
-    // An Info payload above 65287 bytes wraps the 16-bit Tracks position.
-    void mkvTracksPositionWraps()
-    {
-        const Fixed f = repair("t.mkv", mkvFile(cluster(0, 200), true, 70000));
-        QVERIFY(f.ok);
-        QCOMPARE(tracksAt(f.out), (7 + 70000 + 248) & 0xFFFF);   // Info payload without the Duration
-    }
-
-    void mkvRefused()
-    {
-        QVERIFY(repair("t.mkv", mkvFile(cluster(0, 200), false)).refused);   // no Duration in Info
-        // A Timecode whose data would run past the cluster has no value: the
-        // cluster is dropped, the file still written.
-        const Fixed f = repair("t.mkv", mkvFile(hex("1F43B67583E78201") + cluster(0, 50)));
-        QVERIFY(f.ok);
-        QCOMPARE(f.out.count(hex("1F43B675")), 1);
+        QVERIFY(f.out.contains(hex("448984") + be(0x42700000u)));
+        // An Info payload above 65287 bytes wraps the 16-bit Tracks position.
+        const Fixed wide = repair("t.mkv", mkvFile(cluster(0, 200), true, 70000));
+        QVERIFY(wide.ok);
+        QCOMPARE(tracksAt(wide.out), (7 + 70000 + 248) & 0xFFFF);   // Info payload without the Duration
     }
 
     // Masters that open with a CRC-32: a Cluster's Timecode behind it still counts, and the
@@ -177,10 +167,16 @@ private Q_SLOTS:
         QCOMPARE(int(quint8(f.out[55 + 229 + 11])), tracksAt(f.out) - 229 - 12);
     }
 
-    void mpegHeaderBlock()
+    // A bare video stream (no packet heads): a sequence start code with the
+    // picture size of the first sequence header, the fixed block, then the
+    // stream from its first group of pictures on.
+    void mpegBareStream()
     {
-        const QByteArray b(reinterpret_cast<const char*>(MpegHeaderBlock), 93);
-        QCOMPARE(b, hex("15FFFFE000000001B2") + "MPEG stream encoded by UCB Encoder (mpeg_encode) v1.5b on Tue Oct  9 12:23:31 2001\n.");
+        const QByteArray in = QByteArray(100, char(0x11)) + kSequence + kGop + QByteArray(200000, char(0x33));
+        const Fixed f = repair("t.mpg", in);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.left(16), hex("000001B3140F0015FFFFE000000001B2"));
+        QCOMPARE(f.out.mid(100), in.mid(112));
     }
 
     void mpegSystemHeaderKeptOrPutBack()
@@ -236,7 +232,7 @@ private Q_SLOTS:
         // sample's header and extension go in and the packet grows by 10 bytes, so its end
         // still meets the next pack header.
         const QByteArray damaged = kPack + systemHeader("E0E0") + packet(kSequence + kGop + picture) + tail;
-        const Fixed f = repair("t.mpg", damaged, {"--reference", sample});
+        const Fixed f = repair("t.mpg", damaged, sample);
         QVERIFY(f.ok);
         QCOMPARE(f.out.size(), damaged.size() + 10);
         const int pes = f.out.indexOf(hex("000001E0"));
@@ -368,7 +364,7 @@ private Q_SLOTS:
         }
     }
 
-    // Random bytes, EBML sizes of all ones, a stream under 100000 bytes.
+    // Random bytes, EBML sizes of all ones, a stream under 100000 bytes, Info without a Duration.
     void badInput()
     {
         const QByteArray noise = containers::randomBytes(300000, 12345);
@@ -378,7 +374,8 @@ private Q_SLOTS:
         const QByteArray tiny = readAll(make("mkvmpg_mkv-h264-aac.mkv", lavfiVideo(8) + lavfiAudio(8)
                                              + QStringList{"-c:v", "libx264", "-g", "25", "-c:a", "aac"})).left(90000);
         QCOMPARE(tiny.size(), 90000);
-        const QList<QPair<QString, QByteArray>> cases{{"noise.mkv", noise}, {"noise.mpg", noise}, {"ones.mkv", ones}, {"tiny.mkv", tiny}};
+        const QList<QPair<QString, QByteArray>> cases{{"noise.mkv", noise}, {"noise.mpg", noise}, {"ones.mkv", ones}, {"tiny.mkv", tiny},
+                                                      {"t.mkv", mkvFile(cluster(0, 200), false)}};
         for (const auto& c : cases) {
             const Fixed f = repair(c.first, c.second);
             QVERIFY2(f.refused && f.out.isEmpty() && !QFile::exists(repairedPath(m_dir + '/' + c.first)), qPrintable(c.first));

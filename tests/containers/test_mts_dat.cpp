@@ -8,6 +8,7 @@
 #include "batch_check.h"
 #include "containers/mpegts.h"
 #include "core/thread_video_repair.h"
+#include "support/route_job.h"
 #include "support/signal_log.h"
 
 #include <QDir>
@@ -63,21 +64,24 @@ class TestMtsDat : public QObject {
     QByteArray m_savedPath = qgetenv("PATH");
 
     struct Run {
-        bool done = false, listed = false, exists = false;
+        bool done = false, listed = false, exists = false;   // a positive verdict, the output listed, left
         QByteArray out;
     };
-    // RepairMtsFile over bytes in memory; the output lands in m_dir.
+    // The MTS route over bytes in memory; the output lands in m_dir.
     Run repairMts(const QByteArray& input)
     {
-        ThreadVideoRepair t;
-        t.m_file = std::make_unique<MemoryReader>(input, 64 * 1024);   // small window: edges get crossed
-        t.m_workDir = m_dir;
-        t.m_fileName = "clip.mts";
-        g_sourceFullPath = m_dir + "/nowhere/clip.mts";
-        t.m_mtsUnitCount = 5;   // left over from an earlier file
-        t.RepairMtsFile();
+        RouteRun run(m_dir, "clip.mts", std::make_unique<MemoryReader>(input, 64 * 1024));   // small window: edges get crossed
+        run.run();
         const QString out = m_dir + "/clip.mts";
-        return Run{t.m_mtsDone, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
+        return Run{run.verdicts == QStringList{"1 clip.mts"}, g_repairedPaths.contains(out), QFile::exists(out), readAll(out)};
+    }
+    // The DAT route on a file by its path alone (no reader), as the muxer gets it.
+    void repairDatByPath(const QString& path, const QString& workDir, const QStringList& runFiles = {})
+    {
+        RouteRun run(workDir, QFileInfo(path).fileName(), nullptr);
+        run.job.inputPath = path;
+        run.job.runFiles = &runFiles;
+        run.run();
     }
 
     QString clip(const QString& name)
@@ -154,7 +158,9 @@ private Q_SLOTS:
     }
 
     // System units of the file are dropped, other PIDs and junk skipped, and
-    // media units copied whole in their order.
+    // media units copied whole in their order. A damaged first unit sends
+    // the file down the rebuild, and everything in front of offset 750
+    // (units 0 to 3) is dropped.
     void rebuildKeepsOnlyMedia()
     {
         const QList<QPair<quint32, bool>> heads{
@@ -164,7 +170,10 @@ private Q_SLOTS:
             {0x47310010u, true},  {0x47710010u, true},                                                // sound, priority bit
             {0x47110010u, false}, {0x47510010u, false},                                               // sound without it
             {0x471FFF10u, false}, {0x47401110u, false}};                                              // null packet, SDT
-        QByteArray input(4 * kUnit, '\0'), expected = kTemplates;
+        QByteArray input, expected = kTemplates;
+        for (int i = 0; i < 4; ++i)
+            input += unit(0x47101110u, 100 + i);
+        input[4] = 0;
         int serial = 0;
         for (const auto& h : heads) {
             input += unit(h.first, ++serial);
@@ -175,19 +184,6 @@ private Q_SLOTS:
         const Run r = repairMts(input);
         QVERIFY(r.done);
         QVERIFY(r.out == expected);
-    }
-
-    // A damaged first unit sends even a sound stream down the rebuild, and
-    // everything in front of offset 750 (units 0 to 3) is dropped.
-    void damagedStartDropsFirstUnits()
-    {
-        QByteArray input;
-        for (int i = 0; i < 12; ++i)
-            input += unit(0x47101110u, i);
-        input[4] = 0;
-        const Run r = repairMts(input);
-        QVERIFY(r.done);
-        QVERIFY(r.out == kTemplates + input.mid(4 * kUnit));
     }
 
     // With PAT first and a PCR unit fourth the stream is copied unit for unit;
@@ -236,13 +232,10 @@ private Q_SLOTS:
         const QByteArray input = QByteArray(4 * kUnit, '\0') + unit(0x47501110u, 1);
         const QString path = m_dir + "/clip.mts";
         QVERIFY(writeAll(path, input));
-        ThreadVideoRepair t;
-        t.m_file = ThreadVideoRepair::OpenReadOnly(path);
-        t.m_workDir = m_dir;
-        t.m_fileName = "clip.mts";
-        g_sourceFullPath = path;
-        t.RepairMtsFile();
-        QVERIFY(!t.m_mtsDone);
+        RouteRun run(m_dir, "clip.mts", FileReader::open(path));
+        run.job.inputPath = path;
+        run.run();
+        QCOMPARE(run.verdicts, QStringList{"0 clip.mts"});
         QCOMPARE(readAll(path), input);
     }
 
@@ -334,24 +327,26 @@ private Q_SLOTS:
         g_appDir = fakeMuxer(m_dir + "/fake-rec", kRecordingMuxer);
         const QString repaired = m_dir + "/Repaired";
         const auto args = [] { return QString::fromUtf8(readAll(g_appDir + "/args.txt")).split('\n', Qt::SkipEmptyParts); };
-        ThreadVideoRepair t;
-        t.m_workDir = repaired;
+        QDir().mkpath(repaired);
 
         const QString dat = m_dir + "/my clip.v2.dat";
         QVERIFY(writeAll(dat, "data"));
-        t.RepairDatFile(dat);
-        QVERIFY(t.m_datDone);
+        repairDatByPath(dat, repaired);
         QCOMPARE(args(), (QStringList{"-i", dat, "-c:v", "libx264", "-c:a", "aac", "-strict", "experimental", ".partial-my clip.mov"}));
         QCOMPARE(QString::fromUtf8(readAll(g_appDir + "/cwd.txt")).trimmed(), repaired);
         QCOMPARE(readAll(repaired + "/my clip.mov"), QByteArray("x"));
 
-        // A leading dot gives no empty name; a later file of the same stem overwrites.
+        // A leading dot gives no empty name; a later file of the same stem
+        // overwrites, unless that name is another file's of the run.
         const QString lead = m_dir + "/.my clip.dat";
         QVERIFY(writeAll(lead, "data"));
-        t.RepairDatFile(lead);
-        QVERIFY(t.m_datDone);
+        repairDatByPath(lead, repaired);
         QCOMPARE(args().last(), QString(".partial-my clip.mov"));
-        QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov"}));
+        repairDatByPath(lead, repaired, {m_dir + "/my clip.mov", m_dir + "/my clip_2.mov", lead});
+        QCOMPARE(args().last(), QString(".partial-my clip_3.mov"));
+        QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov", repaired + "/my clip_3.mov"}));
+        ThreadVideoRepair t;
+        t.m_workDir = repaired;
 
         const QString cam = imkhFile("cam 1.mp4");
         t.m_fileName = "cam 1.mp4";

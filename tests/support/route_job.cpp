@@ -33,8 +33,10 @@ Verdict RouteRun::run(Route& route)
 
 void RouteRun::sendVerdict(const RepairJob& j, const Verdict& v)
 {
-    if (v.outcome == Verdict::Outcome::Repaired || v.outcome == Verdict::Outcome::Failed)
-        verdicts << QStringLiteral("%1 %2").arg(int(v.outcome == Verdict::Outcome::Repaired)).arg(j.fileName);
+    if (v.outcome != Verdict::Outcome::Repaired && v.outcome != Verdict::Outcome::Failed)
+        return;
+    verdicts << QStringLiteral("%1 %2").arg(int(v.outcome == Verdict::Outcome::Repaired)).arg(j.fileName);
+    signalNames << QLatin1String(v.aviSignal ? "WriteAVIFileStatus" : "WriteStatus");
 }
 
 } // namespace testvideo

@@ -20,6 +20,7 @@ struct RouteRun : Reporter {
     FileWriter log;
     std::atomic<bool> stop{false};   // this run's own stop request
     QStringList verdicts;
+    QStringList signalNames;   // the signal each verdict goes by: WriteStatus or WriteAVIFileStatus
 
     void showFileProgress(const QString&) override {}
     void setLabel(const QString&) override {}
