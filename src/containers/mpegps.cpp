@@ -1,6 +1,7 @@
 // MPEG-1/2 repair: puts back the system header and the sequence header ahead of
 // the first group of pictures and copies the rest of the stream unchanged.
 #include "core/byte_reader.h"
+#include "core/code_search.h"
 #include "core/file_writer.h"
 #include "core/repair_globals.h"
 #include "core/route.h"
@@ -24,24 +25,11 @@ constexpr uint32_t kPack = 0x000001BAu, kSystem = 0x000001BBu, kSequence = 0x000
                    kGop = 0x000001B8u, kUser = 0x000001B2u, kExtension = 0x000001B5u;
 constexpr uint64_t kSequenceRunMax = 256;
 
-// First position in [from, limit) holding one of the 4-byte codes, or -1;
-// polls the stop flag.
+// The route's searches end with its job's stop request.
 int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, std::initializer_list<uint32_t> codes,
                  const RepairJob& job)
 {
-    constexpr uint64_t kBlock = 1u << 20;
-    for (uint64_t pos = from; pos < limit && !job.stopped();) {
-        const uint64_t n = std::min(kBlock, limit - pos);
-        const uint8_t* v = in.view(pos, size_t(n) + 3);
-        for (uint64_t i = 0; i < n; ++i) {
-            const uint32_t w = ByteReader::loadBe32(v + i);
-            for (uint32_t code : codes)
-                if (w == code)
-                    return int64_t(pos + i);
-        }
-        pos += n;
-    }
-    return -1;
+    return FindAnyCode(in, from, limit, codes, job.stop);
 }
 
 // Copies length bytes at start of from to the end of to, a block at a time,

@@ -5,19 +5,33 @@
 #include "core/repair_globals.h"
 
 #include <algorithm>
+#include <atomic>
 #include <initializer_list>
 #include <vector>
 
 // First position in [from, to) where one of the codes starts, or -1. Words
 // past the end of the data are zero and match nothing. A stop request ends
-// the search with -1.
-inline int64_t FindAnyCode(ByteReader& r, uint64_t from, uint64_t to, std::initializer_list<uint32_t> codes)
+// the search with -1. A code that holds a byte other than zero starts at most
+// three bytes before the first such byte, so runs of zeros (and the holes of
+// a sparse file) are passed without looking at each position.
+inline int64_t FindAnyCode(ByteReader& r, uint64_t from, uint64_t to, std::initializer_list<uint32_t> codes,
+                           const std::atomic<bool>* stop = &g_stopRequested)
 {
     const uint64_t end = std::min(to, r.size());
+    const uint64_t reach = std::min(end + 3, r.size());
+    const bool skipZeros = std::find(codes.begin(), codes.end(), 0u) == codes.end();
     const size_t block = std::min<size_t>(1u << 20, r.maxView() - 4);
     for (uint64_t pos = from; pos < end; pos += block) {
-        if (g_stopRequested)
+        if (stop && stop->load(std::memory_order_relaxed))
             return -1;
+        if (skipZeros) {
+            const uint64_t data = NextNonZero(r, pos, reach);
+            if (data >= reach || data >= end + 3)
+                return -1;
+            pos = std::max(pos, data < 3 ? 0 : data - 3);
+            if (pos >= end)
+                return -1;
+        }
         const size_t n = size_t(std::min<uint64_t>(block, end - pos));
         const uint8_t* p = r.view(pos, n + 3);
         for (size_t i = 0; i < n; ++i) {

@@ -2,6 +2,7 @@
 // clip it came from: every sample measured where the damage doesn't reach,
 // PCM chunks cut where the video starts again, holes and a unit length that
 // points past the data skipped and counted, the same bytes twice the same.
+#include "core/code_search.h"
 #include "recovery/syntax/media_scan.h"
 #include "support/test_videos.h"
 
@@ -25,6 +26,23 @@ class TestMediaScan : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // The code search passes runs of zeros: it still finds a code that
+    // starts with zeros right behind a run, one that runs past the end of
+    // the range, and none inside a run or before the range.
+    void codeSearchAcrossZeros()
+    {
+        QByteArray data(3 << 20, '\0');
+        const QByteArray code("\x00\x00\x01\xBA", 4);
+        for (qint64 at : {qint64(0), qint64(5), qint64(1 << 20) - 2, qint64(2 << 20) + 7}) {
+            QByteArray d = data;
+            d.replace(int(at), 4, code);
+            MemoryReader r(d, 64 * 1024);
+            QCOMPARE(FindAnyCode(r, 0, uint64_t(d.size()), {0x000001BAu}), at);
+            QCOMPARE(FindAnyCode(r, uint64_t(at), uint64_t(at) + 1, {0x000001BAu}), at);
+            QCOMPARE(FindAnyCode(r, uint64_t(at) + 1, uint64_t(d.size()), {0x000001BAu}), qint64(-1));
+        }
+    }
+
     void samplesAsTheTablesSay_data()
     {
         QTest::addColumn<QString>("sound");
