@@ -2,6 +2,7 @@
 
 #include "core/log_cipher.h"
 #include "core/output_figures.h"
+#include "core/thread_join.h"
 #include "shell/platform_core.h"
 
 #include <QDebug>
@@ -20,6 +21,7 @@ ThreadVideoRepair::~ThreadVideoRepair()
     g_stopRequested = true;
     m_wakeCondition.wakeAll();
     wait();
+    threadjoin::Joined(this);
 }
 
 void ThreadVideoRepair::StartRepair(const QStringList& files, bool)
@@ -32,6 +34,7 @@ void ThreadVideoRepair::StartRepair(const QStringList& files, bool)
         return;
     }
     wait();   // a run that has just sent its last signal is leaving run()
+    threadjoin::Joined(this);
     QMutexLocker lock(&m_mutex);
     m_fileList = files;
     start(QThread::LowPriority);
@@ -40,6 +43,7 @@ void ThreadVideoRepair::StartRepair(const QStringList& files, bool)
 void ThreadVideoRepair::run()
 {
     QMutexLocker lock(&m_mutex);
+    const threadjoin::RunEnd end(this);
     g_repairRunning = true;
     if (!g_stopRequested) {
         RepairFiles(m_fileList, g_referencePath);

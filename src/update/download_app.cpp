@@ -1,5 +1,6 @@
 #include "update/download_app.h"
 
+#include "core/thread_join.h"
 #include "shell/platform_core.h"
 #include "shell/scale.h"
 #include "update/update_fetch.h"
@@ -57,11 +58,13 @@ QDownloadThread::~QDownloadThread()
 {
     // Every wait of run() is bounded, so this ends.
     wait();
+    threadjoin::Joined(this);
 }
 
 void QDownloadThread::StartDownload(QString url, QString fileName, quint64 expectedSize)
 {
     QMutexLocker lock(&m_mutex);
+    threadjoin::Joined(this);   // run() holds the lock to its end
     m_url = url;
     m_fileName = fileName;
     m_expectedSize = expectedSize;
@@ -74,6 +77,7 @@ void QDownloadThread::StartDownload(QString url, QString fileName, quint64 expec
 void QDownloadThread::run()
 {
     QMutexLocker lock(&m_mutex);
+    const threadjoin::RunEnd end(this);
     emit OnDownloadStart();
 
     const QString folder = UpdateFolder();

@@ -1,6 +1,7 @@
 #include "workspace/thread_file_saving.h"
 
 #include "core/repair_globals.h"
+#include "core/thread_join.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -14,6 +15,7 @@ ThreadFileSaving::ThreadFileSaving(QObject* parent)
 ThreadFileSaving::~ThreadFileSaving()
 {
     wait();
+    threadjoin::Joined(this);
 }
 
 void ThreadFileSaving::StartSaving(QStringList files, QString destPath)
@@ -26,6 +28,7 @@ void ThreadFileSaving::StartSaving(QStringList files, QString destPath)
         return;
     }
     QMutexLocker lock(&m_mutex);
+    threadjoin::Joined(this);   // the last save has left run()
     m_files = files;
     m_destPath = destPath;
     m_failed = 0;
@@ -35,6 +38,7 @@ void ThreadFileSaving::StartSaving(QStringList files, QString destPath)
 void ThreadFileSaving::run()
 {
     QMutexLocker lock(&m_mutex);
+    const threadjoin::RunEnd end(this);
     for (int i = 0; i < m_files.size(); ++i) {
         emit ProgressValue(unsigned(i));
         const QString& source = m_files.at(i);

@@ -1,5 +1,7 @@
 #include "support/signal_log.h"
 
+#include "core/thread_join.h"
+
 // Functor connections without a context object run on the emitting thread.
 SignalLog::SignalLog(ThreadVideoRepair& t)
 {
@@ -45,4 +47,5 @@ void SignalLog::runAndWait(ThreadVideoRepair& t, const QStringList& files, bool 
 {
     t.StartRepair(files, option);
     t.wait();
+    threadjoin::Joined(&t);
 }
