@@ -107,12 +107,17 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         g_forgetReference = false;
         g_referenceMode = false;
     }
-    if (g_referenceMode)
+    // The window's settings as the run starts: a change made while it runs
+    // counts from the next run on. (The passes read g_referenceMode, which
+    // only the start of a run and the window between runs write.)
+    const bool referenceMode = g_referenceMode;
+    const QString customRoot = g_customWorkRoot;
+    if (referenceMode)
         Q_EMIT disableAddReferenceBtn();
     Q_EMIT ShowOverAllProgressBar();
     const int count = files.size();
     Q_EMIT OverAllProgressBarMax(uint(count));
-    if (!g_referenceMode) {
+    if (!referenceMode) {
         g_workRoot = QDir::tempPath();
         QDir stale(g_workRoot + QStringLiteral("/Repaired"));
         if (stale.exists())
@@ -126,9 +131,9 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         // Results go to Repaired in the user's folder, else beside the file
         // (hidden there); a folder that can't be written gives way to one of
         // the user's own (see ChooseOutputFolder).
-        const bool custom = !g_customWorkRoot.isEmpty() && QFileInfo(g_customWorkRoot).isDir();
-        const OutputFolder folder = ChooseOutputFolder(info.absolutePath(), custom ? g_customWorkRoot : QString());
-        m_workDir = folder.dir.isEmpty() ? (custom ? g_customWorkRoot : info.absolutePath()) + QStringLiteral("/Repaired")
+        const bool custom = !customRoot.isEmpty() && QFileInfo(customRoot).isDir();
+        const OutputFolder folder = ChooseOutputFolder(info.absolutePath(), custom ? customRoot : QString());
+        m_workDir = folder.dir.isEmpty() ? (custom ? customRoot : info.absolutePath()) + QStringLiteral("/Repaired")
                                          : folder.dir;
         g_workRoot = QFileInfo(m_workDir).path();
         if (!custom && !folder.fallback && !folder.dir.isEmpty())
@@ -140,7 +145,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
             RemoveStaleWork(m_workDir);
         m_file = OpenReadOnly(path);
         m_logPath = m_workDir + QStringLiteral("/logFile.txt");
-        if (!g_referenceMode)
+        if (!referenceMode)
             referencePath.clear();
         m_fileSize = g_inputSize = m_file ? m_file->size() : uint64_t(info.size());
         m_fileName = info.fileName();
@@ -170,6 +175,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         job.fileName = m_fileName;
         job.suffix = suffix;
         job.referencePath = referencePath;
+        job.referenceMode = referenceMode;
         job.workDir = m_workDir;
         job.logPath = m_logPath;
         job.input = m_file.get();
@@ -227,7 +233,7 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
     bool movieFound = false;
     bool imkh = false;
     g_hasSoundTrak = false;   // set again by the movie reader of this file
-    if (referencePath.isEmpty() && !g_referenceMode) {
+    if (referencePath.isEmpty() && !job.referenceMode) {
         if (m_file) {
             Q_EMIT ShowProgressBar();
             Q_EMIT FileNamelabel(m_fileName);
@@ -263,7 +269,7 @@ void ThreadVideoRepair::RepairQuickTimeFamily(const RepairJob& job)
         control.progress = [this](uint64_t done, uint64_t total) {
             Q_EMIT setProgressvalue(ulong(done * 1000 / std::max<uint64_t>(total, 1)));
         };
-        const bool firstPass = referencePath.isEmpty() && !g_referenceMode;
+        const bool firstPass = referencePath.isEmpty() && !job.referenceMode;
         bySyntax = syntax::RecoverBySyntax(g_sourceFullPath, firstPass ? g_sourceFullPath : g_referenceFullPath,
                                            syntaxPath, control);
         if (g_stopRequested) {

@@ -21,6 +21,7 @@ struct RepairJob {
     QString fileName;                   // its name, and the output's
     QString suffix;
     QString referencePath;              // the sample of an Advance Repair run, else empty
+    bool referenceMode = false;         // the run is an Advance Repair run
     QString workDir;                    // the folder the results go to
     QString logPath;                    // workDir + "/logFile.txt", the routes' scratch list
     ByteReader* input = nullptr;        // the damaged file; null when it can't be opened
