@@ -244,13 +244,15 @@ private Q_SLOTS:
     void interruptAbortsTheRun()
     {
         QFETCH(int, signalNumber);
-        // Large sparse MPEG files keep the driver's packet search busy.
+        // DAT files are encoded anew by the muxer: a minute of video keeps
+        // each job busy for a while.
+        const QString clip = make(QStringLiteral("busy_60s.mpg"), lavfiVideo(60, QStringLiteral("640x360"))
+                                                                      << "-c:v" << "mpeg1video" << "-f" << "mpeg");
+        QVERIFY(!clip.isEmpty());
         QStringList args{QStringLiteral("--quiet"), QStringLiteral("--jobs"), QStringLiteral("2")};
-        for (const char* name : {"/big1.mpg", "/big2.mpg", "/big3.mpg"}) {
-            QFile f(m_dir + QLatin1String(name));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            QVERIFY(f.resize(qint64(8) << 30));   // (within the free space the runner asks for)
-            args << f.fileName();
+        for (const char* name : {"/big1.dat", "/big2.dat", "/big3.dat"}) {
+            QVERIFY(QFile::copy(clip, m_dir + QLatin1String(name)));
+            args << m_dir + QLatin1String(name);
         }
         QProcess p;
         p.start(binDir() + QStringLiteral("/reelwright-batch"), args);
@@ -262,10 +264,12 @@ private Q_SLOTS:
         QVERIFY(p.waitForFinished(60000));
         QCOMPARE(p.exitCode(), 1);
         const QList<QByteArray> lines = p.readAllStandardOutput().trimmed().split('\n');
-        QCOMPARE(lines.size(), 1);
+        // The files in hand may be reported as not repaired; none as repaired.
         QVERIFY(lines.last().contains("\"result\":\"aborted\""));
+        for (const QByteArray& line : lines.mid(0, lines.size() - 1))
+            QVERIFY(line.contains("\"repaired\":false"));
         QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                 QStringList({"big1.mpg", "big2.mpg", "big3.mpg"}));
+                 QStringList({"big1.dat", "big2.dat", "big3.dat"}));
     }
 
     // Runs spread by GNU parallel (here two local jobs instead of hosts)
