@@ -112,14 +112,14 @@ public:
                          bool hevc = false);
     void CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
     void SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
-    void WriteVideoUniqueFile(FileWriter& video, const ChainPaths& p);
-    void ReadReferenceAudio(FileWriter& video, const ChainPaths& p);
+    // The chain's sound stages: what the sample teaches of its sound, into
+    // the audio text list. LearnSampleAac is false when the sample has no
+    // sound track (the list stays empty).
+    bool LearnSampleAac(const ChainPaths& p, bool hevc);
+    void LearnSamplePcm(const ChainPaths& p);
     void WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc = false);
     void ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc = false);
     void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText, bool hevc = false);
-    void WriteAudioUniqueFile(FileWriter& video, const ChainPaths& p);
-    void WriteVideoUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
-    void WriteAudioUniqueFileLpcm(FileWriter& video, const ChainPaths& p);
     void WriteVideoUniqueFileIndex(const ChainPaths& p);
     void ScanStreams(FileWriter& video, const ChainPaths& p);
     // The scan of ScanStreams under the given header rules; false when the
@@ -156,7 +156,6 @@ public:
     // chunk counts, the sound's channels and rate, the timecode sample size;
     // with videoText, the frame starts of the video track.
     void WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText);
-    void ReadReferenceLpcmAudio(FileWriter& video, const ChainPaths& p);
     // everyStart: each chunk's first three bytes are noted, silent or not.
     void WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart = false);
     void ScanStreamsLpcm(FileWriter& video, const ChainPaths& p);
@@ -179,18 +178,10 @@ public:
     // A chunk table of the sample (code at pos): every chunk's chain of units.
     // With lpcm the chain's own set is used and no slice table is added.
     void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm = false);
-    void WriteHevcUniqueFile(FileWriter& video, const ChainPaths& p);
-    void ReadHevcReferenceAudio(FileWriter& video, const ChainPaths& p);
-    void WriteHevcAudioUniqueFile(FileWriter& video, const ChainPaths& p);
     void ScanHevcStreams(FileWriter& video, const ChainPaths& p);
     void MuxHevcVideoAndAudio(const ChainPaths& p);
     void MuxHevcVideoOnly(const ChainPaths& p);
     void RemuxDamagedHevcFile(const QString& inputPath);
-    // Shared by the two audio stages: the sample's sound walk, then next.
-    void ReadSampleAudio(FileWriter& video, const ChainPaths& p, bool hevc);
-    void WriteHevcUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
-    void ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p);
-    void WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p);
     void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
     bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
     bool m_firstMuxDone = false;   // the first muxer run was taken during the scan

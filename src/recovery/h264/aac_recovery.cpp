@@ -22,36 +22,20 @@ const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
 
 } // namespace
 
-void ThreadVideoRepair::ReadReferenceAudio(FileWriter& video, const ChainPaths& p)
-{
-    ReadSampleAudio(video, p, false);
-}
-
-void ThreadVideoRepair::ReadSampleAudio(FileWriter& video, const ChainPaths& p, bool hevc)
+bool ThreadVideoRepair::LearnSampleAac(const ChainPaths& p, bool hevc)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_audioOut.open(p.audio);
     FileWriter audioText;
     audioText.open(p.audioText);
-    if (!g_hasSoundTrak) {
-        audioText.close();
-        if (hevc)
-            ScanHevcStreams(video, p);
-        else
-            ScanStreams(video, p);
-        return;
-    }
+    if (!g_hasSoundTrak)
+        return false;
     std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
     if (ref) {
         m_fileSize = g_inputSize = ref->size();
         WalkSampleSound(*ref, audioText, hevc);
     }
-    ref.reset();
-    audioText.close();
-    if (hevc)
-        WriteHevcAudioUniqueFile(video, p);
-    else
-        WriteAudioUniqueFile(video, p);
+    return true;
 }
 
 // The sample's sound track: channels, rate, mean frame size, and the first

@@ -187,14 +187,27 @@ void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString&
     ref.reset();
     indexing.close();
     videoText.close();
-    if (hevc && m_pcmChain)
-        WriteHevcUniqueFileForPcm(video, paths);
-    else if (hevc)
-        WriteHevcUniqueFile(video, paths);
-    else if (m_pcmChain)
-        WriteVideoUniqueFileLpcm(video, paths);
-    else
-        WriteVideoUniqueFile(video, paths);
+
+    // The chain, top to bottom: the video starts learnt are reduced to a
+    // set; the sample's sound is learnt (PCM facts, or AAC chunk starts when
+    // it has a sound track) and reduced likewise; then the damaged file is
+    // scanned into elementary streams, which the muxer joins.
+    ReduceToUnique(paths.videoText, paths.videoUnique);
+    if (m_pcmChain) {
+        LearnSamplePcm(paths);
+        ReduceToUnique(paths.audioText, paths.audioUnique);
+        if (m_hevcPcmChain)
+            ScanHevcStreamsPcm(video, paths);
+        else
+            ScanStreamsLpcm(video, paths);
+    } else {
+        if (LearnSampleAac(paths, hevc))
+            ReduceToUnique(paths.audioText, paths.audioUnique);
+        if (hevc)
+            ScanHevcStreams(video, paths);
+        else
+            ScanStreams(video, paths);
+    }
     video.close();
 }
 

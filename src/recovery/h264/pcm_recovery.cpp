@@ -49,7 +49,7 @@ QString PcmChannelText(uint32_t channels)
     return channels == 1 || channels == 2 ? QString::number(channels) : QStringLiteral("2");
 }
 
-void ThreadVideoRepair::ReadReferenceLpcmAudio(FileWriter& video, const ChainPaths& p)
+void ThreadVideoRepair::LearnSamplePcm(const ChainPaths& p)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     g_pcmBits = g_pcmChannels = 0;
@@ -59,12 +59,6 @@ void ThreadVideoRepair::ReadReferenceLpcmAudio(FileWriter& video, const ChainPat
     std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
     if (ref)
         WalkSampleLpcmSound(*ref, audioText, m_hevcPcmChain);
-    ref.reset();
-    audioText.close();
-    if (m_hevcPcmChain)
-        WriteHevcAudioUniqueFileForPcm(video, p);
-    else
-        WriteAudioUniqueFileLpcm(video, p);
 }
 
 // The sample's sound track: rate (mdhd), bits and channels (a version 2 sound

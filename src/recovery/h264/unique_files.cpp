@@ -80,30 +80,6 @@ bool PatternSet::matchAt(ByteReader& r, uint64_t pos) const
     return has(r.be24(pos));
 }
 
-void ThreadVideoRepair::WriteVideoUniqueFile(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.videoText, p.videoUnique);
-    ReadReferenceAudio(video, p);
-}
-
-void ThreadVideoRepair::WriteAudioUniqueFile(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.audioText, p.audioUnique);
-    ScanStreams(video, p);
-}
-
-void ThreadVideoRepair::WriteVideoUniqueFileLpcm(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.videoText, p.videoUnique);
-    ReadReferenceLpcmAudio(video, p);
-}
-
-void ThreadVideoRepair::WriteAudioUniqueFileLpcm(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.audioText, p.audioUnique);
-    ScanStreamsLpcm(video, p);
-}
-
 void ThreadVideoRepair::WriteVideoUniqueFileIndex(const ChainPaths& p)
 {
     ReduceToUnique(p.videoText, p.videoUnique);

@@ -221,23 +221,6 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
     m_pos = pos + count * width;
 }
 
-void ThreadVideoRepair::WriteHevcUniqueFile(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.videoText, p.videoUnique);
-    ReadHevcReferenceAudio(video, p);
-}
-
-void ThreadVideoRepair::ReadHevcReferenceAudio(FileWriter& video, const ChainPaths& p)
-{
-    ReadSampleAudio(video, p, true);
-}
-
-void ThreadVideoRepair::WriteHevcAudioUniqueFile(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.audioText, p.audioUnique);
-    ScanHevcStreams(video, p);
-}
-
 void ThreadVideoRepair::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
@@ -266,24 +249,6 @@ void ThreadVideoRepair::MuxHevcVideoOnly(const ChainPaths& p)
 {
     MuxHevcOnce(*this, p,
                 [&p](const QString& out, const QString& rate) { return MuxVideoOnlyCommand(p.video, out, rate); });
-}
-
-void ThreadVideoRepair::WriteHevcUniqueFileForPcm(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.videoText, p.videoUnique);
-    ReadHevcReferencePcm(video, p);
-}
-
-// The sample's PCM facts; with the HEVC flag up every chunk start is noted.
-void ThreadVideoRepair::ReadHevcReferencePcm(FileWriter& video, const ChainPaths& p)
-{
-    ReadReferenceLpcmAudio(video, p);
-}
-
-void ThreadVideoRepair::WriteHevcAudioUniqueFileForPcm(FileWriter& video, const ChainPaths& p)
-{
-    ReduceToUnique(p.audioText, p.audioUnique);
-    ScanHevcStreamsPcm(video, p);
 }
 
 // Files above 100 MiB and below 3 GiB are indexed in place and rebuilt
