@@ -7,7 +7,7 @@
 #include "core/quicktime_pass.h"
 #include "core/route.h"
 #include "recovery/syntax/syntax_route.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 
 #include <QDateTime>
 #include <QDebug>

@@ -21,7 +21,12 @@ extern QString g_workRoot;                  // folder that holds Repaired
 extern QString g_sourceFullPath;            // folder + "/" + name of the damaged file
 extern QString g_referenceFullPath;         // folder + "/" + name of the reference
 extern uint64_t g_inputSize;                // damaged file size, counted down by the movie reader
-extern bool g_is3gp;                        // suffix 3gp or 3g2
+// Set for a file whose suffix is 3gp or 3g2 and, on purpose, not cleared for
+// the next file of the run: only the MPEG-4 frame scan and a sample with
+// sowt sound clear it. (The codec flags m_isJpeg.. of the worker likewise
+// last a whole run; the sample's reader leaves m_isJpeg as the damaged
+// file's reader set it.)
+extern bool g_is3gp;
 extern bool g_moovRead;                     // a movie reader ran to its end
 extern bool g_hasSoundTrak;                 // the movie has an audio track
 extern bool g_remuxed;                      // the last pass left a finished file

@@ -3,7 +3,7 @@
 #include "core/log_cipher.h"
 #include "core/output_figures.h"
 #include "core/thread_join.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 
 #include <QDebug>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "core/output_folder.h"
 
 #include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 
 #include <QCoreApplication>
 #include <QDir>

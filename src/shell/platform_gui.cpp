@@ -1,6 +1,6 @@
 #include "shell/platform_gui.h"
 
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 
 #include <QDesktopServices>
 #include <QFileInfo>

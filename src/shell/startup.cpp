@@ -2,7 +2,7 @@
 
 #include "core/repair_globals.h"
 #include "shell/languages.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/platform_gui.h"
 #include "shell/scale.h"
 #include "workspace/info_dlg.h"

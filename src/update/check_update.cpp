@@ -1,6 +1,6 @@
 #include "update/check_update.h"
 
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "update/download_app.h"
 #include "update/update_fetch.h"

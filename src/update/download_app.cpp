@@ -1,7 +1,7 @@
 #include "update/download_app.h"
 
 #include "core/thread_join.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "update/update_fetch.h"
 

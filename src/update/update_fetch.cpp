@@ -1,6 +1,6 @@
 #include "update/update_fetch.h"
 
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/startup.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "workspace/about_dlg.h"
 
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/platform_gui.h"
 #include "shell/scale.h"
 #include "workspace/help_links.h"

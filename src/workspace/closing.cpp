@@ -5,7 +5,7 @@
 
 #include "core/muxer.h"
 #include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "workspace/about_dlg.h"
 #include "workspace/close_application_dlg.h"
 #include "workspace/confirm_dlg.h"

@@ -1,7 +1,7 @@
 #include "workspace/help_links.h"
 
 #include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/startup.h"
 #include "workspace/workspace_globals.h"
 

@@ -5,7 +5,7 @@
 
 #include "core/repair_globals.h"
 #include "shell/languages.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
 #include "workspace/custom_button.h"

@@ -4,7 +4,7 @@
 
 #include "core/muxer.h"
 #include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "workspace/confirm_dlg.h"
 #include "workspace/custom_button.h"

@@ -7,7 +7,7 @@
 // a real display server (xvfb-run) to see what a user sees.
 #include "core/repair_globals.h"
 #include "shell/languages.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "shell/startup.h"
 #include "workspace/about_dlg.h"

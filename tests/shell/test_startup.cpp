@@ -1,6 +1,6 @@
 // Start-up: the single-instance guard survives no crash, a first start
 // creates ResizeAppforDPI at both settings stores, the scale switched off.
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/platform_gui.h"
 #include "shell/scale.h"
 #include "shell/startup.h"

@@ -3,7 +3,7 @@
 // that answer from prepared lists, a timer that answers modal dialogs, and a
 // pipe that holds the repair thread inside a file until the test lets it go.
 #include "core/repair_globals.h"
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 #include "shell/scale.h"
 #include "support/test_videos.h"
 #include "workspace/file_dialogs.h"

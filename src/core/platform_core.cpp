@@ -1,4 +1,4 @@
-#include "shell/platform_core.h"
+#include "core/platform_core.h"
 
 #include <QDir>
 #include <QFile>
