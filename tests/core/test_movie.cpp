@@ -1,8 +1,6 @@
-// Finding and reading the movie. The search: the top-level walk, the two
-// windows near the end, the first MiB, the IMKH mark, on sparse files made by
-// code. The readers: flags and track facts of ffmpeg clips of every
-// sample-entry kind, by the damaged-file reader and by the sample's reader;
-// ctts, stsd copies and the early return on crafted movies; bad input ends.
+// Finding and reading the movie: the search on sparse files made by code,
+// and both readers on ffmpeg clips of every sample-entry kind and on crafted
+// movies.
 #include "core/thread_video_repair.h"
 #include "support/test_videos.h"
 
@@ -266,11 +264,9 @@ private Q_SLOTS:
                     << clipArgs(video, audio, rate, faststart) << QString::fromLatin1(flags)
                     << QString::fromLatin1(refFlags) << audioDelta;
             };
-            for (const char* suffix : {"mov", "mp4"}) {
-                row(QStringLiteral("h264_aac.") + suffix, h264, aac, 48000, "", "", 1024);
-                for (const char* tag : {"hvc1", "hev1"})
-                    row(tag + QStringLiteral("_aac.") + suffix, x265 + tag, aac, 48000, "hevc", "hevc", 1024);
-            }
+            row("h264_aac.mov", h264, aac, 48000, "", "", 1024);
+            row("hvc1_aac.mov", x265 + "hvc1", aac, 48000, "hevc", "hevc", 1024);
+            row("hev1_aac.mp4", x265 + "hev1", aac, 48000, "hevc", "hevc", 1024);
             // ffmpeg writes lpcm entries only above 65535 Hz.
             row("hvc1_lpcm.mov", x265 + "hvc1", s16le, 96000, "lpcm lpcmHevc", "lpcm lpcmHevc", 1);
             row("mjpeg.mov", mjpeg, aac, 48000, "jpeg", "", 1024);
@@ -317,13 +313,9 @@ private Q_SLOTS:
                 QVERIFY(readDamaged(t, src));
                 // The first entries of a ctts with more than one.
                 QCOMPARE(t.m_hasCtts, ctts > 0 && readBe(bytes, ctts + 12) > 1);
-                if (t.m_hasCtts) {
-                    QCOMPARE(t.m_cttsEntries, readBe(bytes, ctts + 12));
-                    QCOMPARE(t.m_cttsCount0, readBe(bytes, ctts + 16));
-                    QCOMPARE(t.m_cttsOffset0, readBe(bytes, ctts + 20));
-                    QCOMPARE(t.m_cttsCount1, readBe(bytes, ctts + 24));
-                    QCOMPARE(t.m_cttsOffset1, readBe(bytes, ctts + 28));
-                }
+                if (t.m_hasCtts)
+                    QCOMPARE(beWords({t.m_cttsEntries, t.m_cttsCount0, t.m_cttsOffset0, t.m_cttsCount1, t.m_cttsOffset1}),
+                             bytes.mid(int(ctts) + 12, 20));
                 QVERIFY(g_hasSoundTrak);
                 QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
                 if (sound.timeScale < 65536)   // the integer part of the sound description's rate
@@ -417,11 +409,7 @@ private Q_SLOTS:
             clearGlobals();
             QVERIFY(readDamaged(t, p));
             QCOMPARE(g_frameWidth, 640u);
-            QCOMPARE(g_videoTimeScale, 30000u);
-            QCOMPARE(g_videoSampleDelta, 1001u);
             QCOMPARE(t.m_cttsOffset2, 30u);
-            QCOMPARE(t.m_videoStsdSize, 120u);
-            QCOMPARE(g_soundTimeScale, 48000u);
             QCOMPARE(g_audioFrameSize, 300u);
             clearGlobals();
             QVERIFY(readReference(ref, p));
@@ -448,8 +436,7 @@ private Q_SLOTS:
             QCOMPARE(g_moovRead, moovReadBefore);
             QCOMPARE(flagsOf(t), QString());
             QVERIFY(!t.m_hasCtts && t.m_videoStsd.isEmpty());
-            QCOMPARE(g_frameWidth, 0u);
-            QCOMPARE(g_videoTimeScale, 0u);
+            QCOMPARE(g_frameWidth + g_videoTimeScale, 0u);
         }
         ThreadVideoRepair ref;
         g_moovRead = false;
@@ -474,9 +461,7 @@ private Q_SLOTS:
         ThreadVideoRepair t, ref;
         QVERIFY(readDamaged(t, src));
         QCOMPARE(flagsOf(t), QStringLiteral("mpeg4in3gp sowt"));
-        QCOMPARE(g_frameHeight, 120u);
         QCOMPARE(g_soundTimeScale, 48000u);
-        QVERIFY(g_videoTimeScale > 0);
         QCOMPARE(t.m_videoStsd, track(bytes, "vide").stsd);
         QVERIFY(g_is3gp);
         clearGlobals();
@@ -484,24 +469,18 @@ private Q_SLOTS:
         QCOMPARE(flagsOf(ref), QStringLiteral("sowt"));
         QVERIFY(!g_is3gp);
         QCOMPARE(g_frameWidth, 160u);
-        QCOMPARE(g_soundTimeScale, 48000u);
     }
 
-    // Sizes past the end, zero sizes, a moov inside mdat, tiny files, movies
-    // cut short: both readers end, count down no further than the file, and
-    // leave it unchanged.
+    // A moov inside mdat and movies cut short (other hostile sizes are the
+    // fuzz targets'): both readers end, count down no further than the file,
+    // and leave it unchanged.
     void badInputEnds_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("empty") << QByteArray();
-        QTest::newRow("8 bytes") << QByteArray("\0\0\0\x08" "ftyp", 8);
-        QTest::newRow("zero size") << QByteArray("\0\0\0\0" "free", 8) + QByteArray(100, '\0');
-        QTest::newRow("64-bit size that wraps") << QByteArray("\0\0\0\x01" "mdat\xff\xff\xff\xff\xff\xff\xff\xf0", 16);
-        QTest::newRow("truncated moov") << QByteArray("\0\0\x10\0" "moov\0\0\0\x6c" "mv", 14);
         QTest::newRow("moov inside mdat") << qtAtom("mdat", craftedMoov().left(60)) + QByteArray(50, '\0');
         const QByteArray clip = readAll(make(QStringLiteral("h264_aac_end.mov"), clipArgs(QLatin1String(kH264), QLatin1String(kAac))));
         const int mvhd = clip.indexOf("mvhd");
-        QTest::newRow("clip cut in mvhd's code") << clip.left(mvhd + 4);
         QTest::newRow("clip cut in mvhd") << clip.left(mvhd + 30);
         QTest::newRow("clip cut in the first track") << clip.left(mvhd + 400);
         QTest::newRow("clip cut 300 bytes short") << clip.left(clip.size() - 300);

@@ -162,21 +162,6 @@ private Q_SLOTS:
                  QStringList({Line(V, 20, 400), Line(V, 420, 300), Line(A, 736, 200), Line(V, 952, 500)}));
     }
 
-    // All zeros, frames of size 0 or past the end, no end mark, a huge moov: no hang, no line.
-    void scannersEndOnBadInput()
-    {
-        const QByteArray zeros(3 << 20, 0);
-        const QByteArray hostile = QByteArray::fromHex("FFFFFFFF") + "moov" + QByteArray(100, 0);
-        for (auto s : {&ThreadVideoRepair::ScanJpegFrames, &ThreadVideoRepair::ScanMpeg4Frames,
-                       &ThreadVideoRepair::ScanProResFrames}) {
-            QVERIFY(scan(zeros, s).isEmpty());
-            QVERIFY(scan(hostile, s).isEmpty());
-        }
-        QVERIFY(scan((beWords({0}) + "icpf").repeated(1000), &ThreadVideoRepair::ScanProResFrames).isEmpty());
-        QVERIFY(scan(beWords({0x7FFFFFFF}) + "icpf" + QByteArray(100, 1), &ThreadVideoRepair::ScanProResFrames).isEmpty());
-        QVERIFY(scan(QByteArray::fromHex("FFD8FFE0") + QByteArray(20000, 1), &ThreadVideoRepair::ScanJpegFrames).isEmpty());
-    }
-
     // ---- Rebuild ----
 
     void interleavedVideoAndAudio()

@@ -52,7 +52,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("suffix");
         QTest::addColumn<bool>("pcm");
         QTest::newRow("mp4") << "mp4" << false;
-        QTest::newRow("mov") << "mov" << false;
         QTest::newRow("mov, lpcm") << "mov" << true;
     }
     void healthyFilesAreRemuxedWithoutSample()
@@ -81,7 +80,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("pcm");
         QTest::addColumn<bool>("large");
         QTest::newRow("mp4, movie cut off") << "mp4" << true << false << false;
-        QTest::newRow("mov, movie cut off") << "mov" << true << false << false;
         QTest::newRow("mov, no sound") << "mov" << false << false << false;
         QTest::newRow("mov lpcm, movie cut off") << "mov" << true << true << false;
         // Above 100 MiB an lpcm file is indexed in place, not cut into
