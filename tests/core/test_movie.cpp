@@ -325,12 +325,9 @@ private Q_SLOTS:
             }
             QVERIFY(g_moovRead);
             QCOMPARE(flagsOf(t), reference ? (QString::fromLatin1(jpegBefore ? "jpeg " : "") + refFlags).trimmed() : flags);
-            QCOMPARE(g_frameWidth, 160u);
-            QCOMPARE(g_frameHeight, 120u);
-            QCOMPARE(g_videoTimeScale, video.timeScale);
-            QCOMPARE(g_soundTimeScale, sound.timeScale);
-            QCOMPARE(g_videoSampleDelta, video.timeScale / 25);
-            QCOMPARE(g_audioSampleDelta, audioDelta);
+            QCOMPARE((QList<quint64>{g_frameWidth, g_frameHeight, g_videoTimeScale, g_soundTimeScale, g_videoSampleDelta,
+                                     g_audioSampleDelta}),
+                     (QList<quint64>{160, 120, video.timeScale, sound.timeScale, video.timeScale / 25, audioDelta}));
             QCOMPARE(qint64(t.m_videoStsdSize), qint64(video.stsd.size()));
             // x265 writes its settings into hvcC: a stsd of some 2.5 KB, too big
             // to be copied from the damaged file. The sample's is always copied.

@@ -306,25 +306,6 @@ private Q_SLOTS:
         QCOMPARE(sha256(c), hashC);
     }
 
-    // The file label elides a long name in the middle and keeps it whole in
-    // the tip; a reference pass hides the overall bar.
-    void fileLabel()
-    {
-        const QString longName = QString(200, QLatin1Char('x')) + QStringLiteral("_end.mp4");
-        QLabel* label = m_window->FileNameLabl;
-        m_window->OnFileNameLabel(longName);
-        QVERIFY(!label->isHidden() && !m_window->overAllProgess_2->isHidden());
-        QCOMPARE(label->toolTip(), QStringLiteral("Repairing ") + longName);
-        QVERIFY(label->text().contains(QChar(0x2026)));
-        QVERIFY(label->text().startsWith(QLatin1String("Repairing")) && label->text().endsWith(QLatin1String("_end.mp4")));
-        g_referenceMode = true;
-        m_window->OnFileNameLabel(QStringLiteral("short.mp4"));
-        g_referenceMode = false;
-        QCOMPARE(label->text(), QStringLiteral("Repairing short.mp4"));
-        QVERIFY(label->toolTip().isEmpty());
-        QVERIFY(m_window->overAllProgess_2->isHidden() && m_window->PercentLabl->isHidden());
-    }
-
     void stop_data()
     {
         QTest::addColumn<bool>("yes");
