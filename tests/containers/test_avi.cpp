@@ -245,9 +245,7 @@ private Q_SLOTS:
         QCOMPARE(r.index.size(), 3);
     }
 
-    // What the chunk scan takes: the index lengths of the output, whose every
-    // size agrees with what follows it, and whose payloads (pad bytes
-    // included) are the input's own.
+    // What the chunk scan takes, as the output's index lengths; payloads are the input's own.
     void chunkScan_data()
     {
         QTest::addColumn<QByteArray>("input");
@@ -351,9 +349,8 @@ private Q_SLOTS:
         QCOMPARE(r.index.size(), 3);
     }
 
-    // The work folder: the output never replaces the source, a source named
-    // like the scratch index keeps them apart, and a stop in the chunk scan
-    // leaves only the log.
+    // The output never replaces the source, nor the scratch index a source of
+    // its name; a stop in the chunk scan leaves only the log.
     void workFolder()
     {
         Result r = repair(kVideoOnly, {}, kAviPartLimit, [](AviRun& run) {
@@ -374,9 +371,8 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_dir).entryList(QDir::Files), QStringList{"logFile.txt"});
     }
 
-    // A file that passes the part limit is written in parts: the first RIFF
-    // with its idx1, then AVIX parts, all indexed by ix## through each
-    // stream's indx. At the limit itself the file stays one RIFF, unchanged.
+    // Past the part limit: a first RIFF with idx1, then AVIX parts, all indexed
+    // by ix## through indx. At the limit itself the file stays one RIFF.
     void partsAtTheLimit()
     {
         const QByteArray in = aviFile(strl("vids", 56, videoFormat()) + strl("auds", 56, audioFormat()),

@@ -1,6 +1,5 @@
-// MTS, DAT and IMKH camera files: the rebuild and the unit copy on hand-made
-// units; ffmpeg-made streams end to end; the muxer's command lines and
-// failures through fake muxers.
+// MTS, DAT and IMKH camera files: hand-made units, ffmpeg-made streams end
+// to end, and the muxer's command lines and failures through fake muxers.
 #include "batch_check.h"
 #include "containers/mpegts.h"
 #include "core/thread_video_repair.h"
@@ -153,10 +152,8 @@ private Q_SLOTS:
         QCOMPARE(r.out.count(kSit), 3);
     }
 
-    // System units of the file are dropped, other PIDs and junk skipped, and
-    // media units copied whole in their order. A damaged first unit sends
-    // the file down the rebuild, and everything in front of offset 750
-    // (units 0 to 3) is dropped.
+    // The rebuild (a damaged first unit) drops the file's system units, other
+    // PIDs, junk and the first four units; media units are copied in order.
     void rebuildKeepsOnlyMedia()
     {
         const QList<QPair<quint32, bool>> heads{
@@ -352,9 +349,8 @@ private Q_SLOTS:
         QCOMPARE(g_repairedPaths.last(), repaired + "/cam 1.mp4");
     }
 
-    // A muxer that fails, leaves an empty file or is killed while it writes:
-    // a negative verdict and no output, partial or not. What a killed run
-    // left in Repaired goes at the start; results stay.
+    // A muxer that fails, leaves an empty file or is killed: a negative verdict
+    // and no output; what a killed run left goes at the next start.
     void failingMuxer_data()
     {
         QTest::addColumn<QByteArray>("body");

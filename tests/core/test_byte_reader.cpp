@@ -1,7 +1,5 @@
-// The cached positioned reader gives exactly what a seek and a read give:
-// across window borders, past the end (zeros, real-byte counts), at the top
-// of the 64-bit range, for views larger than a window, and cheaply for far looks.
-// The writer's copies of ranges give the same bytes whichever way they go.
+// The cached positioned reader gives exactly what a seek and a read give;
+// the writer's range copies give the same bytes whichever way they go.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "support/test_videos.h"
@@ -223,9 +221,8 @@ private Q_SLOTS:
         QCOMPARE(FileReader::open(path)->maxView(), ByteReader::kDefaultWindow - ByteReader::kAlign);
     }
 
-    // Bad sectors read as zeros block by block (4 KiB, tried twice), the bytes
-    // around and behind them as they are; the ranges are noted once and
-    // merged, and a sector that fails once is read on the second try.
+    // Bad sectors read as zeros block by block, the bytes around them as they
+    // are; ranges are noted once and merged; a flaky sector is read again.
     void unreadableBlocks()
     {
         const QByteArray data = randomBytes(300000, 5);

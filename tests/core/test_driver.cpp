@@ -1,6 +1,5 @@
 // The per-file driver: run signals and progress, the Repaired workspace and
-// the reference pass. Bad input, suffix routing and the work root are tested
-// through the batch runner.
+// the reference pass.
 #include "core/quicktime_pass.h"
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
@@ -92,9 +91,7 @@ private Q_SLOTS:
         QVERIFY(!QDir(m_dir + QStringLiteral("/Repaired")).exists());   // no file was opened
     }
 
-    // A stop during the repair of a file of each route, at its first
-    // progress: the run ends aborted and leaves no result and no partial
-    // output.
+    // A stop at the first progress of each route: aborted, no result left.
     void stopMidRun_data()
     {
         QTest::addColumn<QString>("clip");

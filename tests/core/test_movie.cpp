@@ -1,6 +1,5 @@
-// Finding and reading the movie: the search on sparse files made by code,
-// and both readers on ffmpeg clips of every sample-entry kind and on crafted
-// movies.
+// Finding and reading the movie: sparse files made by code, ffmpeg clips of
+// every sample-entry kind, and crafted movies.
 #include "core/thread_video_repair.h"
 #include "support/test_videos.h"
 
@@ -386,9 +385,8 @@ private Q_SLOTS:
         QVERIFY(t.m_videoStsd.size() < 900 && readAll(p).endsWith(t.m_videoStsd));
     }
 
-    // The scan passes over stretches without a code in large steps; a code
-    // must be found at any alignment, next to near-misses ("stsx", "trac")
-    // and across the reader's window edges.
+    // Codes are found at any alignment, beside near-misses and across the
+    // reader's window edges.
     void codesAtEveryAlignment()
     {
         static const char* const tokens[] = {"stsx", "trac", "mdh", "zzzz", "\0\0\0", "apcx", "uvw", "s", "lpc"};

@@ -1,6 +1,5 @@
-// End to end through the batch runner: ffmpeg recordings of every codec pair,
-// damaged by code and repaired with a sample that is another recording;
-// judged by decoded-picture hashes, the sound's length and the playing time.
+// End to end: ffmpeg recordings of every codec pair, damaged and repaired
+// with another recording as sample; judged by decoded-picture hashes.
 #include "containers/batch_check.h"
 #include "core/byte_reader.h"
 #include "support/test_videos.h"
@@ -247,10 +246,8 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 s of sound, %2 s in the original").arg(StreamSeconds(out, "a:0")).arg(soundSeconds)));
     }
 
-    // Media past 4 GiB: a recording cut off whose second half lies behind a
-    // hole of 4 GiB (sparse, as is the output's copy of it). Every picture is
-    // found and decodes the same, the chunks behind the hole are addressed
-    // by co64, the input is left alone.
+    // A recording whose second half lies behind a 4 GiB hole: every picture
+    // decodes the same, addressed by co64, and the input is left alone.
     void past4GiB()
     {
         if (!containers::keepsHoles(m_dir))

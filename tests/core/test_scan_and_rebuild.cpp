@@ -1,8 +1,5 @@
-// The frame scanners without a sample write index lines that decipher to the
-// right positions and sizes; the QuickTime rebuild turns an index into a file,
-// checked byte for byte on small crafted indexes (interleaving, stsc, chunk
-// offsets, sizes, ctts rounds, ftyp), passes over bad lines, and runs the
-// speed check of PCM sound through a fake muxer.
+// The frame scanners' index lines, and the QuickTime rebuild from an index,
+// checked byte for byte on small crafted indexes.
 #include "core/log_cipher.h"
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"

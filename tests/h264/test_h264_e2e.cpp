@@ -1,7 +1,5 @@
-// End to end through the batch runner: camera-like H.264 files with AAC or
-// uncompressed sound (sowt, twos, lpcm) whose movie was lost, repaired from a
-// separate sample recorded with the same settings (other damage and whole
-// files: the QuickTime end-to-end test); an odd sample ends in a verdict.
+// End to end: camera-like H.264 files with AAC or PCM sound whose movie was
+// lost, repaired from a sample (other damage: the QuickTime end-to-end test).
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
 #include "recovery/h264/overlapped_mux.h"
@@ -127,9 +125,7 @@ private Q_SLOTS:
         }
     }
 
-    // A sample of 12 bits and no channels: the pass ends in a verdict, and
-    // an output it makes decodes. (Noise in files and samples is the route
-    // fuzz targets'.)
+    // A sample of 12 bits and no channels: a verdict, and any output decodes.
     void oddPcmSampleEndsInAVerdict()
     {
         QByteArray bytes = readAll(Camera(QStringLiteral("lpcm"), QStringLiteral("mov"), 25, false));

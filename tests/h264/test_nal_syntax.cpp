@@ -1,7 +1,5 @@
-// The NAL syntax reader against clips made by the encoders: every unit of
-// every sample is valid, each sample opens with the first slice of a picture
-// and holds no other, key frames are the sync samples, and the order counts
-// give the file's own presentation order. Bad parameter sets are refused.
+// The NAL syntax reader against encoder-made clips: every unit valid, picture
+// starts, key frames and presentation order as the tables say.
 #include "recovery/syntax/nal_syntax.h"
 #include "support/test_videos.h"
 

@@ -1,6 +1,5 @@
-// What the H.264 pass learns from a sample (parameter sets, frame starts,
-// rate inputs, sound facts and audio patterns), and how the pass ends on bad
-// input: broken chunk tables and broken samples.
+// What the H.264 pass learns from a sample, and how it ends on broken chunk
+// tables and broken samples.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/thread_video_repair.h"
@@ -161,9 +160,7 @@ private Q_SLOTS:
         }
     }
 
-    // A sample without a movie, a sample of another codec, and a sample
-    // whose SPS length runs past its end. (Random bytes are the route fuzz
-    // targets'.)
+    // Samples without a movie, of another codec, and with an overlong SPS.
     void badSamplesAndNoise()
     {
         const QString clip = Clip(QStringLiteral("learn.mov"));

@@ -140,32 +140,6 @@ private Q_SLOTS:
         QVERIFY(!IsFillerRun(r, 256, 128));
     }
 
-    // The parameter sets stand once, at the head; the last unit ends at the
-    // end of the file and is whole.
-    void chains_data()
-    {
-        QTest::addColumn<QByteArray>("head");
-        QTest::addColumn<QList<QByteArray>>("units");
-        const QByteArray aud = QByteArray::fromHex("0000000209F0");
-        QTest::newRow("chained units") << QByteArray::fromHex("00000014667479706D703432000000006D703432") + kMdat
-                                       << QList<QByteArray>{Unit(0x06, 20), Unit(0x65, 9000), Unit(0x41, 300),
-                                                            Unit(0x01, 5000), Unit(0x41, 40000), Unit(0x01, 77)};
-        QTest::newRow("delimiter units") << kMdat << QList<QByteArray>{aud, Unit(0x65, 100), aud, Unit(0x41, 50),
-                                                                      aud, Unit(0x01, 60)};
-    }
-    void chains()
-    {
-        QFETCH(QByteArray, head);
-        QFETCH(QList<QByteArray>, units);
-        for (bool audioMode : {true, false}) {
-            const ScanResult r = scan(head + units.join(QByteArray()), audioMode);
-            QVERIFY(r.stream.startsWith(kParams + kSc));
-            QCOMPARE(r.stream.count(kParams), 1);
-            QCOMPARE(r.units, Payloads(units));
-            QCOMPARE(r.gaps, 0);
-        }
-    }
-
     void fillerRunsAreCrossed_data()
     {
         QTest::addColumn<char>("fill");

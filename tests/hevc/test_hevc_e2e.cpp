@@ -1,7 +1,5 @@
-// End to end through the batch runner: HEVC (hvc1) files with AAC or lpcm
-// sound whose movie was lost, repaired from a separate sample made with the
-// same settings; bad pairings end in a verdict. (Healthy files: the QuickTime
-// end-to-end test; noise in the movie: the route fuzz targets.)
+// End to end: HEVC files whose movie was lost, repaired from a sample; bad
+// pairings end in a verdict.
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -100,9 +98,7 @@ private Q_SLOTS:
         }
     }
 
-    // Samples whose hvcC lies (unit counts past the box, a box cut short, no
-    // arrays), and an HEVC sample for a damaged H.264 file: the pass goes on
-    // with what it learnt and ends in a verdict.
+    // Samples whose hvcC lies, and an HEVC sample for an H.264 file: a verdict.
     void badSamplesEndInVerdict_data()
     {
         QTest::addColumn<int>("offset");

@@ -1,6 +1,4 @@
-// The HEVC pass's own pieces on crafted input: the parameter sets of an hvcC
-// box in any shape, the chunk walk of a sample, the header tests, the
-// top-level walk past mmpu and the rate default.
+// The HEVC pass's own pieces on crafted input.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/thread_video_repair.h"

@@ -1,6 +1,5 @@
-// The exit question in each state of the window, what survives an exit, the
-// help address for each page and language, About's links and the More Tools
-// menu. Addresses and program starts go to recording hooks, never out.
+// Exit questions and what survives an exit, help addresses, About and More
+// Tools. Addresses and program starts go to recording hooks, never out.
 #include "window_fixture.h"
 
 #include "shell/platform_gui.h"
@@ -234,8 +233,7 @@ private Q_SLOTS:
     }
 
     // The language element by LanguageType (outside 0 to 10: English); the
-    // buttons open the address of the page that is up: the about topic on
-    // the empty page 1, the saving one after Save.
+    // buttons open the topic of the page that is up.
     void helpLanguagesAndButtons()
     {
         QCOMPARE(HelpLanguage(5) + HelpLanguage(10) + HelpLanguage(11) + HelpLanguage(-1), QStringLiteral("jphienen"));
@@ -250,10 +248,8 @@ private Q_SLOTS:
                               "https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files"}));
     }
 
-    // About names the program, its version and the system. Its links and
-    // Learn More take the store's key of the language, a built-in address
-    // when there is none, and nothing when the key is empty; the licence is
-    // the language's own file, else the English one.
+    // About's texts; links take the store's key of the language, a built-in
+    // address without one, nothing when it is empty; the installed licence.
     void aboutAndLinks()
     {
         AboutDlg* about = m_window->aboutDlg();
@@ -283,6 +279,7 @@ private Q_SLOTS:
         QDir().mkpath(QFileInfo(installed).path());
         writeAll(installed, "GNU GENERAL PUBLIC LICENSE");
         g_programDir = m_dir + QStringLiteral("/bin");
+        QDir().mkpath(g_programDir);
         about->OpenLicense();
         g_programDir = m_dir;
         QCOMPARE(g_openedUrls,
@@ -303,10 +300,8 @@ private Q_SLOTS:
         QCOMPARE(g_openedUrls, (QStringList{samples, samples}));
     }
 
-    // Only installed siblings are offered, none: no button. An entry asks
-    // the exit question: No stays; a sibling that fails to start is
-    // reported and the program stays; Yes starts it from its folder and
-    // ends this program, unsaved results removed.
+    // Only installed siblings are offered. An entry asks the exit question: No
+    // stays, a failed start is reported, Yes starts it and ends this program.
     void moreToolsOfferInstalledSiblings()
     {
         const QString folderBefore = QDir::currentPath();

@@ -1,6 +1,4 @@
-// The main window driven as a user would: adding files through the chooser,
-// the select-all box, removing, the press of Repair with real runs, Stop,
-// Back, and the window's own behaviour.
+// The main window driven as a user would.
 #include "window_fixture.h"
 
 #include "core/muxer.h"
@@ -133,9 +131,8 @@ private Q_SLOTS:
         QVERIFY(m_window->AddFile_frame->isVisible() && !m_window->repairThread().isRunning());
     }
 
-    // The first add leaves the home page: one row per path with its hidden
-    // columns. The same path again gives one dialog and no second row; the
-    // suffix gate is exact ("Mov" and unknown suffixes drop silently).
+    // The first add leaves the home page; a path added again gives one dialog
+    // and no row; unknown suffixes ("Mov" too) drop silently.
     void addingFillsRowsAndSkipsDuplicates()
     {
         QVERIFY(g_onHomePage && m_window->add_filebtn->isVisible() && !files()->isVisible());
@@ -246,12 +243,8 @@ private Q_SLOTS:
         QCOMPARE(files()->topLevelItem(0)->text(W::FileId), QStringLiteral("5"));
     }
 
-    // Checked rows get the ids of their place in the list and results beside
-    // their sources. A real run over them, a file gone before it and one
-    // with a very long name ends with the end-of-run texts, every row in an
-    // end state, and the inputs untouched. A DAT file's result is the .mov
-    // the engine wrote; a 50 fps recording stays at 50 fps; completed rows
-    // carry their figures.
+    // A real run over checked rows (a file gone before it, a very long name, a
+    // DAT file, 50 fps): every row in an end state, inputs untouched.
     void repairPressAndARealRun()
     {
         const QString a = copyOf(QStringLiteral("first.mp4"));
@@ -359,9 +352,8 @@ private Q_SLOTS:
         QVERIFY(!g_stopRequested);
     }
 
-    // Back with an awaiting row asks about Advance Repair: Yes or closing
-    // stays, Cancel returns to the list as it was. Without one it asks about
-    // clearing the results: Cancel stays, Yes returns.
+    // Back asks about Advance Repair when a row awaits it (Cancel returns to
+    // the list as it was), else about clearing the results.
     void backAsksTheRightQuestion()
     {
         add(copies({"lost.mov", "other.mov"}));

@@ -1,7 +1,5 @@
-// Page 2 after the repair: row states driven by the thread's signals, the
-// settling at the end of a run, Advance Repair with a sample video, preview
-// through a fake player that records its arguments, and both ways of saving.
-// (A real run over the routes is the main window test's.)
+// Page 2 after the repair: row states, Advance Repair, preview through a
+// fake player, and both ways of saving.
 #include "window_fixture.h"
 
 #include "shell/platform_gui.h"
@@ -115,9 +113,8 @@ private Q_SLOTS:
         QDir(m_dir).removeRecursively();
     }
 
-    // Queued -> Processing -> Completed / Awaiting Action, then the settling
-    // at the end of the run, which tests each output; then a reference
-    // pass's verdicts.
+    // Queued, Processing, Completed or Awaiting Action, the settling at the end
+    // of the run, then a reference pass's verdicts.
     void rowStatesFollowTheThreadsSignals()
     {
         for (const char* name : {"a.mov", "b.mov", "c.avi", "d.mp4", "e.mkv"})
@@ -251,10 +248,8 @@ private Q_SLOTS:
         g_playerPath = player;
     }
 
-    // The dialog opens at the source location; Save stays off for a custom
-    // location until a folder is chosen; Cancel leaves everything. Then a
-    // custom folder: the checked results are copied, a file already there is
-    // kept, rows end unchecked; a folder that can't be written says so.
+    // Save to a custom folder: only once one is chosen; checked results are
+    // copied, a file already there is kept; an unwritable folder says so.
     void saveToACustomFolder()
     {
         addRow(QStringLiteral("one.mov"), m_dir, Repaired, "first one");
@@ -380,10 +375,8 @@ private Q_SLOTS:
         QVERIFY(!m_window->saveBtn->isEnabled());
     }
 
-    // The whole way of a camera .mov whose movie was cut off, beside an .mp4
-    // of the same kind: the first pass leaves both waiting and nothing to
-    // save; Advance Repair with an upper-case .MOV sample and "Apply to all"
-    // runs the .mov only, whose result can then be saved.
+    // A .mov and an .mp4 without their movies wait; Advance Repair with a .MOV
+    // sample and "Apply to all" repairs the .mov only, which can then be saved.
     void advanceRepairFromAwaitingToSaved()
     {
         const QString clip = cameraClip(false), sampleClip = cameraClip(true);
