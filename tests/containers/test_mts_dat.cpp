@@ -285,22 +285,6 @@ private Q_SLOTS:
         QCOMPARE(readAll(b.outputs.value(1)), readAll(b.outputs.value(0)));
     }
 
-    // a.b.dat gives a.mov, re-encoded to H.264 and AAC.
-    void vcdDatEncodedToMov()
-    {
-        const QString input = m_dir + "/a.b.dat";
-        QVERIFY(QFile::copy(clip("vcd.dat"), input));
-        const containers::Batch b = containers::repairFiles({input});
-        QVERIFY2(b.fault.isEmpty(), qPrintable(b.fault));
-        QCOMPARE(b.repaired, QList<bool>{true});
-        QCOMPARE(b.outputs, QStringList{repairedPath(input, "a.mov")});
-        const QString probed = formatAndCodecs(b.outputs[0]);
-        QVERIFY2(probed.contains("h264 aac") && probed.contains(" mov,"), qPrintable(probed));
-        const int source = decodedVideoFrames(input);
-        QVERIFY(source > 90);
-        QVERIFY(decodedVideoFrames(b.outputs[0]) * 10 >= source * 9);
-    }
-
     void imkhFileRemuxedUnderItsName()
     {
         const QString input = imkhFile("cam.mp4");
