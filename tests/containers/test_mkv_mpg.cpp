@@ -162,6 +162,18 @@ private Q_SLOTS:
         QCOMPARE(int(quint8(f.out[55 + 229 + 11])), tracksAt(f.out) - 229 - 12);
     }
 
+    // A bare video stream: the fixed block with the first sequence header's
+    // picture size (the end-to-end case decodes without it), then the stream
+    // from its first group of pictures on.
+    void mpegBareStream()
+    {
+        const QByteArray in = QByteArray(100, char(0x11)) + kSequence + kGop + QByteArray(200000, char(0x33));
+        const Fixed f = repair("t.mpg", in);
+        QVERIFY(f.ok);
+        QCOMPARE(f.out.left(16), hex("000001B3140F0015FFFFE000000001B2"));
+        QCOMPARE(f.out.mid(100), in.mid(112));
+    }
+
     void mpegSystemHeaderKeptOrPutBack()
     {
         // No system header behind the first pack (one stands in a later pack): a fresh one

@@ -4,6 +4,7 @@
 
 #include "shell/languages.h"
 #include "shell/startup.h"
+#include "workspace/close_application_dlg.h"
 #include "workspace/custom_button.h"
 #include "workspace/my_tree_widget.h"
 #include "workspace/reference_repaired_dlg.h"
@@ -140,6 +141,10 @@ private Q_SLOTS:
         QCOMPARE(m_window->RepairBtn->text(), QStringLiteral("Reparieren"));
         QCOMPARE(m_window->AbutBtn_1->text(), QString());   // the icon speaks; retranslateUi put no word back
         QCOMPARE(m_window->saveDlg()->Save->text(), QStringLiteral("Speichern"));
+        QEvent change(QEvent::LanguageChange);   // the exit question's plain text comes back in the new words
+        m_window->closeDlg()->setText(QStringLiteral("a question of the last run"));
+        QCoreApplication::sendEvent(m_window->closeDlg(), &change);
+        QCOMPARE(m_window->closeDlg()->text(), QStringLiteral("Möchten Sie das Programm wirklich beenden?"));
         QCOMPARE(m_window->doneDlg()->findChild<QLabel*>()->text(), QStringLiteral("Videodatei erfolgreich repariert!"));
 
         m_window->LoadJapaneseLanguages2();

@@ -214,6 +214,7 @@ private Q_SLOTS:
             for (int i = 0; i < 3; ++i)
                 QCOMPARE(files()->topLevelItem(i)->checkState(W::FileName), checked ? Qt::Checked : Qt::Unchecked);
             QCOMPARE(m_window->RepairBtn->isEnabled(), checked);
+            QCOMPARE(m_window->RemoveBtn->isEnabled(), checked);
         }
         files()->setCurrentItem(files()->topLevelItem(0));
         QTest::keyClick(files(), Qt::Key_Space);

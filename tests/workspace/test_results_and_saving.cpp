@@ -159,6 +159,7 @@ private Q_SLOTS:
         drain();
         QCOMPARE(row(0)->text(W::ResStatus), QStringLiteral("Completed"));
         QCOMPARE(row(1)->text(W::ResStatus), QStringLiteral("Awaiting Action"));
+        QCOMPARE(row(1)->foreground(W::ResStatus).color(), QColor(QStringLiteral("blue")));
         QVERIFY(g_advancePending);
         // No room for the results: no sample helps, the row says why.
         QCOMPARE(row(4)->text(W::ResStatus), QStringLiteral("Failed"));
