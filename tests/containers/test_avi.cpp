@@ -222,9 +222,7 @@ private Q_SLOTS:
         QCOMPARE(qint64(le32(r.out, 4)) + 8, qint64(r.out.size()));
         QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.avi"});
 
-        // 64 bytes in, 56 out. Copied: fccType, fccHandler, dwScale, dwRate,
-        // dwStart, the two behind dwLength, rcFrame's right and bottom;
-        // dwLength counts video chunks.
+        // 64 bytes in, 56 out: the known fields copied, dwLength counting video chunks.
         const QList<RiffChunk> strh = r.at("AVI /hdrl/strl/strh");
         QCOMPARE(strh.size(), 2);
         const QByteArray src = strhPayload("vids", 64, 0x20), z(12, '\0');
@@ -385,9 +383,8 @@ private Q_SLOTS:
         QVERIFY(parts.status && parts.consistent && parts.noScratch);
         QCOMPARE(parts.at("AVI /hdrl/strl/indx").size(), 2);
         QCOMPARE(le32(parts.out, parts.at("AVI /hdrl/odml/dmlh").value(0).pos + 8), 3u);
-        // 464 bytes a part: the header fills the first beside one chunk;
-        // each AVIX part takes a sound and a video chunk, 88 + 58 + 318 bytes,
-        // the limit itself.
+        // 464 bytes a part: the first holds the header and one chunk; each AVIX
+        // part a sound and a video chunk (88 + 58 + 318 bytes, the limit itself).
         const Result small = repair(in, {}, 464);
         QVERIFY(small.status && small.consistent);
         QCOMPARE(small.at("AVIX/").size(), 2);

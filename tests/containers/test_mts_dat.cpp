@@ -131,9 +131,8 @@ private Q_SLOTS:
         QCOMPARE(kPcr, expected("47100120B710000000000000"));
     }
 
-    // 140 payload starts (video, or sound with the priority bit) with other
-    // media units between them: a set after every seventh start, the SIT in
-    // every tenth set only.
+    // 140 payload starts between other media units: a system set after every
+    // seventh start, the SIT in every tenth set only.
     void rebuildRepeatsSystemSets()
     {
         const quint32 starts[] = {0x47501110u, 0x47710010u};
@@ -179,9 +178,8 @@ private Q_SLOTS:
         QVERIFY(r.out == expected);
     }
 
-    // With PAT first and a PCR unit fourth the stream is copied unit for unit;
-    // each unit comes from where its head was found, so a hole or junk costs
-    // only what it covers, and a cut last unit is filled up with zeros.
+    // An intact start is copied unit for unit: a hole or junk costs only what
+    // it covers, and a cut last unit is filled up with zeros.
     void intactStartIsCopied()
     {
         QByteArray input = unit(0x47400010u, 0) + unit(0x47410010u, 1) + unit(0x47401F10u, 2) + unit(0x47100120u, 3);

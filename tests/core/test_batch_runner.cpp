@@ -148,9 +148,8 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), made.size());
     }
 
-    // A folder tree with the same clip name in two folders, a bad file, a
-    // file that isn't a video and an earlier result: beside each file, then
-    // under a work root where the two names must not meet.
+    // A folder tree with one clip name in two folders: results beside each
+    // file, then under a work root where the two names must not meet.
     void foldersAndWhereResultsGo()
     {
         const QString clip = h264Aac(QStringLiteral("mp4"));

@@ -48,9 +48,8 @@ class TestCodecFrames : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    // Every frame of every track: exact size with the following data behind
-    // it and with exactly its own bytes, 0 when cut by a byte. Random bytes
-    // tried between frames are refused and don't stop the next frame.
+    // Every frame of every track measures its size, 0 when cut by a byte;
+    // random bytes tried between frames are refused.
     void aacFrames_data()
     {
         QTest::addColumn<QString>("path");

@@ -441,9 +441,8 @@ private Q_SLOTS:
         QCOMPARE(g_frameWidth, 0u);
     }
 
-    // Sound first, video second: the scan runs on through the video track and
-    // finds both. With sowt sound under a .3gp name the sample's reader clears
-    // g_is3gp before it meets mp4v.
+    // Sound first, video second: both are found; with sowt sound under a .3gp
+    // name the sample's reader clears g_is3gp before it meets mp4v.
     void soundTrackFirst()
     {
         const QString made = make(QStringLiteral("mpeg4_sowt_soundfirst.mov"),

@@ -73,8 +73,7 @@ private Q_SLOTS:
         QVERIFY(feeder.drained() && !feeder.failed());
     }
 
-    // A reader that never comes makes a full pipe give up after the stall
-    // time, the reader's end at once; a stream that got no bytes fails at the finish.
+    // No reader, or one gone: a full pipe gives up; an empty stream fails.
     void givingUp()
     {
         const QByteArray big = Pattern(3 << 20, 1);   // more than the pipe holds

@@ -115,9 +115,8 @@ private Q_SLOTS:
         QDir(dir).removeRecursively();
     }
 
-    // A disk that fills up while a file is written: the writer fails, leaves
-    // neither the file nor its partial one (an older file of that name stays),
-    // and the failure counts as a full disk.
+    // A disk that fills up while a file is written: the writer fails and leaves
+    // no partial file (an older file of that name stays).
     void writerOnAFullDisk()
     {
         const QString dir = freshDir(QStringLiteral("enospc")), disk = dir + QStringLiteral("/disk");

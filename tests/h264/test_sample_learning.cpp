@@ -122,9 +122,8 @@ private Q_SLOTS:
 
     void brokenChunkTablesWithoutSample()
     {
-        // Chunk tables that point past the end or count 0, 1 or four billion
-        // chunks: the frames are found in the media data all the same, one
-        // positive verdict each, the input unchanged.
+        // Chunk tables past the end or counting 0, 1 or four billion chunks: the
+        // frames are found all the same, the input unchanged.
         const QByteArray clip = readAll(Clip(QStringLiteral("learn.mov")));
         const qint64 stco = clip.indexOf("stco", findTopLevelAtom(clip, "moov"));   // the video track's
         QVERIFY(stco > 0);

@@ -165,9 +165,8 @@ private Q_SLOTS:
         }
     }
 
-    // The second unit's length points into noise; a healthy chain starts
-    // a few kilobytes on. The damaged unit goes out with its own length, and
-    // after the gap every unit is preceded by the parameter sets again.
+    // A length that points into noise: the unit goes out with it, and after the
+    // gap every unit is preceded by the parameter sets again.
     void damagedLengthCostsNothing()
     {
         QByteArray noise(3000, '\0');

@@ -53,10 +53,8 @@ private Q_SLOTS:
         QTest::newRow("mp4, movie cut off") << "mp4" << true << false << false;
         QTest::newRow("mov, no sound") << "mov" << false << false << false;
         QTest::newRow("mov lpcm, movie cut off") << "mov" << true << true << false;
-        // Above 100 MiB an lpcm file is indexed in place, not cut into
-        // streams: the rebuilt file keeps its sound as PCM. The size comes
-        // from a free atom of zeros ahead of the media data, which the scan
-        // passes by size.
+        // Above 100 MiB (a free atom of zeros ahead of the media) an lpcm file is
+        // indexed in place: the rebuilt file keeps its sound as PCM.
         QTest::newRow("mov lpcm, above 100 MiB: index mode") << "mov" << true << true << true;
     }
     void lostMovieRepairedFromSample()

@@ -88,10 +88,8 @@ private Q_SLOTS:
         QCOMPARE(readAll(m_dir + QStringLiteral("/video.hevc")), readAll(m_dir + QStringLiteral("/Indexing")));
     }
 
-    // Type 21 (CRA, 2A) opens a sample's chunk and a scanned unit but not a
-    // damaged file's own first chunk; parameter sets close a unit but don't
-    // open one in the scan; type 0 needs 01 behind it; the second header
-    // byte must be layer 0 with a temporal id.
+    // Which header bytes open a unit in each set: CRA, parameter sets, type 0
+    // with 01 behind it, and the second byte's layer and temporal id.
     void headerTests()
     {
         auto test = [](const char* hex, NalStartSet set) {

@@ -76,9 +76,8 @@ private Q_SLOTS:
         QCOMPARE(VideoRepairWindow::FormatSize(1048575, en), QStringLiteral("0.99"));   // not rounded up
     }
 
-    // Drops on page 1: files as from the dialog, a folder's videos at any
-    // depth (in batches, through a link loop), junk and missing paths named
-    // in the note; a file gone before Repair is left out with a word.
+    // Drops of files and folders (at any depth, through a link loop, in
+    // batches); junk is named; a file gone before Repair is left out.
     void droppedFilesAndFolders()
     {
         auto drop = [this](const QStringList& paths) {
