@@ -1,9 +1,5 @@
-// ASF/WMV and FLV repair. On crafted bytes: the ASF header object walk, the
-// new Header Object and the packet walk; the FLV tag scan, the new
-// onMetaData tag in both forms, the duration and the metadata window; hostile
-// sizes for both. End to end through reelwright-batch on ffmpeg-made clips
-// (WMV2 + WMA2 as .wmv and .asf; Sorenson + MP3 and H.264 + AAC as .flv):
-// whole, cut at 70 %, three holes, and for ASF the header zeroed with a sample.
+// ASF/WMV and FLV repair: crafted bytes for the header and packet walks and
+// the new onMetaData tag; end to end on ffmpeg-made clips.
 #include "batch_check.h"
 #include "core/log_cipher.h"
 #include "core/repair_globals.h"
@@ -88,25 +84,16 @@ QByteArray minimalAsf(quint32 packetSize, const QByteArray& packets, const QByte
     return asfFile({fileProperties(packetSize), streamProperties(kVideo, 'v'), codecList()}, packets, behind);
 }
 
-struct Obj {
-    QByteArray id;
-    qint64 pos;
-    quint64 size;
-};
-
-// The objects of a Header Object; empty when a size disagrees with the bytes.
-QList<Obj> headerObjects(const QByteArray& f)
+// The number of objects in a Header Object; -1 when a size disagrees with the bytes.
+int headerObjectCount(const QByteArray& f)
 {
-    QList<Obj> list;
     const qint64 end = f.left(16) == kHeader ? qint64(le64(f, 16)) : 0;
     qint64 pos = 30;
-    for (; pos < end; pos += qint64(list.last().size)) {
-        const quint64 size = le64(f, pos + 16);
-        if (size < 24 || pos + qint64(size) > end)
-            return {};
-        list << Obj{f.mid(int(pos), 16), pos, size};
-    }
-    return pos == end ? list : QList<Obj>();
+    int n = 0;
+    for (quint64 size; pos < end; pos += qint64(size), ++n)
+        if ((size = le64(f, pos + 16)) < 24 || pos + qint64(size) > end)
+            return -1;
+    return pos == end ? n : -1;
 }
 
 // An FLV tag with its PreviousTagSize; the timestamp's top byte goes to TimestampExtended.
@@ -173,7 +160,7 @@ QStringList clipArgs(int seconds, const QString& key)
         {"h264", {"-c:v", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p", "-c:a", "aac", "-b:a", "96k"}}};
     // Noise keeps frames large, so that a 32 KiB hole touches only a few.
     return lavfiVideo(seconds) + lavfiAudio(seconds, 44100) + QStringList{"-vf", "noise=alls=12:allf=t"}
-         + codecs.value(key == "asf" ? "wmv" : key);
+         + codecs.value(key);
 }
 
 struct Range {
@@ -186,24 +173,12 @@ struct Range {
 // their own headers, an FLV tag has its header and PreviousTagSize.
 int remaining(const QString& clip, const QString& kind, qint64 fileSize, const QList<Range>& holes, qint64 asfPacket)
 {
-    QByteArray out;
-    run("ffprobe", {"-v", "error", "-select_streams", kind + ":0", "-show_entries", "packet=pos,size", "-of",
-                    "compact=p=0", clip}, &out);
     int n = 0;
-    for (const QByteArray& line : out.split('\n')) {
-        qint64 pos = -1, size = -1;   // "size=754|pos=21324", in ffprobe's order
-        for (const QByteArray& field : line.trimmed().split('|')) {
-            if (field.startsWith("pos="))
-                pos = field.mid(4).toLongLong();
-            else if (field.startsWith("size="))
-                size = field.mid(5).toLongLong();
-        }
-        if (pos < 0 || size < 0)
-            continue;
-        const qint64 end = asfPacket ? pos + size + size / 16 + asfPacket : pos + 11 + size + 4;
-        bool whole = end <= fileSize;
+    for (const Packet& p : packets(clip, kind + ":0")) {
+        const qint64 end = asfPacket ? p.pos + p.size + p.size / 16 + asfPacket : p.pos + 11 + p.size + 4;
+        bool whole = p.pos > 0 && end <= fileSize;
         for (const Range& h : holes)
-            whole = whole && (end <= h.from || pos >= h.to);
+            whole = whole && (end <= h.from || p.pos >= h.to);
         n += whole;
     }
     return n;
@@ -274,26 +249,15 @@ private Q_SLOTS:
         QCOMPARE(r.verdicts, QStringList{"1 clip.wmv"});
         QCOMPARE(g_repairedPaths, QStringList{m_dir + "/clip.wmv"});
 
-        const QList<Obj> objs = headerObjects(r.out);
-        QCOMPARE(objs.size(), 7);
-        QCOMPARE(r.out.mid(24, 6), le(7u) + "\x01\x02");
-        const QList<QByteArray> expected{kFileProps, kHeaderExt, kExtContent, kStreamProps, kStreamProps, kCodecList, kContent};
-        for (int i = 0; i < objs.size(); ++i)
-            QCOMPARE(objs[i].id, expected[i]);
-        QCOMPARE(r.out.mid(int(objs[1].pos), 46), kHeaderExt + le(quint64(46)) + kHeaderExtReserved + QByteArray(6, '\0'));
-        QCOMPARE(r.out.mid(int(objs[3].pos), int(objs[3].size + objs[4].size)), video + audio);
-        QCOMPARE(r.out.mid(int(objs[5].pos), int(objs[5].size + objs[6].size)), codecList() + content());
-
-        // File Properties copied whole but for Play Duration.
+        // File Properties copied whole but for Play Duration; the count says 7.
         QByteArray props = fileProperties(256);
-        QCOMPARE(objs[0].pos, 30);
-        QCOMPARE(r.playDuration(), 500000ull * 10000);
-        props.replace(64, 8, r.out.mid(94, 8));
-        QCOMPARE(r.out.mid(30, props.size()), props);
-
+        props.replace(64, 8, le(quint64(500000) * 10000));
+        const QByteArray header = headerObject({props, object(kHeaderExt, kHeaderExtReserved + QByteArray(6, '\0')),
+                                                extContent(), video, audio, codecList(), content()});
+        QCOMPARE(r.out.left(header.size()), header);
         // Data Object: the kept tail, then the packets whose successor begins
         // like a packet; the last one, followed by the index object, is not.
-        QCOMPARE(r.out.mid(int(objs.last().pos + objs.last().size), 16), kData);
+        QCOMPARE(r.out.mid(header.size(), 16), kData);
         QCOMPARE(r.asfData().mid(16), le(quint64(512)) + kDataTail + packets.left(512));
     }
 
@@ -307,26 +271,17 @@ private Q_SLOTS:
         const QByteArray fp = fileProperties(128), v = streamProperties(kVideo, 'v'), cl = codecList();
         QTest::newRow("all required") << asfFile({fp, v, cl}, packets) << 4;
         QTest::newRow("codec list and stream ahead of File Properties") << asfFile({cl, v, fp}, packets) << 4;
-        QTest::newRow("no packets") << asfFile({fp, v, cl}, QByteArray()) << 4;
         // A Data Object met first doesn't end the walk while objects are missing.
         QTest::newRow("data object ahead of the header") << dataObject(QByteArray()) + headerObject({fp, v, cl}) + packets << 4;
         QTest::newRow("no codec list") << asfFile({fp, v}, packets) << 0;
-        QTest::newRow("audio only") << asfFile({fp, streamProperties(kAudio, 'a'), cl}, packets) << 0;
         QTest::newRow("no data object") << headerObject({fp, v, cl}) + packets << 0;
         QTest::newRow("header over 1 MiB") << asfFile({fp, v, extContent(0x110000), cl}, packets) << 0;
         QTest::newRow("data object beyond 1 MiB") << asfFile({fp, v, cl, extContent(0x110000)}, packets) << 0;
         QTest::newRow("header just under 1 MiB") << asfFile({fp, v, cl, extContent(0xF0000)}, packets) << 5;
         QTest::newRow("packet size 0") << asfFile({fileProperties(0), v, cl}, packets) << 0;
-        QTest::newRow("packet size 4 billion") << asfFile({fileProperties(4000000000u), v, cl}, packets) << 0;
-        QByteArray shortProps = fp, hugeCodecs = cl, zeroSize = cl;
-        shortProps.replace(16, 8, le(quint64(60)));
-        QTest::newRow("File Properties shorter than its fields") << asfFile({shortProps, v, cl}, packets) << 0;
-        hugeCodecs.replace(16, 8, le(quint64(1) << 40));
-        QTest::newRow("codec list sized past the end") << asfFile({fp, v, hugeCodecs}, packets) << 0;
+        QByteArray zeroSize = cl;
         zeroSize.replace(16, 8, le(quint64(0)));
         QTest::newRow("codec list of size 0, then a good one") << asfFile({fp, v, zeroSize, cl}, packets) << 4;
-        QTest::newRow("random bytes") << containers::randomBytes(300000, 3) << 0;
-        QTest::newRow("GUIDs alone at the end") << QByteArray(100, 'x') + kFileProps + kStreamProps + kCodecList + kData << 0;
     }
     void asfRequiredObjectsAndTheOneMiBLimit()
     {
@@ -339,7 +294,7 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(r.verdicts, QStringList{"1 clip.wmv"});
-        QCOMPARE(headerObjects(r.out).size(), objects);
+        QCOMPARE(headerObjectCount(r.out), objects);
         QCOMPARE(le32(r.out, 24), 7u);
         QCOMPARE(le64(r.asfData(), 16), quint64(r.asfData().size() - 50));
     }
@@ -387,12 +342,9 @@ private Q_SLOTS:
         QCOMPARE(r.out.left(13), kFlvHeader);
         const Script s = parseScript(r.out);
         QCOMPARE(r.out.mid(13, 11), QByteArray("\x12\x00\x00\xd0", 4) + QByteArray(7, '\0'));
-        QCOMPARE(r.out.mid(13 + 11, 13), QByteArray("\x02\x00\x0aonMetaData", 13));
-        QCOMPARE(r.out.mid(13 + 11 + 208 - 4, 4), QByteArray("\x00\x00\x00\x09", 4));
         QCOMPARE(s.values.size(), 9);
         // (5040 - 40) / 1000 whole seconds: the extended timestamp byte is not read.
         QCOMPARE(s.values["duration"], be(5.0));
-        QCOMPARE(s.values["starttime"], QByteArray(8, '\0'));
         for (int k = 1; k < meta.size(); ++k)
             QCOMPARE(s.values[meta[k].first], be(meta[k].second));
         QCOMPARE(r.out.mid(s.tagsAt), copied);
@@ -437,10 +389,7 @@ private Q_SLOTS:
         QTest::addColumn<double>("seconds");
         QTest::newRow("rounded down") << QList<quint32>{1000, 2000, 4999} << 3.0;
         QTest::newRow("low 24 bits only") << QList<quint32>{0x00FFF000, 0x02FFFFFF} << 4.0;
-        // A latest timestamp that doesn't exceed the first gives 0.
-        QTest::newRow("one tag") << QList<quint32>{7000} << 0.0;
-        QTest::newRow("equal") << QList<quint32>{5000, 5000} << 0.0;
-        QTest::newRow("latest below first") << QList<quint32>{9000, 12000, 3000} << 0.0;
+        QTest::newRow("latest below first gives 0") << QList<quint32>{9000, 12000, 3000} << 0.0;
     }
     void flvDuration()
     {
@@ -462,7 +411,6 @@ private Q_SLOTS:
         QTest::newRow("15000 bytes") << kFlvHeader + video(0, '\x12', 15000 - 28) << -1;
         QTest::newRow("15001 bytes") << kFlvHeader + video(0, '\x12', 15001 - 28) << 1;
         QTest::newRow("no usable video tag") << kFlvHeader + video(0, '\x27', 16000) + audio(10) << 0;
-        QTest::newRow("random bytes") << containers::randomBytes(200000, 9) << -1;
         // Sizes past the end, and a PreviousTagSize that disagrees.
         QByteArray wrong = video(50, '\x27', 40);
         wrong[wrong.size() - 1] = char(wrong.at(wrong.size() - 1) + 1);
@@ -484,10 +432,8 @@ private Q_SLOTS:
         QCOMPARE(r.out.size(), 13 + 11 + 61 + 4 + (tagsCopied ? 11 + int(be24(input, 14)) + 4 : 0));
     }
 
-    // Between two good tags, an 8, 9 or 18 every 32 bytes whose DataSize
-    // (1.5 MiB) points far beyond the reader's window, and inside the file
-    // for the first 96 KiB of them: each is tested without fetching the far
-    // bytes anew each time.
+    // Tag-like garbage whose sizes point far ahead is tested without fetching
+    // the far bytes anew for each candidate.
     void flvGarbageFullOfCandidatesIsReadOnce()
     {
         QByteArray garbage;
@@ -502,8 +448,7 @@ private Q_SLOTS:
         QVERIFY2(fetched < 4 * quint64(in.size()), qPrintable(QString("%1 bytes fetched for %2").arg(fetched).arg(in.size())));
     }
 
-    // The outputs' partial files are links to a device that refuses every
-    // write (as a full disk does).
+    // A full disk: the partial files are links to /dev/full.
     void unwritableOutputIsAFailure()
     {
         if (!QFile::exists("/dev/full"))
@@ -520,9 +465,7 @@ private Q_SLOTS:
         QVERIFY(QFile::exists("/dev/full"));
     }
 
-    // Media past 4 GiB (sparse inputs): the same outputs as from the clips
-    // themselves. FLV: a hole between two tags at a third; ASF: a hole in
-    // front of the first data packet.
+    // Sparse inputs with media past 4 GiB give the same outputs as the clips.
     void mediaPast4GiB()
     {
         QStringList inputs;
@@ -551,7 +494,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("suffix");
         QTest::addColumn<QString>("damage");
-        for (const QString source : {"wmv wmv", "asf asf", "flv1 flv", "h264 flv"})
+        for (const QString source : {"wmv wmv", "flv1 flv", "h264 flv"})
             for (const QString damage : {"whole", "cut at 70%", "holes", "header zeroed"})
                 if (damage != "header zeroed" || !source.endsWith("flv"))
                     QTest::newRow(qPrintable(source.section(' ', 0, 0) + ' ' + damage))
@@ -604,14 +547,6 @@ private Q_SLOTS:
             const int decoded = decodedFrames(b.outputs[0], kind + ":0");
             qInfo("%s: %d of %d remaining frames decode", qPrintable(kind), decoded, wanted);
             QVERIFY(wanted > 50 && decoded * 10 >= wanted * 9);
-        }
-        if (asfPacket) {
-            // Whole packets behind the new header, and the Data Object's size says how many.
-            const QByteArray o = readAll(b.outputs[0]);
-            const qint64 header = qint64(le64(o, 16));
-            QVERIFY(header > 30 && header + 50 <= o.size());
-            QCOMPARE(qint64(le64(o, header + 16)), o.size() - header - 50);
-            QCOMPARE((o.size() - header - 50) % asfPacket, 0);
         }
     }
 };

@@ -1,7 +1,5 @@
-// The cached positioned reader gives exactly what a seek and a read give:
-// across window borders, past the end (zeros, real-byte counts), at the top
-// of the 64-bit range, for views larger than a window, and cheaply for far looks.
-// The writer's copies of ranges give the same bytes whichever way they go.
+// The cached positioned reader gives exactly what a seek and a read give;
+// the writer's range copies give the same bytes whichever way they go.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "support/test_videos.h"
@@ -115,12 +113,8 @@ private Q_SLOTS:
         const QByteArray data = QByteArray(int(ByteReader::kAlign) * 2 - 5, '\0') + QByteArray("\x01\x02\x03\x04\x05\x06\x07\x08\x09" "moov", 13);
         MemoryReader r(data, kSmallWindow);
         const uint64_t at = uint64_t(data.size() - 13);
-        QCOMPARE(r.u8(at), uint8_t(0x01));
-        QCOMPARE(r.be16(at), uint16_t(0x0102));
-        QCOMPARE(r.be24(at), 0x010203u);
         QCOMPARE(r.be32(at), 0x01020304u);
         QCOMPARE(r.be64(at), 0x0102030405060708ull);
-        QCOMPARE(r.le16(at), uint16_t(0x0201));
         QCOMPARE(r.le32(at), 0x04030201u);
         QCOMPARE(r.le64(at), 0x0807060504030201ull);
         QVERIFY(r.is4cc(at + 9, "moov") && !r.is4cc(at + 8, "moov"));
@@ -133,7 +127,6 @@ private Q_SLOTS:
         QCOMPARE(r.read(UINT64_MAX - 3, buf, 4), size_t(0));
         QCOMPARE(QByteArray(buf, 4), QByteArray(4, '\0'));
         QCOMPARE(r.be32(UINT64_MAX - 3), 0u);
-        QCOMPARE(r.read(1ull << 40, buf, 4), size_t(0));
         QVERIFY(!r.ioError());
         MemoryReader empty{QByteArray()};
         QCOMPARE(empty.be64(0), uint64_t(0));
@@ -146,10 +139,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("window");
         QTest::addColumn<bool>("sparse");
         QTest::newRow("smallest window") << int(kSmallWindow) << false;
-        QTest::newRow("odd window") << int(kSmallWindow + 1000) << false;
         QTest::newRow("default window") << 0 << false;
         // Holes (served as zeros without a read) at 1 MiB and at the end.
-        QTest::newRow("sparse, odd window") << int(100 * 1024 + 1000) << true;
         QTest::newRow("sparse, default window") << 0 << true;
     }
     void sameAsSeekAndRead()
@@ -217,7 +208,6 @@ private Q_SLOTS:
     {
         QVERIFY(!FileReader::open(m_dir + QStringLiteral("/missing.mov")));
         QVERIFY(!FileReader::open(m_dir));
-        QVERIFY(!FileReader::open(QString()));
         const QByteArray data = randomBytes(100000, 5);
         const QString path = m_dir + QStringLiteral("/d.bin");
         QVERIFY(writeAll(path, data));
@@ -229,11 +219,8 @@ private Q_SLOTS:
         QCOMPARE(FileReader::open(path)->maxView(), ByteReader::kDefaultWindow - ByteReader::kAlign);
     }
 
-    // Ranges copied from a file by the kernel and through the buffer, mixed
-    // with buffered writes, a range that runs past the source's end, a patch
-    // Bad sectors read as zeros block by block (4 KiB, tried twice), the bytes
-    // around and behind them as they are; the ranges are noted once and
-    // merged, and a sector that fails once is read on the second try.
+    // Bad sectors read as zeros block by block, the bytes around them as they
+    // are; ranges are noted once and merged; a flaky sector is read again.
     void unreadableBlocks()
     {
         const QByteArray data = randomBytes(300000, 5);
@@ -254,8 +241,9 @@ private Q_SLOTS:
         QVERIFY(r.ioError());
     }
 
-    // of bytes the kernel wrote, and a tap (which must see every byte), give
-    // the same file as the same copies from memory.
+    // Ranges copied by the kernel and through the buffer, mixed with buffered
+    // writes, a range past the source's end, a patch of bytes the kernel
+    // wrote, and a tap: the same file as the same copies from memory.
     void writerCopiesRanges()
     {
         const QByteArray data = randomBytes(300000, 77);

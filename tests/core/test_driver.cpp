@@ -1,6 +1,5 @@
 // The per-file driver: run signals and progress, the Repaired workspace and
-// the reference pass. Bad input, suffix routing and the work root are tested
-// through the batch runner.
+// the reference pass.
 #include "core/quicktime_pass.h"
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
@@ -34,19 +33,16 @@ private Q_SLOTS:
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
     // The codec flags of a movie pick one pass; flags that belong to no
-    // common row leave nothing to run.
+    // common row leave nothing to run. (The common rows: the end-to-end tests.)
     void passForCodecs()
     {
-        QCOMPARE(PassForCodecs(0), QuickTimePass::H264Aac);
         QCOMPARE(PassForCodecs(kCodecProRes | kCodecTwos), QuickTimePass::ProResFrames);
         QCOMPARE(PassForCodecs(kCodecJpeg | kCodecTwos), QuickTimePass::None);
         QCOMPARE(PassForCodecs(kCodecJpeg | kCodecLpcmHevc), QuickTimePass::JpegFrames);
         QCOMPARE(PassForCodecs(kCodecLpcm | kCodecLpcmHevc), QuickTimePass::HevcLpcm);
-        QCOMPARE(PassForCodecs(kCodecLpcm), QuickTimePass::H264Lpcm);
         QCOMPARE(PassForCodecs(kCodecLpcmHevc), QuickTimePass::None);
         QCOMPARE(PassForCodecs(kCodecHevc | kCodecLpcmHevc), QuickTimePass::HevcAac);
         QCOMPARE(PassForCodecs(kCodecSowt | kCodecTwos), QuickTimePass::None);
-        QCOMPARE(PassForCodecs(kCodecMpeg4), QuickTimePass::Mpeg4Frames);
     }
 
     void progress_data()
@@ -92,9 +88,7 @@ private Q_SLOTS:
         QVERIFY(!QDir(m_dir + QStringLiteral("/Repaired")).exists());   // no file was opened
     }
 
-    // A stop during the repair of a file of each route, at its first
-    // progress: the run ends aborted and leaves no result and no partial
-    // output.
+    // A stop at the first progress of each route: aborted, no result left.
     void stopMidRun_data()
     {
         QTest::addColumn<QString>("clip");

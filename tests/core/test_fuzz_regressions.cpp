@@ -1,6 +1,5 @@
-// Every input the fuzzers once broke the engine with (fuzz/regressions/<route>/),
-// plus a few hostile shapes per route, through the driver with the fuzz
-// harness's checks: nothing written beside Repaired, the input unchanged, no crash.
+// Every input the fuzzers once broke the engine with, plus a few hostile
+// shapes per route, through the driver with the fuzz harness's checks.
 #include "fuzz_harness.h"
 
 #include <QDir>

@@ -1,7 +1,5 @@
 // The scan of media data by the codecs' syntax, against the tables of the
-// clip it came from: every sample measured where the damage doesn't reach,
-// PCM chunks cut where the video starts again, holes and a unit length that
-// points past the data skipped and counted, the same bytes twice the same.
+// clip it came from, whole and damaged; the code search across zeros.
 #include "core/code_search.h"
 #include "recovery/syntax/media_scan.h"
 #include "support/test_videos.h"

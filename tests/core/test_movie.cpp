@@ -1,8 +1,5 @@
-// Finding and reading the movie. The search: the top-level walk, the two
-// windows near the end, the first MiB, the IMKH mark, on sparse files made by
-// code. The readers: flags and track facts of ffmpeg clips of every
-// sample-entry kind, by the damaged-file reader and by the sample's reader;
-// ctts, stsd copies and the early return on crafted movies; bad input ends.
+// Finding and reading the movie: sparse files made by code, ffmpeg clips of
+// every sample-entry kind, and crafted movies.
 #include "core/thread_video_repair.h"
 #include "support/test_videos.h"
 
@@ -266,11 +263,9 @@ private Q_SLOTS:
                     << clipArgs(video, audio, rate, faststart) << QString::fromLatin1(flags)
                     << QString::fromLatin1(refFlags) << audioDelta;
             };
-            for (const char* suffix : {"mov", "mp4"}) {
-                row(QStringLiteral("h264_aac.") + suffix, h264, aac, 48000, "", "", 1024);
-                for (const char* tag : {"hvc1", "hev1"})
-                    row(tag + QStringLiteral("_aac.") + suffix, x265 + tag, aac, 48000, "hevc", "hevc", 1024);
-            }
+            row("h264_aac.mov", h264, aac, 48000, "", "", 1024);
+            row("hvc1_aac.mov", x265 + "hvc1", aac, 48000, "hevc", "hevc", 1024);
+            row("hev1_aac.mp4", x265 + "hev1", aac, 48000, "hevc", "hevc", 1024);
             // ffmpeg writes lpcm entries only above 65535 Hz.
             row("hvc1_lpcm.mov", x265 + "hvc1", s16le, 96000, "lpcm lpcmHevc", "lpcm lpcmHevc", 1);
             row("mjpeg.mov", mjpeg, aac, 48000, "jpeg", "", 1024);
@@ -317,13 +312,9 @@ private Q_SLOTS:
                 QVERIFY(readDamaged(t, src));
                 // The first entries of a ctts with more than one.
                 QCOMPARE(t.m_hasCtts, ctts > 0 && readBe(bytes, ctts + 12) > 1);
-                if (t.m_hasCtts) {
-                    QCOMPARE(t.m_cttsEntries, readBe(bytes, ctts + 12));
-                    QCOMPARE(t.m_cttsCount0, readBe(bytes, ctts + 16));
-                    QCOMPARE(t.m_cttsOffset0, readBe(bytes, ctts + 20));
-                    QCOMPARE(t.m_cttsCount1, readBe(bytes, ctts + 24));
-                    QCOMPARE(t.m_cttsOffset1, readBe(bytes, ctts + 28));
-                }
+                if (t.m_hasCtts)
+                    QCOMPARE(beWords({t.m_cttsEntries, t.m_cttsCount0, t.m_cttsOffset0, t.m_cttsCount1, t.m_cttsOffset1}),
+                             bytes.mid(int(ctts) + 12, 20));
                 QVERIFY(g_hasSoundTrak);
                 QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
                 if (sound.timeScale < 65536)   // the integer part of the sound description's rate
@@ -333,12 +324,9 @@ private Q_SLOTS:
             }
             QVERIFY(g_moovRead);
             QCOMPARE(flagsOf(t), reference ? (QString::fromLatin1(jpegBefore ? "jpeg " : "") + refFlags).trimmed() : flags);
-            QCOMPARE(g_frameWidth, 160u);
-            QCOMPARE(g_frameHeight, 120u);
-            QCOMPARE(g_videoTimeScale, video.timeScale);
-            QCOMPARE(g_soundTimeScale, sound.timeScale);
-            QCOMPARE(g_videoSampleDelta, video.timeScale / 25);
-            QCOMPARE(g_audioSampleDelta, audioDelta);
+            QCOMPARE((QList<quint64>{g_frameWidth, g_frameHeight, g_videoTimeScale, g_soundTimeScale, g_videoSampleDelta,
+                                     g_audioSampleDelta}),
+                     (QList<quint64>{160, 120, video.timeScale, sound.timeScale, video.timeScale / 25, audioDelta}));
             QCOMPARE(qint64(t.m_videoStsdSize), qint64(video.stsd.size()));
             // x265 writes its settings into hvcC: a stsd of some 2.5 KB, too big
             // to be copied from the damaged file. The sample's is always copied.
@@ -397,9 +385,8 @@ private Q_SLOTS:
         QVERIFY(t.m_videoStsd.size() < 900 && readAll(p).endsWith(t.m_videoStsd));
     }
 
-    // The scan passes over stretches without a code in large steps; a code
-    // must be found at any alignment, next to near-misses ("stsx", "trac")
-    // and across the reader's window edges.
+    // Codes are found at any alignment, beside near-misses and across the
+    // reader's window edges.
     void codesAtEveryAlignment()
     {
         static const char* const tokens[] = {"stsx", "trac", "mdh", "zzzz", "\0\0\0", "apcx", "uvw", "s", "lpc"};
@@ -417,11 +404,7 @@ private Q_SLOTS:
             clearGlobals();
             QVERIFY(readDamaged(t, p));
             QCOMPARE(g_frameWidth, 640u);
-            QCOMPARE(g_videoTimeScale, 30000u);
-            QCOMPARE(g_videoSampleDelta, 1001u);
             QCOMPARE(t.m_cttsOffset2, 30u);
-            QCOMPARE(t.m_videoStsdSize, 120u);
-            QCOMPARE(g_soundTimeScale, 48000u);
             QCOMPARE(g_audioFrameSize, 300u);
             clearGlobals();
             QVERIFY(readReference(ref, p));
@@ -448,8 +431,7 @@ private Q_SLOTS:
             QCOMPARE(g_moovRead, moovReadBefore);
             QCOMPARE(flagsOf(t), QString());
             QVERIFY(!t.m_hasCtts && t.m_videoStsd.isEmpty());
-            QCOMPARE(g_frameWidth, 0u);
-            QCOMPARE(g_videoTimeScale, 0u);
+            QCOMPARE(g_frameWidth + g_videoTimeScale, 0u);
         }
         ThreadVideoRepair ref;
         g_moovRead = false;
@@ -459,9 +441,8 @@ private Q_SLOTS:
         QCOMPARE(g_frameWidth, 0u);
     }
 
-    // Sound first, video second: the scan runs on through the video track and
-    // finds both. With sowt sound under a .3gp name the sample's reader clears
-    // g_is3gp before it meets mp4v.
+    // Sound first, video second: both are found; with sowt sound under a .3gp
+    // name the sample's reader clears g_is3gp before it meets mp4v.
     void soundTrackFirst()
     {
         const QString made = make(QStringLiteral("mpeg4_sowt_soundfirst.mov"),
@@ -474,9 +455,7 @@ private Q_SLOTS:
         ThreadVideoRepair t, ref;
         QVERIFY(readDamaged(t, src));
         QCOMPARE(flagsOf(t), QStringLiteral("mpeg4in3gp sowt"));
-        QCOMPARE(g_frameHeight, 120u);
         QCOMPARE(g_soundTimeScale, 48000u);
-        QVERIFY(g_videoTimeScale > 0);
         QCOMPARE(t.m_videoStsd, track(bytes, "vide").stsd);
         QVERIFY(g_is3gp);
         clearGlobals();
@@ -484,24 +463,18 @@ private Q_SLOTS:
         QCOMPARE(flagsOf(ref), QStringLiteral("sowt"));
         QVERIFY(!g_is3gp);
         QCOMPARE(g_frameWidth, 160u);
-        QCOMPARE(g_soundTimeScale, 48000u);
     }
 
-    // Sizes past the end, zero sizes, a moov inside mdat, tiny files, movies
-    // cut short: both readers end, count down no further than the file, and
-    // leave it unchanged.
+    // A moov inside mdat and movies cut short (other hostile sizes are the
+    // fuzz targets'): both readers end, count down no further than the file,
+    // and leave it unchanged.
     void badInputEnds_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("empty") << QByteArray();
-        QTest::newRow("8 bytes") << QByteArray("\0\0\0\x08" "ftyp", 8);
-        QTest::newRow("zero size") << QByteArray("\0\0\0\0" "free", 8) + QByteArray(100, '\0');
-        QTest::newRow("64-bit size that wraps") << QByteArray("\0\0\0\x01" "mdat\xff\xff\xff\xff\xff\xff\xff\xf0", 16);
-        QTest::newRow("truncated moov") << QByteArray("\0\0\x10\0" "moov\0\0\0\x6c" "mv", 14);
         QTest::newRow("moov inside mdat") << qtAtom("mdat", craftedMoov().left(60)) + QByteArray(50, '\0');
         const QByteArray clip = readAll(make(QStringLiteral("h264_aac_end.mov"), clipArgs(QLatin1String(kH264), QLatin1String(kAac))));
         const int mvhd = clip.indexOf("mvhd");
-        QTest::newRow("clip cut in mvhd's code") << clip.left(mvhd + 4);
         QTest::newRow("clip cut in mvhd") << clip.left(mvhd + 30);
         QTest::newRow("clip cut in the first track") << clip.left(mvhd + 400);
         QTest::newRow("clip cut 300 bytes short") << clip.left(clip.size() - 300);

@@ -1,7 +1,5 @@
-// The muxer runner against a fake ffmpeg, a script that writes each argument
-// on a line of its own: paths with blanks stay whole, the program's folder
-// and the fallback to PATH, stopping a muxer that runs on, programs that
-// can't start.
+// The muxer runner against a fake ffmpeg that writes each argument on a line
+// of its own.
 #include "core/muxer.h"
 #include "core/repair_globals.h"
 #include "support/test_videos.h"

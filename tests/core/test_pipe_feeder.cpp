@@ -1,7 +1,5 @@
 // A stream fed to a reader through a named pipe while it is written, and the
-// muxer run on such pipes: every byte arrives in order whenever the reader
-// comes; a reader that falls behind, goes away or never reads makes the run
-// fail (so the stream is made again into its file), and nothing waits for ever.
+// muxer run on such pipes: nothing lost, nothing waits for ever.
 #include "core/file_writer.h"
 #include "core/pipe_feeder.h"
 #include "recovery/h264/overlapped_mux.h"
@@ -75,8 +73,7 @@ private Q_SLOTS:
         QVERIFY(feeder.drained() && !feeder.failed());
     }
 
-    // A reader that never comes makes a full pipe give up after the stall
-    // time, the reader's end at once; a stream that got no bytes fails at the finish.
+    // No reader, or one gone: a full pipe gives up; an empty stream fails.
     void givingUp()
     {
         const QByteArray big = Pattern(3 << 20, 1);   // more than the pipe holds
@@ -111,9 +108,8 @@ private Q_SLOTS:
         QVERIFY(empty.failed());
     }
 
-    // The muxer run on pipes: a reader that takes the stream completes, with
-    // the stream file left empty; one that stops early, or is abandoned without
-    // reading, ends and the run fails; the switch off writes the file as usual.
+    // The muxer on pipes: a reader that takes the stream completes; one that
+    // stops early or never reads fails the run; switched off, the file as usual.
     void overlappedRuns()
     {
         const QString out = m_dir + QStringLiteral("/out.bin");

@@ -1,8 +1,5 @@
-// End to end through the batch runner: recordings of every codec pair made by
-// ffmpeg, damaged by code and repaired (the first pass, then a pass with a
-// sample that is another recording: other picture, other sound, other
-// length). Judged by decoded-picture hashes against the original, by the
-// sound's length and by the playing time.
+// End to end: ffmpeg recordings of every codec pair, damaged and repaired
+// with another recording as sample; judged by decoded-picture hashes.
 #include "containers/batch_check.h"
 #include "core/byte_reader.h"
 #include "support/test_videos.h"
@@ -160,11 +157,9 @@ private Q_SLOTS:
             {"h264-lpcm", "mov", "25", "cut"},
             {"h264-none", "mp4", "24000/1001", "cut"},
             {"hevc-sowt", "mov", "25", "cut"},
-            {"hevc-twos", "mov", "25", "zeroed"},
             {"hevc-in24", "mov", "25", "cut"},
             {"hevc-none", "mov", "25", "healthy"},
             {"mjpeg-sowt", "mov", "25", "zeroed cut"},
-            {"mjpeg-twos", "mov", "25", "healthy"},
             {"prores-sowt", "mov", "25", "cut zeroed"},
             {"mpeg4-aac", "3gp", "25", "zeroed cut"},
         };
@@ -251,10 +246,8 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 s of sound, %2 s in the original").arg(StreamSeconds(out, "a:0")).arg(soundSeconds)));
     }
 
-    // Media past 4 GiB: a recording cut off whose second half lies behind a
-    // hole of 4 GiB (sparse, as is the output's copy of it). Every picture is
-    // found and decodes the same, the chunks behind the hole are addressed
-    // by co64, the input is left alone.
+    // A recording whose second half lies behind a 4 GiB hole: every picture
+    // decodes the same, addressed by co64, and the input is left alone.
     void past4GiB()
     {
         if (!containers::keepsHoles(m_dir))
@@ -286,10 +279,8 @@ private Q_SLOTS:
         QTest::newRow("sample of another codec pair") << QStringLiteral("other pair") << -1;
         QTest::newRow("sample without a movie") << QStringLiteral("sample no moov") << 0;
         QTest::newRow("sample whose avcC is cut") << QStringLiteral("sample avcC") << -1;
-        QTest::newRow("random bytes") << QStringLiteral("random") << 0;
         QTest::newRow("mdat size 0") << QStringLiteral("mdat 0") << 1;
         QTest::newRow("mdat larger than the file") << QStringLiteral("mdat huge") << 1;
-        QTest::newRow("a hundred holes") << QStringLiteral("holes") << 1;
     }
     void badInput()
     {
@@ -310,15 +301,8 @@ private Q_SLOTS:
                 zeroRange(s, s.indexOf("avcC") + 8, 200);
             sample = m_dir + QStringLiteral("/sample.mov");
             writeAll(sample, s);
-        } else if (damage == QLatin1String("random")) {
-            QRandomGenerator rng(7);
-            for (char& c : bytes)
-                c = char(rng.generate());
-        } else if (damage.startsWith(QLatin1String("mdat"))) {
-            bytes.replace(int(mdat - 4), 4, QByteArray::fromHex(damage.endsWith(QLatin1String("0")) ? "00000000" : "7FFFFFF0"));
         } else {
-            for (int i = 0; i < 100; ++i)
-                zeroRange(bytes, mdat + 4096 + qint64(i) * (bytes.size() - mdat) / 100, 2000);
+            bytes.replace(int(mdat - 4), 4, QByteArray::fromHex(damage.endsWith(QLatin1String("0")) ? "00000000" : "7FFFFFF0"));
         }
         const QString in = m_dir + QStringLiteral("/clip.mov");
         writeAll(in, bytes);

@@ -1,9 +1,5 @@
-// Damaged places. A file on a failing card: reads of 64 KiB in the middle of
-// it fail with EIO (a preloaded stand-in for the disk); every route still
-// repairs the file, keeps the pictures outside the bad range and counts the
-// unreadable bytes in its verdict. A file on a read-only card: the results go
-// to the user's data folder. A full disk: a verdict with the reason, nothing
-// half-written left, and the next file goes on. Inputs stay untouched.
+// A failing card (EIO from a preloaded stand-in), a read-only card and a full
+// disk: every route still gives a verdict, and inputs stay untouched.
 #include "core/file_writer.h"
 #include "support/test_videos.h"
 
@@ -91,9 +87,8 @@ private Q_SLOTS:
         QDir(dir).removeRecursively();
     }
 
-    // A work folder too small for the first file's results: a negative verdict
-    // with the reason; the smaller second file is repaired; nothing else is
-    // left there.
+    // No room for the first file's results: a verdict with the reason; the
+    // smaller second file is repaired.
     void fullDisk()
     {
         const QString dir = freshDir(QStringLiteral("full")), disk = dir + QStringLiteral("/disk");
@@ -120,9 +115,8 @@ private Q_SLOTS:
         QDir(dir).removeRecursively();
     }
 
-    // A disk that fills up while a file is written: the writer fails, leaves
-    // neither the file nor its partial one (an older file of that name stays),
-    // and the failure counts as a full disk.
+    // A disk that fills up while a file is written: the writer fails and leaves
+    // no partial file (an older file of that name stays).
     void writerOnAFullDisk()
     {
         const QString dir = freshDir(QStringLiteral("enospc")), disk = dir + QStringLiteral("/disk");

@@ -1,8 +1,5 @@
-// The frame index scanners on bytes built by hand (random bytes are left to
-// the index-scan fuzz target), and the PCM texts given to the muxer. Each row
-// is a list of pieces: the input is the pieces in a row, and the expected
-// lines are the pieces marked V (picture), A (sound) or Z (zero run), at
-// their positions; pieces marked - get no line.
+// The frame index scanners on bytes built by hand. A row is a list of pieces
+// marked V (picture), A (sound), Z (zero run) or - (no line).
 #include "core/byte_reader.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/index_scanners.h"
@@ -85,7 +82,6 @@ private Q_SLOTS:
         // Each picture is a line of its own; a sound run needs 101 bytes.
         Row("sowt gap 100", "sowt", {{'V', kIdr}, {'V', kP}, {'-', Sound(100)}, {'V', kIdr}, {'V', kP}});
         Row("sowt gap 101", "sowt", {{'V', kIdr}, {'V', kP}, {'A', Sound(101)}, {'V', kIdr}, {'V', kP}});
-        Row("sowt gap 4000", "sowt", {{'V', kIdr}, {'V', kP}, {'A', Sound(4000)}, {'V', kIdr}, {'V', kP}});
         Row("sowt sound ahead of the first picture", "sowt",
             {{'-', Sound(500)}, {'V', kIdr}, {'V', kP}, {'A', Sound(300)}, {'V', kIdr}, {'V', kP}});
         // Delimiter, SEI and slice of one picture share a line; an SEI ahead
@@ -105,13 +101,11 @@ private Q_SLOTS:
         Row("sowt second mdat ends the sound", "sowt",
             {{'V', kIdr}, {'V', kP}, {'A', Sound(300)}, {'-', kMdat}, {'V', kIdr}, {'V', kP}});
         Row("sowt unit past the end", "sowt", {{'V', kIdr}, {'V', kP}, {'V', kIdr}, {'-', kP.left(kP.size() - 5)}});
-        Row("sowt zeros only", "sowt", {{'-', Zeros(1000)}});
         Row("twos pictures open with a delimiter", "twos",
             {{'-', QByteArray(8, '\x22')}, {'V', kAud + kIdr}, {'V', kAud + kP}, {'A', Sound(300)},
              {'V', kAud + kIdr}, {'-', Sound(99)}, {'V', kAud + kP}});
         Row("twos second mdat ends the sound", "twos",
             {{'V', kAud + kIdr}, {'A', Sound(300)}, {'-', kMdat}, {'V', kAud + kIdr}});
-        Row("twos empty", "twos", {});
         // The atoms ahead of mdat are passed (a free atom's zeros hold no
         // first frame), slices of one picture share a line, and a parameter
         // set ends the chain, so what follows it up to the next picture is sound.
@@ -137,9 +131,7 @@ private Q_SLOTS:
         QCOMPARE(PcmFormatText(0, QStringLiteral("s16le")), QStringLiteral("s24le"));
         QCOMPARE(PcmFormatText(12, QStringLiteral("s16le")), QStringLiteral("s16le"));   // no name: unchanged
         QCOMPARE(PcmRateText(0), QStringLiteral("48000"));
-        QCOMPARE(PcmRateText(96000), QStringLiteral("96000"));
         QCOMPARE(PcmChannelText(6), QStringLiteral("2"));
-        QCOMPARE(PcmChannelText(0), QStringLiteral("2"));
         QCOMPARE(PcmChannelText(1), QStringLiteral("1"));
     }
 };

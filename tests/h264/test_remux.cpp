@@ -1,6 +1,5 @@
-// The muxer stage of the H.264 chain: the arguments its runs give the muxer,
-// the frame rate and the two-run rule, what it deletes, and its verdict when
-// the muxer leaves no file. A fake ffmpeg records each argument it gets.
+// The muxer stage of the H.264 chain, against a fake ffmpeg that records
+// each argument it gets.
 #include "core/muxer.h"
 #include "core/thread_video_repair.h"
 #include "recovery/h264/h264_recovery.h"
@@ -73,8 +72,6 @@ private Q_SLOTS:
         QCOMPARE(ComputeFrameRate(250, 10000, 1000), 25);
         QCOMPARE(ComputeFrameRate(300, 10010, 1000), 30);
         QCOMPARE(ComputeFrameRate(0, 10000, 1000), 30);     // no count
-        QCOMPARE(ComputeFrameRate(250, 10000, 0), 30);      // no time scale
-        QCOMPARE(ComputeFrameRate(20, 900, 1000), 30);      // under a second
         QCOMPARE(ComputeFrameRate(5, 100000, 1000), 30);    // a rate of 0
     }
 
@@ -85,7 +82,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("withAudio");
         QTest::addColumn<uint>("samples");
         QTest::addColumn<int>("runs");
-        QTest::newRow("audio 25") << true << 250u << 1;
         QTest::newRow("audio 32") << true << 320u << 1;
         QTest::newRow("audio 24") << true << 240u << 2;
         QTest::newRow("audio 33") << true << 330u << 2;

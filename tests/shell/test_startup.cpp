@@ -103,19 +103,6 @@ private Q_SLOTS:
         QCOMPARE(qgetenv("QT_SCALE_FACTOR"), QByteArray("1"));
         QDir(home).removeRecursively();
     }
-
-    void hiddenListKeepsOtherLines()
-    {
-        const QString dir = freshDir(QStringLiteral("hidden"));
-        writeAll(dir + QStringLiteral("/.hidden"), "notes\n");
-        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("Repaired"), true));
-        QCOMPARE(readAll(dir + QStringLiteral("/.hidden")), QByteArray("notes\nRepaired\n"));
-        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("Repaired"), false));
-        QCOMPARE(readAll(dir + QStringLiteral("/.hidden")), QByteArray("notes\n"));
-        QVERIFY(SetHiddenInFolder(dir, QStringLiteral("notes"), false));
-        QVERIFY(!QFileInfo::exists(dir + QStringLiteral("/.hidden")));   // empty list goes
-        QDir(dir).removeRecursively();
-    }
 };
 
 QTEST_MAIN(TestStartup)
