@@ -66,8 +66,8 @@ QString FixedSample(const char* kind)
             QDir().mkpath(dir);
             const QString part = dir + QStringLiteral("/%1-").arg(QCoreApplication::applicationPid())
                                + QLatin1String(s.file);
-            const QByteArray cmd = QByteArray("ffmpeg -y -v error -nostdin -f lavfi -i testsrc2=size=64x48:rate=25:duration=1 "
-                                              "-f lavfi -i sine=sample_rate=48000:duration=1 ")
+            const QByteArray cmd = QByteArray("ffmpeg -y -v error -nostdin -f lavfi -i testsrc2=size=64x48:rate=25:duration=0.4 "
+                                              "-f lavfi -i sine=sample_rate=48000:duration=0.4 ")
                                    + s.codecs + " '" + part.toUtf8() + "'";
             if (std::system(cmd.constData()) != 0 || !QFile::rename(part, path)) {
                 QFile::remove(part);
