@@ -1,6 +1,7 @@
 #include "fuzz_harness.h"
 
 #include "core/byte_reader.h"
+#include "core/muxer.h"
 #include "core/repair_globals.h"
 #include "core/thread_video_repair.h"
 #include "recovery/h264/index_scanners.h"
@@ -13,9 +14,14 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <memory>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 QString g_root;        // private workspace
@@ -27,9 +33,11 @@ QString g_inputDir;    // where the input file lives
     std::abort();
 }
 
-// A small healthy clip of the given kind, made once per process by ffmpeg,
-// as the sample of the routes that fuzz the damaged file of an Advance
-// Repair: each kind leads the driver into another scanner.
+// A small healthy clip of the given kind, made by ffmpeg, as the sample of
+// the routes that fuzz the damaged file of an Advance Repair: each kind leads
+// the driver into another scanner. The clips are kept in the folder named by
+// REELWRIGHT_FUZZ_SAMPLES when it is set, so that only the first run of a
+// target pays for the encoding; else they are made once per process.
 QString FixedSample(const char* kind)
 {
     static const struct { const char* kind; const char* file; const char* codecs; } kSamples[] = {
@@ -46,15 +54,27 @@ QString FixedSample(const char* kind)
     const QString key = QString::fromLatin1(kind);
     if (made.contains(key))
         return made.value(key);
+    const QString kept = qEnvironmentVariable("REELWRIGHT_FUZZ_SAMPLES");
+    const QString dir = kept.isEmpty() ? g_root : kept;
     for (const auto& s : kSamples) {
         if (key != QLatin1String(s.kind))
             continue;
-        const QString path = g_root + QStringLiteral("/") + QLatin1String(s.file);
-        const QByteArray cmd = QByteArray("ffmpeg -y -v error -nostdin -f lavfi -i testsrc2=size=64x48:rate=25:duration=1 "
-                                          "-f lavfi -i sine=sample_rate=48000:duration=1 ")
-                               + s.codecs + " '" + path.toUtf8() + "'";
-        if (std::system(cmd.constData()) != 0 || !QFileInfo(path).isFile())
-            Violation("can't make the fixed sample", path);
+        const QString path = dir + QStringLiteral("/") + QLatin1String(s.file);
+        if (!QFileInfo(path).isFile()) {
+            // Made under a name of this process's own, then renamed: targets
+            // run side by side may make the same clip.
+            QDir().mkpath(dir);
+            const QString part = dir + QStringLiteral("/%1-").arg(QCoreApplication::applicationPid())
+                               + QLatin1String(s.file);
+            const QByteArray cmd = QByteArray("ffmpeg -y -v error -nostdin -f lavfi -i testsrc2=size=64x48:rate=25:duration=0.4 "
+                                              "-f lavfi -i sine=sample_rate=48000:duration=0.4 ")
+                                   + s.codecs + " '" + part.toUtf8() + "'";
+            if (std::system(cmd.constData()) != 0 || !QFile::rename(part, path)) {
+                QFile::remove(part);
+                if (!QFileInfo(path).isFile())
+                    Violation("can't make the fixed sample", path);
+            }
+        }
         made.insert(key, path);
         return path;
     }
@@ -68,6 +88,83 @@ bool WriteBytes(const QString& path, const uint8_t* data, size_t size)
         return false;
     return f.write(reinterpret_cast<const char*>(data), qint64(size)) == qint64(size);
 }
+
+// The input being run, for the stand-in muxer.
+const uint8_t* g_data = nullptr;
+size_t g_size = 0;
+unsigned g_muxerRuns = 0;
+
+// Reads a named pipe to its end, as the muxer reads a stream fed during a
+// scan; a cancel ends it early.
+void DrainPipe(const QString& path, const std::atomic<bool>* cancel)
+{
+    struct stat st {};
+    const QByteArray native = QFile::encodeName(path);
+    if (::stat(native.constData(), &st) != 0 || !S_ISFIFO(st.st_mode))
+        return;
+    const int fd = ::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    char buffer[65536];
+    while (!(cancel && *cancel)) {
+        const ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n == 0)
+            break;   // the writer has closed it
+        if (n < 0) {
+            pollfd p{fd, POLLIN, 0};
+            ::poll(&p, 1, 20);
+        }
+    }
+    ::close(fd);
+}
+
+// The last byte of the input decides each muxer run in turn, one bit a run.
+bool NextRunSucceeds()
+{
+    const unsigned bit = g_muxerRuns++ % 8;
+    return g_size > 0 && ((g_data[g_size - 1] >> bit) & 1);
+}
+
+// Stands in for ffmpeg, so that an input costs no process start: either the
+// muxer reads its piped inputs and writes the input's first bytes as its
+// output, or it fails at once and writes nothing. Both ways the engine's
+// handling of the outcome is exercised.
+MuxerResult StandInMuxer(const QString&, const QStringList& args, const QString& workDir, int,
+                         const std::atomic<bool>* cancel)
+{
+    MuxerResult result;
+    result.started = true;
+    result.finished = true;
+    if (!NextRunSucceeds()) {
+        result.exitCode = 1;
+        return result;
+    }
+    const QDir dir(workDir);
+    for (int i = 0; i + 1 < args.size(); ++i)
+        if (args[i] == QLatin1String("-i"))
+            DrainPipe(dir.absoluteFilePath(args[i + 1]), cancel);
+    if (cancel && *cancel) {
+        result.finished = false;
+        return result;
+    }
+    if (!args.isEmpty() && !args.last().startsWith(QLatin1Char('-')))
+        WriteBytes(dir.absoluteFilePath(args.last()), g_data, std::min<size_t>(g_size, 4096));
+    result.exitCode = 0;
+    return result;
+}
+
+// The frame listing of an output: a video and a sound stream with as many
+// packets as the input's first byte says, or no listing at all.
+bool StandInListing(const QString&, const QStringList&, QByteArray& output)
+{
+    if (!NextRunSucceeds())
+        return false;
+    output = "#tb 0: 1/25\n#media_type 0: video\n#tb 1: 1/48000\n#media_type 1: audio\n";
+    for (int i = 0; i < g_data[0]; ++i)
+        output += QByteArray::number(i % 2) + ", " + QByteArray::number(i) + ", " + QByteArray::number(i)
+                  + ", 1024, 100, 0x00000000\n";
+    return true;
+}
 }
 
 void FuzzSetUp()
@@ -77,15 +174,20 @@ void FuzzSetUp()
     static char* argv[] = {name, nullptr};
     if (!QCoreApplication::instance())
         new QCoreApplication(argc, argv);
-    static QTemporaryDir root;
+    // In memory where the system offers it: each input makes and removes a
+    // dozen files, which costs a disk file system more than the repair itself.
+    static QTemporaryDir root(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                                  ? QStringLiteral("/dev/shm/reelwright-fuzz-XXXXXX")
+                                  : QDir::tempPath() + QStringLiteral("/reelwright-fuzz-XXXXXX"));
     g_root = root.path();
     g_inputDir = g_root + QStringLiteral("/input");
     QDir().mkpath(g_inputDir);
     QDir().mkpath(g_root + QStringLiteral("/tmp"));
     // The driver clears TMPDIR/Repaired on a first pass: keep that ours.
     qputenv("TMPDIR", (g_root + QStringLiteral("/tmp")).toUtf8());
-    // A muxer that does nothing keeps each input fast; what it would write
-    // is ffmpeg's business, not the engine's.
+    // The stand-in muxer runs in place of the program; the program's file
+    // is still looked for, so one that does nothing is made.
+    SetMuxerRunner({StandInMuxer, StandInListing});
     const QString muxerDir = g_root + QStringLiteral("/Libmp4");
     QDir().mkpath(muxerDir);
     QFile fake(muxerDir + QStringLiteral("/ffmpeg"));
@@ -127,6 +229,9 @@ int FuzzThroughDriver(const uint8_t* data, size_t size, const FuzzOptions& optio
         FuzzSetUp();
     if (options.indexScanners)
         return FuzzIndexScanners(data, size);
+    g_data = data;
+    g_size = size;
+    g_muxerRuns = 0;
     // Small, input-dependent windows make the reader cross window edges often.
     FileReader::setDefaultWindow(size_t(8192) + (size % 5) * 4096);
 
@@ -135,10 +240,11 @@ int FuzzThroughDriver(const uint8_t* data, size_t size, const FuzzOptions& optio
     QString sample;
     QStringList allowed{QStringLiteral("input.") + suffix, QStringLiteral(".hidden"), QStringLiteral("Repaired")};
     if (options.asReference) {
-        // The bytes are the sample; the damaged file is a fixed block of noise.
+        // The bytes are the sample; the damaged file is a fixed block of noise,
+        // larger than the largest window but small, since every input scans it.
         sample = g_inputDir + QStringLiteral("/sample.") + suffix;
         allowed << QStringLiteral("sample.") + suffix;
-        QByteArray noise(65536, '\0');
+        QByteArray noise(32768, '\0');
         uint32_t x = 12345;
         for (char& c : noise) {
             x = x * 1103515245u + 12345u;

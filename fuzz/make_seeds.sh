@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Makes small seed clips for each route with ffmpeg's synthetic sources.
+# A quarter of a second keeps them small, since a run costs what its input is long.
 #   make_seeds.sh OUT_DIR
 set -euo pipefail
 out=$1
 mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg,sowt,twos,lpcm,hevc,hevc-lpcm,index,aac}
-v=(-f lavfi -i "testsrc2=size=64x48:rate=25:duration=1")
-a=(-f lavfi -i "sine=frequency=440:sample_rate=44100:duration=1")
+v=(-f lavfi -i "testsrc2=size=64x48:rate=25:duration=0.25")
+a=(-f lavfi -i "sine=frequency=440:sample_rate=44100:duration=0.25")
 ff() { ffmpeg -y -v error -nostdin "$@"; }
 ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a aac -b:a 32k "$out/mov/h264_aac.mov"
 ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a aac -b:a 32k -movflags faststart "$out/mov/faststart.mp4"

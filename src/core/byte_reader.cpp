@@ -180,7 +180,7 @@ void FileReader::setDefaultWindow(size_t window)
 
 std::unique_ptr<FileReader> FileReader::open(const QString& path, size_t window)
 {
-    if (window == 0)
+    if (window == 0 || window > g_defaultWindow)
         window = g_defaultWindow;
     const QByteArray native = path.toUtf8();
     const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC);

@@ -134,8 +134,9 @@ public:
     // Null when the path can't be opened for reading or isn't a regular file.
     // A window of 0 takes the process-wide default.
     static std::unique_ptr<FileReader> open(const QString& path, size_t window = 0);
-    // The window of readers opened without one (fuzzing uses small windows
-    // so that window edges are crossed often).
+    // The window of readers opened without one, and the largest any reader
+    // gets (fuzzing uses small windows so that window edges are crossed
+    // often, and an input costs no large buffers).
     static void setDefaultWindow(size_t window);
     ~FileReader() override;
     const QString& path() const { return m_path; }

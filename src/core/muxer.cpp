@@ -18,6 +18,87 @@ bool g_remuxRan = false;
 
 namespace {
 std::atomic<bool> g_stopMuxer{false};   // set by StopMuxer from any thread
+
+// The muxer as a process of its own: started in workDir and waited for.
+MuxerResult RunProcess(const QString& program, const QStringList& args, const QString& workDir, int timeoutMs,
+                       const std::atomic<bool>* cancel)
+{
+    QProcess process;
+    process.setWorkingDirectory(workDir);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program, args);
+    MuxerResult result;
+    if (!process.waitForStarted(30000)) {
+        qWarning() << "The muxer could not be started:" << process.errorString();
+        return result;
+    }
+    result.started = true;
+    // Wait in slices so that a stop request can reach it: first "q" on its
+    // input (ffmpeg ends cleanly and closes its file), then terminate, then kill.
+    int waited = 0;
+    int stopWaited = -1;
+    bool timedOut = false;
+    while (!process.waitForFinished(100)) {
+        if (process.state() == QProcess::NotRunning)
+            break;
+        if (cancel && *cancel) {
+            process.kill();
+            process.waitForFinished(5000);
+            timedOut = true;
+            break;
+        }
+        waited += 100;
+        if (timeoutMs >= 0 && waited >= timeoutMs) {
+            timedOut = true;
+            g_stopMuxer = true;
+        }
+        if (g_stopMuxer) {
+            if (stopWaited < 0) {
+                process.write("q");
+                process.closeWriteChannel();
+                stopWaited = 0;
+            } else {
+                stopWaited += 100;
+                if (stopWaited == 2000)
+                    process.terminate();
+                else if (stopWaited >= 4000)
+                    process.kill();
+            }
+        }
+    }
+    result.finished = process.exitStatus() == QProcess::NormalExit && !timedOut;
+    result.exitCode = process.exitCode();
+    result.stopped = stopWaited >= 0;
+    return result;
+}
+
+// The muxer as a process whose standard output is read; a stop kills it.
+bool ListProcess(const QString& program, const QStringList& args, QByteArray& output)
+{
+    QProcess p;
+    p.setStandardErrorFile(QProcess::nullDevice());
+    p.start(program, args);
+    if (!p.waitForStarted(30000))
+        return false;
+    while (p.state() != QProcess::NotRunning && !p.waitForFinished(200)) {
+        output += p.readAllStandardOutput();
+        if (g_stopRequested) {
+            p.kill();
+            p.waitForFinished(5000);
+            return false;
+        }
+    }
+    output += p.readAllStandardOutput();
+    return true;
+}
+
+MuxerRunner g_runner{RunProcess, ListProcess};
+}
+
+void SetMuxerRunner(const MuxerRunner& runner)
+{
+    g_runner = runner;
 }
 
 QString MuxerPrefix()
@@ -71,58 +152,20 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
         const QString given = QFileInfo(args.last()).fileName();
         args.last().replace(args.last().size() - given.size(), given.size(), QFileInfo(partial).fileName());
     }
-    QProcess process;
-    process.setWorkingDirectory(workDir);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(program, args);
-    if (!process.waitForStarted(30000)) {
-        qWarning() << "The muxer could not be started:" << process.errorString();
+    const MuxerResult run = g_runner.run(program, args, workDir, timeoutMs, cancel);
+    result.started = run.started;
+    result.finished = run.finished;
+    result.exitCode = run.exitCode;
+    result.stopped = run.stopped;
+    if (!result.started)
         return result;
-    }
-    result.started = true;
-    // Wait in slices so that a stop request can reach it: first "q" on its
-    // input (ffmpeg ends cleanly and closes its file), then terminate, then kill.
-    int waited = 0;
-    int stopWaited = -1;
-    bool timedOut = false;
-    while (!process.waitForFinished(100)) {
-        if (process.state() == QProcess::NotRunning)
-            break;
-        if (cancel && *cancel) {
-            process.kill();
-            process.waitForFinished(5000);
-            timedOut = true;
-            break;
-        }
-        waited += 100;
-        if (timeoutMs >= 0 && waited >= timeoutMs) {
-            timedOut = true;
-            g_stopMuxer = true;
-        }
-        if (g_stopMuxer) {
-            if (stopWaited < 0) {
-                process.write("q");
-                process.closeWriteChannel();
-                stopWaited = 0;
-            } else {
-                stopWaited += 100;
-                if (stopWaited == 2000)
-                    process.terminate();
-                else if (stopWaited >= 4000)
-                    process.kill();
-            }
-        }
-    }
-    result.finished = process.exitStatus() == QProcess::NormalExit && !timedOut;
-    result.exitCode = process.exitCode();
     if (!output.isEmpty() && QFileInfo::exists(partial)) {
         // A muxer that failed on a full disk leaves a cut file: it goes.
         const QStorageInfo disk(QFileInfo(partial).absolutePath());
         const bool full = result.exitCode != 0 && disk.bytesAvailable() < (1 << 20);
         if (full)
             FileWriter::noteOutOfSpace();
-        if (result.finished && stopWaited < 0 && !full) {
+        if (result.finished && !result.stopped && !full) {
             QFile::remove(output);
             QFile::rename(partial, output);
         } else {
@@ -130,6 +173,21 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
         }
     }
     return result;
+}
+
+bool ReadFrameListing(const QString& path, QByteArray& listing)
+{
+    QString program = g_appDir + QStringLiteral("/ffmpeg");
+    if (!QFileInfo(program).isExecutable())
+        program = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    if (program.isEmpty())
+        return false;
+    return g_runner.listing(program,
+                            {QStringLiteral("-nostdin"), QStringLiteral("-v"), QStringLiteral("error"),
+                             QStringLiteral("-i"), path, QStringLiteral("-map"), QStringLiteral("0"),
+                             QStringLiteral("-c"), QStringLiteral("copy"), QStringLiteral("-f"),
+                             QStringLiteral("framecrc"), QStringLiteral("-")},
+                            listing);
 }
 
 void StopMuxer()

@@ -7,6 +7,7 @@
 // the given folder as its current folder, logs the line, and reports a
 // missing executable plainly. The muxer's exit code is not what decides a
 // verdict: callers check that the output they expect exists.
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -24,6 +25,7 @@ struct MuxerResult {
     bool started = false;      // the program could be started
     bool finished = false;     // it ended by itself (not killed or timed out)
     int exitCode = -1;
+    bool stopped = false;      // asked to stop (a stop or the time limit) before it ended
     QString program;           // the executable that was run
 };
 
@@ -40,6 +42,27 @@ QStringList SplitCommandLine(const QString& commandLine);
 // finished): for a run whose input can no longer come.
 MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int timeoutMs = -1,
                      const std::atomic<bool>* cancel = nullptr);
+
+// The muxer's listing of the frames of the file at path ("-f framecrc" on
+// its standard output; see MeasureOutput). False when the program is
+// missing, can't be started, or the run was stopped.
+bool ReadFrameListing(const QString& path, QByteArray& listing);
+
+// What starts the muxer program, once RunMuxer or ReadFrameListing has chosen
+// it (and RunMuxer has renamed the output to its partial name). The default
+// starts it as a process; SetMuxerRunner puts another runner in its place for
+// every later run, so that the fuzz harness can stand in for the program
+// without starting a process per input.
+struct MuxerRunner {
+    // Runs program with args in workDir and waits, as RunMuxer describes
+    // (timeoutMs, cancel, StopMuxer).
+    MuxerResult (*run)(const QString& program, const QStringList& args, const QString& workDir, int timeoutMs,
+                       const std::atomic<bool>* cancel);
+    // Runs program with args and collects its standard output; false when it
+    // couldn't be started or a stop cut it short.
+    bool (*listing)(const QString& program, const QStringList& args, QByteArray& output);
+};
+void SetMuxerRunner(const MuxerRunner& runner);
 
 // Stops a running muxer in stages: "q" on its input, then terminate, then kill.
 // A stop asked for while the muxer is still starting holds for that run.

@@ -1,12 +1,10 @@
 #include "core/output_figures.h"
 
-#include "core/repair_globals.h"
+#include "core/muxer.h"
 
 #include <QFileInfo>
 #include <QHash>
 #include <QList>
-#include <QProcess>
-#include <QStandardPaths>
 
 OutputFigures ParseFrameListing(const QByteArray& listing)
 {
@@ -56,30 +54,8 @@ OutputFigures ParseFrameListing(const QByteArray& listing)
 
 OutputFigures MeasureOutput(const QString& path)
 {
-    if (!QFileInfo(path).isFile())
-        return {};
-    QString program = g_appDir + QStringLiteral("/ffmpeg");
-    if (!QFileInfo(program).isExecutable())
-        program = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-    if (program.isEmpty())
-        return {};
-    QProcess p;
-    p.setStandardErrorFile(QProcess::nullDevice());
-    p.start(program, {QStringLiteral("-nostdin"), QStringLiteral("-v"), QStringLiteral("error"),
-                      QStringLiteral("-i"), path, QStringLiteral("-map"), QStringLiteral("0"),
-                      QStringLiteral("-c"), QStringLiteral("copy"), QStringLiteral("-f"),
-                      QStringLiteral("framecrc"), QStringLiteral("-")});
-    if (!p.waitForStarted(30000))
-        return {};
     QByteArray listing;
-    while (p.state() != QProcess::NotRunning && !p.waitForFinished(200)) {
-        listing += p.readAllStandardOutput();
-        if (g_stopRequested) {
-            p.kill();
-            p.waitForFinished(5000);
-            return {};
-        }
-    }
-    listing += p.readAllStandardOutput();
+    if (!QFileInfo(path).isFile() || !ReadFrameListing(path, listing))
+        return {};
     return ParseFrameListing(listing);
 }

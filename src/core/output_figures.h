@@ -12,8 +12,8 @@ struct OutputFigures {
     double audioSeconds = 0;
 };
 
-// Runs "<g_appDir>/ffmpeg -i path -map 0 -c copy -f framecrc -" (ffmpeg from
-// PATH when that one is missing) and adds up its packet lines.
+// Reads the muxer's frame listing of path (ReadFrameListing) and adds up its
+// packet lines.
 OutputFigures MeasureOutput(const QString& path);
 
 // The figures from the muxer's framecrc listing (header lines "#tb N: a/b"

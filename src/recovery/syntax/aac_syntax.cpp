@@ -595,9 +595,18 @@ struct Parser {
             if (info.shortWindows)
                 return false;
             const unsigned pulses = bits.read(2) + 1;
-            if (bits.read(6) >= bands.count)
+            const unsigned startBand = bits.read(6);
+            if (startBand >= bands.count)
                 return false;
-            bits.skip(pulses * 9);
+            // Each pulse stands an offset behind the one before, and all
+            // inside the spectrum (a decoder refuses the frame otherwise).
+            unsigned line = bands.offsets[startBand];
+            for (unsigned i = 0; i < pulses; ++i) {
+                line += bits.read(5);
+                bits.skip(4);   // amplitude
+                if (line >= bands.offsets[bands.count])
+                    return false;
+            }
         }
         if (bits.read(1)) {   // temporal noise shaping
             const unsigned windows = info.shortWindows ? 8 : 1;
