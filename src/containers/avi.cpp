@@ -373,20 +373,6 @@ void WriteSuperIndex(FileWriter& w, const OpenDmlLayout& l, bool audio, uint32_t
     }
 }
 
-// The verdicts of this route go out as WriteAVIFileStatus.
-Verdict AviVerdict(Verdict v)
-{
-    v.aviSignal = true;
-    return v;
-}
-
-Verdict Stopped()
-{
-    Verdict v;
-    v.outcome = Verdict::Outcome::Stopped;
-    return v;
-}
-
 // One file's repair. The stream headers come from the damaged file, or from
 // a sample of the same container when one is given; the media chunks always
 // come from the damaged file.
@@ -429,14 +415,14 @@ Verdict AviRoute::repair(RepairJob& job, Reporter& report)
     report.showFileProgress(job.fileName);
     report.setRange(500000);
     if (!job.input)
-        return AviVerdict(Verdict::failed());
+        return Verdict::failed().viaAviSignal();
     ByteReader& in = *job.input;
     // Audio if "01wb" stands in the first tenth of the file. The bar shows a
     // fixed 400000 during this search; it is sent once, not per byte.
     report.setValue(400000);
     const bool hasAudio = FindAnyCode(in, 0, in.size() / 10, {k01wb}) >= 0;
     if (job.stopped())
-        return Stopped();
+        return Verdict::stopped();
     if (!m_reference) {
         // The repair without a sample sets its bar once more before the search.
         report.setRange(500000);
@@ -445,21 +431,21 @@ Verdict AviRoute::repair(RepairJob& job, Reporter& report)
     ByteReader& headers = m_reference ? *m_reference : in;
     m_headers = LocateAviHeaders(headers, hasAudio, job);
     if (job.stopped())
-        return Stopped();
+        return Verdict::stopped();
     // Incomplete headers write no file, so the verdict is false even when a
     // video strf was seen: the row then offers a repair with a sample.
     if (!m_headers.complete(hasAudio))
-        return AviVerdict(Verdict::failed());
+        return Verdict::failed().viaAviSignal();
     m_indexPath = IndexPath(job.workDir, job.fileName);
     scanChunks(job, report);
     if (job.stopped()) {
         QFile::remove(m_indexPath);   // a scan cut short leaves no scratch index
-        return Stopped();
+        return Verdict::stopped();
     }
     const bool written = writeFile(job, headers, hasAudio);
     if (job.stopped())
-        return Stopped();
-    return AviVerdict(written ? Verdict::repaired(job.outputPath()) : Verdict::failed());
+        return Verdict::stopped();
+    return (written ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
 }
 
 void AviRoute::scanChunks(RepairJob& job, Reporter& report)

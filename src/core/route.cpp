@@ -49,7 +49,7 @@ std::unique_ptr<Route> RouteForSuffix(const QString& suffix) { return MakerFor(s
 
 bool SameRoute(const QString& suffix, const QString& other) { return MakerFor(suffix) == MakerFor(other); }
 
-void RepairJob::writeLogLine(LogCipher& cipher, const QString& line) const
+void WriteCipheredLine(FileWriter* log, LogCipher& cipher, const QString& line)
 {
     if (!log || !log->isOpen())
         return;

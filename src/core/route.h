@@ -15,6 +15,9 @@
 class LogCipher;
 class ThreadVideoRepair;
 
+// One enciphered line, closed by CR LF, to log when it is open.
+void WriteCipheredLine(FileWriter* log, LogCipher& cipher, const QString& line);
+
 // What one file's repair needs.
 struct RepairJob {
     QString inputPath;                  // the damaged file, absolute
@@ -35,7 +38,7 @@ struct RepairJob {
     bool stopped() const { return stop && stop->load(std::memory_order_relaxed); }
     QString outputPath() const { return workDir + QLatin1Char('/') + fileName; }
     // One enciphered line, closed by CR LF, to logFile.txt when it is open.
-    void writeLogLine(LogCipher& cipher, const QString& line) const;
+    void writeLogLine(LogCipher& cipher, const QString& line) const { WriteCipheredLine(log, cipher, line); }
 };
 
 // What a route found. Stopped sends nothing; Sent means the route has sent

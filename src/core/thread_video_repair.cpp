@@ -61,10 +61,7 @@ void ThreadVideoRepair::run()
 
 void ThreadVideoRepair::WriteLogLine(LogCipher& cipher, const QString& line)
 {
-    if (!m_logHandle.isOpen())
-        return;
-    const QByteArray text = cipher.encryptToString(line).toLatin1() + "\r\n";
-    m_logHandle.write(text);
+    WriteCipheredLine(&m_logHandle, cipher, line);
 }
 
 std::unique_ptr<ByteReader> ThreadVideoRepair::OpenReadOnly(const QString& path)
