@@ -3,7 +3,7 @@
 // the file's own name in the Repaired folder.
 #include "containers/output_checks.h"
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QDebug>
 #include <QDir>
@@ -11,19 +11,19 @@
 #include <QFileInfo>
 #include <algorithm>
 
-void ThreadVideoRepair::RemuxCameraFile(const QString& path)
+void QuickTimeRoute::RemuxCameraFile(const QString& path)
 {
     const QFileInfo info(path);
     g_inputSize = m_fileSize = uint64_t(std::max<qint64>(info.size(), 0));
     const ulong half = ulong(m_fileSize / 2);
-    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
+    m_report->setRange(ulong(m_fileSize));
 
     g_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
     const QString workDir = m_workDir;
     QDir().mkpath(workDir);
-    Q_EMIT setProgressvalue(half);
+    m_report->setValue(half);
 
     const QString muxedName = QStringLiteral("1_") + m_fileName + QStringLiteral(".mkv");
     const QString muxedPath = workDir + QLatin1Char('/') + muxedName;
@@ -31,7 +31,7 @@ void ThreadVideoRepair::RemuxCameraFile(const QString& path)
     if (outputcheck::SameFile(target, path)) {
         qWarning() << "The output" << target << "would replace its own input; not run.";
         g_muxerBusy = false;
-        g_passFailed = true;
+        m_passFailed = true;
         return;
     }
     QFile::remove(muxedPath);   // a stale file would count as this run's output
@@ -45,14 +45,14 @@ void ThreadVideoRepair::RemuxCameraFile(const QString& path)
     if (!outputcheck::NonEmptyFile(muxedPath)) {
         qWarning() << "The muxer left no output for" << m_fileName;
         QFile::remove(muxedPath);
-        g_passFailed = true;
+        m_passFailed = true;
         g_moovRead = false;
         return;
     }
     QFile::remove(target);
     if (!QFile::rename(muxedPath, target)) {
         qWarning() << "Can't rename" << muxedPath << "to" << target;
-        g_passFailed = true;
+        m_passFailed = true;
         return;
     }
     g_repairedPaths << target;

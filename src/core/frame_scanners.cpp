@@ -1,7 +1,7 @@
 // Frame scanners that need no sample: Motion JPEG, MPEG-4 Visual / H.263 in
 // 3GPP, and ProRes. Each walks m_file and writes one FrameIndexFile line per
 // frame (and per audio run where the format allows).
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include "core/log_cipher.h"
 
@@ -44,12 +44,12 @@ constexpr size_t kBlock = 1u << 20;
 
 } // namespace
 
-void ThreadVideoRepair::ScanJpegFrames()
+void QuickTimeRoute::ScanJpegFrames()
 {
     g_remuxed = false;
     LogCipher cipher;
     const uint64_t range = std::min<uint64_t>(m_fileSize, 0x40000000u);
-    Q_EMIT SetProgressBarRange(ulong(range));
+    m_report->setRange(ulong(range));
     const uint64_t end = std::min<uint64_t>(g_inputSize, m_file ? m_file->size() : 0);
     ByteReader& f = *m_file;
     uint32_t skip = 5000;
@@ -125,17 +125,17 @@ void ThreadVideoRepair::ScanJpegFrames()
                 m_pos += k;
             }
         }
-        Q_EMIT setProgressvalue(ulong(std::min<uint64_t>(m_pos, range)));
+        m_report->setValue(ulong(std::min<uint64_t>(m_pos, range)));
         m_pos += 1;
     }
 }
 
-void ThreadVideoRepair::ScanMpeg4Frames()
+void QuickTimeRoute::ScanMpeg4Frames()
 {
     g_remuxed = false;
-    g_is3gp = false;
+    m_carried->is3gp = false;
     LogCipher cipher;
-    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
+    m_report->setRange(ulong(m_fileSize));
     ByteReader& f = *m_file;
     const uint64_t end = std::min<uint64_t>(m_fileSize, f.size());
     static const uint32_t skipCodes[] = {kFtyp, ByteReader::fourcc("wide"), ByteReader::fourcc("free"),
@@ -205,7 +205,7 @@ void ThreadVideoRepair::ScanMpeg4Frames()
         }
         WriteLogLine(cipher, VideoLine(m_frameStart, m_frameSize));
         total += m_frameSize;
-        Q_EMIT setProgressvalue(ulong(total));
+        m_report->setValue(ulong(total));
         // An audio frame that would run past the opening isn't taken, so the
         // next frame is always found at e.
         while (m_pos < e && !g_stopRequested) {
@@ -228,11 +228,11 @@ void ThreadVideoRepair::ScanMpeg4Frames()
     }
 }
 
-void ThreadVideoRepair::ScanProResFrames()
+void QuickTimeRoute::ScanProResFrames()
 {
     g_remuxed = false;
     LogCipher cipher;
-    Q_EMIT SetProgressBarRange(ulong(m_fileSize));
+    m_report->setRange(ulong(m_fileSize));
     ByteReader& f = *m_file;
     const uint64_t end = std::min<uint64_t>(m_fileSize, f.size());
     m_audioGapSize = 0;
@@ -261,7 +261,7 @@ void ThreadVideoRepair::ScanProResFrames()
             if (s >= 8 && m_pos - 4 + s <= end) {
                 WriteLogLine(cipher, VideoLine(m_pos - 4, s));
                 total += s;
-                Q_EMIT setProgressvalue(ulong(total));
+                m_report->setValue(ulong(total));
                 m_pos += uint64_t(s) - 1;
             }
         } else if (m_audioGapSize != 0) {

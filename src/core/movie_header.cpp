@@ -2,7 +2,7 @@
 // can't be trusted, so the scan steps byte by byte from mvhd and reacts to
 // the four-character codes wherever they stand. The two readers share one
 // scan; the sample's rules differ in the places marked `reference`.
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <algorithm>
 #include <cstring>
@@ -135,19 +135,19 @@ uint64_t NextReactedWord(ByteReader& r, uint64_t from, uint64_t end, bool honour
 
 } // namespace
 
-void ThreadVideoRepair::ReadMovieHeader()
+void QuickTimeRoute::ReadMovieHeader()
 {
     ScanMovieHeader(false);
 }
 
-void ThreadVideoRepair::ReadReferenceMovieHeader()
+void QuickTimeRoute::ReadReferenceMovieHeader()
 {
     ScanMovieHeader(true);
 }
 
-void ThreadVideoRepair::ScanMovieHeader(bool reference)
+void QuickTimeRoute::ScanMovieHeader(bool reference)
 {
-    ByteReader* file = reference ? m_refFile.get() : m_file.get();
+    ByteReader* file = reference ? m_refFile.get() : m_file;
     if (!file)
         return;
     ByteReader& r = *file;
@@ -226,7 +226,7 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
             } else if (!reference && w == "jpeg"_4cc) {
                 m_isJpeg = true;
             } else if (w == "es26"_4cc || w == "mp4v"_4cc) {
-                if (g_is3gp)
+                if (m_carried->is3gp)
                     m_isMpeg4In3gp = true;
             } else if (w == "apch"_4cc || w == "apcn"_4cc || w == "apcs"_4cc || w == "apco"_4cc
                        || w == "ap4h"_4cc) {
@@ -246,9 +246,9 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
             } else if (w == "tkhd"_4cc) {
                 g_frameWidth = r.be32(m_pos + 78);
                 g_frameHeight = r.be32(m_pos + 82);
-                if (reference && m_logHandle.isOpen()) {
-                    m_logHandle.write(QByteArray("FrameWidth = ") + QByteArray::number(g_frameWidth) + "\r\n");
-                    m_logHandle.write(QByteArray("FrameHeight = ") + QByteArray::number(g_frameHeight) + "\r\n");
+                if (reference && m_log && m_log->isOpen()) {
+                    m_log->write(QByteArray("FrameWidth = ") + QByteArray::number(g_frameWidth) + "\r\n");
+                    m_log->write(QByteArray("FrameHeight = ") + QByteArray::number(g_frameHeight) + "\r\n");
                 }
             } else if (w == "stsd"_4cc) {
                 m_videoStsdSize = r.be32(m_pos - 4);
@@ -312,7 +312,7 @@ void ThreadVideoRepair::ScanMovieHeader(bool reference)
             } else if (w == "sowt"_4cc) {
                 m_isSowt = true;
                 if (reference)
-                    g_is3gp = false;
+                    m_carried->is3gp = false;
             } else if (w == "lpcm"_4cc) {
                 m_isLpcm = true;
                 if (m_isHevc) {

@@ -2,7 +2,7 @@
 // atoms by their sizes, then byte-wise searches in windows near the end of
 // the file and in its first MiB. Every position is read through the cached
 // reader; long stretches are scanned a block at a time.
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -48,7 +48,7 @@ uint64_t FindWord(ByteReader& r, uint64_t from, uint64_t to, uint32_t code)
 // offset from the end) while steps <= stepLimit. Only positions inside the
 // file can hold a word; the others are counted, given progress, and skipped.
 // Returns true when the movie reader ran (the search is over).
-bool ThreadVideoRepair::SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps,
+bool QuickTimeRoute::SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps,
                                           uint64_t stepLimit, ulong range, bool progress,
                                           bool reference)
 {
@@ -70,10 +70,10 @@ bool ThreadVideoRepair::SearchMovieWindow(ByteReader& r, bool& movieFound, uint6
                     ReadReferenceMovieHeader();
                 else
                     ReadMovieHeader();
-                Q_EMIT setProgressvalue(range);
+                m_report->setValue(range);
                 return true;
             }
-            Q_EMIT setProgressvalue(ulong(steps));
+            m_report->setValue(ulong(steps));
             ++steps;
             ++m_pos;
             continue;
@@ -121,7 +121,7 @@ bool ThreadVideoRepair::SearchMovieWindow(ByteReader& r, bool& movieFound, uint6
                 else
                     ReadMovieHeader();
                 if (progress)
-                    Q_EMIT setProgressvalue(range);
+                    m_report->setValue(range);
                 return true;
             }
         }
@@ -133,7 +133,7 @@ bool ThreadVideoRepair::SearchMovieWindow(ByteReader& r, bool& movieFound, uint6
     return false;
 }
 
-bool ThreadVideoRepair::FindDamagedMovie(bool& imkhMark)
+bool QuickTimeRoute::FindDamagedMovie(bool& imkhMark)
 {
     imkhMark = false;
     bool movieFound = false;
@@ -174,7 +174,7 @@ bool ThreadVideoRepair::FindDamagedMovie(bool& imkhMark)
                 break;
             if (m_pos < end) {
                 ReadMovieHeader();
-                Q_EMIT setProgressvalue(50000);
+                m_report->setValue(50000);
             }
             // The walk goes on from here: behind a moov in front of mdat.
         } else {
@@ -188,7 +188,7 @@ bool ThreadVideoRepair::FindDamagedMovie(bool& imkhMark)
     m_fileSize = g_inputSize;
     const bool small = g_inputSize < kSmallFile;
     const ulong range = small ? 5000 : 50000;
-    Q_EMIT SetProgressBarRange(range);
+    m_report->setRange(range);
     uint64_t steps = 0;
     m_pos = small ? 0 : g_inputSize - 0x400000;
     if (SearchMovieWindow(r, movieFound, steps, 0x500000, range, true, false) || movieFound
@@ -208,7 +208,7 @@ bool ThreadVideoRepair::FindDamagedMovie(bool& imkhMark)
     return movieFound;
 }
 
-bool ThreadVideoRepair::FindReferenceMovie(const QString& referencePath)
+bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
 {
     const QFileInfo info(referencePath);
     g_referenceFullPath = info.absolutePath() + QLatin1Char('/') + info.fileName();
@@ -219,11 +219,10 @@ bool ThreadVideoRepair::FindReferenceMovie(const QString& referencePath)
     m_pos = 4;
     m_refFileSize = m_refFile->size();
     const uint64_t size = m_refFileSize;
-    Q_EMIT ShowProgressBar();
-    Q_EMIT FileNamelabel(info.fileName());
+    m_report->showFileProgress(info.fileName());
     m_moovSize = 0;
     m_moovPos = 0;
-    Q_EMIT SetProgressBarRange(50000);
+    m_report->setRange(50000);
 
     // Walk; it ends when the position passes the size. The reader closes
     // m_refFile, so nothing reads after it has run.
@@ -252,7 +251,7 @@ bool ThreadVideoRepair::FindReferenceMovie(const QString& referencePath)
             m_pos = FindWord(*r, m_pos, end, kMvhd);
             if (m_pos < end && !g_stopRequested) {
                 ReadReferenceMovieHeader();
-                Q_EMIT setProgressvalue(50000);
+                m_report->setValue(50000);
                 return true;
             }
         } else {
@@ -267,7 +266,7 @@ bool ThreadVideoRepair::FindReferenceMovie(const QString& referencePath)
     const ulong range = small ? 5000 : 50000;
     uint64_t steps = 0;
     m_pos = small ? 0 : size - (size > 0x80000000ull ? 0x600000 : 0x300000);
-    Q_EMIT SetProgressBarRange(range);
+    m_report->setRange(range);
     if (SearchMovieWindow(*r, movieFound, steps, 0x600000, range, true, true) || movieFound
         || g_stopRequested)
         return movieFound;

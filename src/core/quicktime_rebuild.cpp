@@ -1,6 +1,6 @@
 // The QuickTime rebuild: a new file from the frames listed in logFile.txt,
 // copied in index order into one mdat, and a new moov behind it.
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include "core/log_cipher.h"
 #include "core/muxer.h"
@@ -167,7 +167,7 @@ void WriteStsc(FileWriter& w, const std::vector<uint32_t>& perChunk, int complet
     w.endBox();
 }
 
-void WriteCo64(FileWriter& w, const std::vector<ThreadVideoRepair::RebuildChunk>& chunks)
+void WriteCo64(FileWriter& w, const std::vector<QuickTimeRoute::RebuildChunk>& chunks)
 {
     w.beginBox("co64");
     w.be64(chunks.size());   // version and flags 0, then the count
@@ -178,7 +178,7 @@ void WriteCo64(FileWriter& w, const std::vector<ThreadVideoRepair::RebuildChunk>
 
 } // namespace
 
-void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
+void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
 {
     if (g_remuxed) {
         g_repairedPaths << m_workDir + QStringLiteral("/") + m_fileName;
@@ -199,7 +199,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
 
     if (!m_outFile.open(outPath)) {
         qWarning() << "Can't create" << outPath;
-        g_passFailed = true;
+        m_passFailed = true;
         return;
     }
     // ftyp: the damaged file's own when it is a plausible small atom, else the
@@ -223,7 +223,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
     FrameIndexReader index(logPath, m_fileSize);
     const bool bigFile = m_fileSize > 0x9600000;
     if (bigFile)
-        Q_EMIT SetProgressBarRange(500000);
+        m_report->setRange(500000);
     IndexEntry e;
     bool lastAudio = false;
     bool first = true;
@@ -267,14 +267,14 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
         first = false;
         offset += e.size;
         const uint64_t shown = bigFile ? m_atomSize * 500000 / std::max<uint64_t>(m_fileSize, 1) : m_atomSize;
-        Q_EMIT setProgressvalue(ulong(shown));
+        m_report->setValue(ulong(shown));
     }
     m_outFile.endBox();   // mdat
     if (m_videoFrames == 0) {
         // Nothing was found to rebuild from: no file, and a negative verdict.
         m_outFile.close();
         QFile::remove(outPath);
-        g_passFailed = true;
+        m_passFailed = true;
         return;
     }
     g_repairedPaths << outPath;
@@ -303,7 +303,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
     m_outFile.endBox();   // moov
     if (!m_outFile.close()) {
         qWarning() << "Writing" << outPath << "failed";
-        g_passFailed = true;
+        m_passFailed = true;
     }
     if (m_inAudioTrak && !g_stopRequested) {
         if (m_isLpcm) {
@@ -320,7 +320,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
             RunMuxer(SplitVideoCommand(f), m_workDir);
             RunMuxer(SplitAudioCommand(f), m_workDir);
             ReadTrackDurations(f);
-            const double a = g_audioSeconds, v = g_videoSeconds;
+            const double a = m_audioSeconds, v = m_videoSeconds;
             // Without a duration on either side there is no ratio: the file stands.
             const double lo = std::min(a, v), hi = std::max(a, v);
             const long ratio = lo > 0 ? std::lround(hi / lo) : 1;
@@ -339,7 +339,7 @@ void ThreadVideoRepair::RebuildQuickTimeFile(const QString& logPath)
     }
 }
 
-void ThreadVideoRepair::WriteVideoTrack()
+void QuickTimeRoute::WriteVideoTrack()
 {
     FileWriter& w = m_outFile;
     const uint32_t timeScale = g_videoTimeScale ? g_videoTimeScale : 25;
@@ -406,7 +406,7 @@ void ThreadVideoRepair::WriteVideoTrack()
     m_pos = w.pos();
 }
 
-void ThreadVideoRepair::WriteAudioTrack()
+void QuickTimeRoute::WriteAudioTrack()
 {
     FileWriter& w = m_outFile;
     const bool pcm = m_isTwos || m_isSowt;
@@ -459,10 +459,10 @@ void ThreadVideoRepair::WriteAudioTrack()
     m_pos = w.pos();
 }
 
-void ThreadVideoRepair::ReadTrackDurations(const QString& path)
+void QuickTimeRoute::ReadTrackDurations(const QString& path)
 {
     g_remuxed = false;
-    g_videoSeconds = g_audioSeconds = 0;
+    m_videoSeconds = m_audioSeconds = 0;
     std::unique_ptr<ByteReader> r = OpenReadOnly(path);
     if (!r)
         return;
@@ -494,7 +494,7 @@ void ThreadVideoRepair::ReadTrackDurations(const QString& path)
                         const uint64_t scale = v1 ? r->be32(q + 24) : r->be32(q + 16);
                         const uint64_t dur = v1 ? r->be64(q + 28) : r->be32(q + 20);
                         const double seconds = scale ? double(dur / scale) : 0;
-                        (kind == 1 ? g_videoSeconds : g_audioSeconds) = seconds;
+                        (kind == 1 ? m_videoSeconds : m_audioSeconds) = seconds;
                         break;
                     }
                 }

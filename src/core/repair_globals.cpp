@@ -8,14 +8,11 @@ QString g_referencePath;
 QString g_customWorkRoot;
 
 QString g_workRoot;
-QString g_sourceFullPath;
 QString g_referenceFullPath;
 uint64_t g_inputSize = 0;
-bool g_is3gp = false;
 bool g_moovRead = false;
 bool g_hasSoundTrak = false;
 bool g_remuxed = false;
-bool g_passFailed = false;
 QStringList g_repairedPaths;
 
 uint32_t g_videoTimeScale = 0;

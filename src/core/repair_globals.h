@@ -18,19 +18,11 @@ extern QString g_customWorkRoot;            // folder chosen by the user for scr
 
 // Per run and per file.
 extern QString g_workRoot;                  // folder that holds Repaired
-extern QString g_sourceFullPath;            // folder + "/" + name of the damaged file
 extern QString g_referenceFullPath;         // folder + "/" + name of the reference
 extern uint64_t g_inputSize;                // damaged file size, counted down by the movie reader
-// Set for a file whose suffix is 3gp or 3g2 and, on purpose, not cleared for
-// the next file of the run: only the MPEG-4 frame scan and a sample with
-// sowt sound clear it. (The codec flags m_isJpeg.. of the worker likewise
-// last a whole run; the sample's reader leaves m_isJpeg as the damaged
-// file's reader set it.)
-extern bool g_is3gp;
 extern bool g_moovRead;                     // a movie reader ran to its end
 extern bool g_hasSoundTrak;                 // the movie has an audio track
 extern bool g_remuxed;                      // the last pass left a finished file
-extern bool g_passFailed;                   // a recovery pass ended without a result
 extern QStringList g_repairedPaths;         // output paths of the run
 
 // Movie facts, filled by the movie readers.

@@ -13,7 +13,23 @@
 #include <memory>
 
 class LogCipher;
-class ThreadVideoRepair;
+
+// What deliberately lasts from one file of a run to the next, kept by the
+// driver for the whole run. A file named .3gp or .3g2 marks the run as 3GPP:
+// a later MPEG-4 movie of the same run is then read as 3GPP too, until the
+// MPEG-4 frame scan or a sample with sowt sound clears the mark (cameras
+// that write 3GPP write it for every clip of a card).
+struct RunCarryOver {
+    bool is3gp = false;
+};
+
+// What a repair recovered: its video frames, seconds of sound and the bytes
+// of the input it skipped.
+struct RecoveredFigures {
+    uint64_t videoFrames = 0;
+    double audioSeconds = 0;
+    uint64_t skippedBytes = 0;
+};
 
 // One enciphered line, closed by CR LF, to log when it is open.
 void WriteCipheredLine(FileWriter* log, LogCipher& cipher, const QString& line);
@@ -32,8 +48,7 @@ struct RepairJob {
     const std::atomic<bool>* stop = nullptr;   // the run's stop request
     QStringList* outputs = nullptr;     // the run's results: a route adds each file it writes
     const QStringList* runFiles = nullptr;   // every file of the run, whose names an output avoids
-    // The routes that still keep their state in the worker reach it here.
-    ThreadVideoRepair* worker = nullptr;
+    RunCarryOver* carried = nullptr;    // the run's carry-over; null: the file stands alone
 
     bool stopped() const { return stop && stop->load(std::memory_order_relaxed); }
     QString outputPath() const { return workDir + QLatin1Char('/') + fileName; }
@@ -41,15 +56,19 @@ struct RepairJob {
     void writeLogLine(LogCipher& cipher, const QString& line) const { WriteCipheredLine(log, cipher, line); }
 };
 
-// What a route found. Stopped sends nothing; Sent means the route has sent
-// its verdict itself (the routes that still run in the worker).
+// What a route found. Stopped sends nothing.
 struct Verdict {
-    enum class Outcome { Stopped, Repaired, Failed, Sent };
+    enum class Outcome { Stopped, Repaired, Failed };
     Outcome outcome = Outcome::Failed;
     bool aviSignal = false;     // sent as WriteAVIFileStatus (AVI, Matroska, program streams)
     bool defaultCodec = false;
     QString output;             // the file written, for a repaired verdict
     bool copiesInput = true;    // the output holds the input's own bytes: what it lacks was skipped
+    // Figures the route measured itself, sent as they stand (with either
+    // outcome) instead of being read back from the output.
+    bool hasFigures = false;
+    RecoveredFigures figures;
+    uint64_t unreadableBytes = 0;   // met by a stage that read the file through a reader of its own
 
     static Verdict repaired(const QString& output, bool copiesInput = true)
     {
@@ -79,12 +98,6 @@ struct Verdict {
     {
         Verdict v = *this;
         v.aviSignal = true;
-        return v;
-    }
-    static Verdict sent()
-    {
-        Verdict v;
-        v.outcome = Outcome::Sent;
         return v;
     }
 };

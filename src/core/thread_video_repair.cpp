@@ -1,6 +1,5 @@
 #include "core/thread_video_repair.h"
 
-#include "core/log_cipher.h"
 #include "core/output_figures.h"
 #include "core/thread_join.h"
 #include "core/platform_core.h"
@@ -59,21 +58,10 @@ void ThreadVideoRepair::run()
     g_repairRunning = false;
 }
 
-void ThreadVideoRepair::WriteLogLine(LogCipher& cipher, const QString& line)
-{
-    WriteCipheredLine(&m_logHandle, cipher, line);
-}
-
-std::unique_ptr<ByteReader> ThreadVideoRepair::OpenReadOnly(const QString& path)
-{
-    return FileReader::open(path);
-}
-
 void ThreadVideoRepair::AnnounceOutput(const QString& outPath, bool copiesInput)
 {
     Q_EMIT OutputWritten(m_fileName, outPath);
     const OutputFigures f = MeasureOutput(outPath);
     const uint64_t outSize = uint64_t(std::max<qint64>(QFileInfo(outPath).size(), 0));
-    const uint64_t inSize = uint64_t(std::max<qint64>(QFileInfo(g_sourceFullPath).size(), 0));
-    Q_EMIT RecoveryFigures(m_fileName, f.videoFrames, f.audioSeconds, copiesInput ? SkippedBytes(inSize, outSize) : 0);
+    Q_EMIT RecoveryFigures(m_fileName, f.videoFrames, f.audioSeconds, copiesInput ? SkippedBytes(m_fileSize, outSize) : 0);
 }

@@ -1,30 +1,20 @@
 #pragma once
-// ThreadVideoRepair: the worker that repairs the files of one run, and the job
-// state of the whole engine. One object serves all runs; members are reset
-// per file. The class is declared here once; its methods live in the file of
-// their subsystem (core/, recovery/h264/, recovery/hevc/, containers/).
+// ThreadVideoRepair: the worker that repairs the files of one run. For each
+// file it builds a RepairJob, runs the route of the file's suffix and sends
+// the verdict; it implements the routes' Reporter by emitting its signals.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/repair_globals.h"
 #include "core/route.h"
 
-#include <QList>
 #include <QMutex>
 #include <QString>
 #include <QStringList>
 #include <QThread>
 #include <QWaitCondition>
 #include <cstdint>
-#include <functional>
 #include <memory>
-#include <vector>
 
-class LogCipher;
-struct ChainPaths;
-class IndexScanner;
-enum class NalStartSet;
-struct NalScanRules;
-class PatternSet;
 
 class ThreadVideoRepair : public QThread, public Reporter {
     Q_OBJECT
@@ -75,214 +65,26 @@ protected:
 public:
     // ---- Per-file driver (core/repair_files.cpp) ----
     void RepairFiles(QStringList files, QString referencePath);
-    // Writes one enciphered line, closed by CR LF, to logFile.txt (when open).
-    void WriteLogLine(LogCipher& cipher, const QString& line);
-    // Opens path read-only; null when it can't be opened.
-    static std::unique_ptr<ByteReader> OpenReadOnly(const QString& path);
 
-    // ---- Movie location and readers (core/movie_search.cpp, core/movie_header.cpp) ----
-    bool FindDamagedMovie(bool& imkhMark);
-    bool FindReferenceMovie(const QString& referencePath);
-    void ReadMovieHeader();
-    void ReadReferenceMovieHeader();
-
-    // ---- Frame scanners without a sample (core/frame_scanners.cpp) ----
-    void ScanMpeg4Frames();
-    void ScanJpegFrames();
-    void ScanProResFrames();
-
-    // ---- QuickTime rebuild (core/quicktime_rebuild.cpp) ----
-    void RebuildQuickTimeFile(const QString& logPath);
-
-    // ---- Recovery passes (recovery/h264, recovery/hevc) ----
-    void RepairH264Aac(const QString& inputPath, const QString& referencePath);
-    void RepairH264Lpcm(const QString& inputPath, const QString& referencePath);
-    void RepairH264Sowt(const QString& inputPath, const QString& referencePath);
-    void RepairH264Twos(const QString& inputPath, const QString& referencePath);
-    void RepairHevcAac(const QString& inputPath, const QString& referencePath);
-    void RepairHevcLpcm(const QString& inputPath, const QString& referencePath);
-
-    // ---- H.264 recovery chain (recovery/h264/) ----
-    // Without a sample: remux when the file's own chunk table is usable.
-    void RemuxFromOwnIndex(const QString& inputPath);
-    // With a sample: learn from it, then run the chain down to the muxer.
-    // hevc: the same walks for an HEVC sample (hvcC, every chunk's chain, mmpu).
-    void LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc = false);
-    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText,
-                         bool hevc = false);
-    void CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
-    void SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
-    // The chain's sound stages: what the sample teaches of its sound, into
-    // the audio text list. LearnSampleAac is false when the sample has no
-    // sound track (the list stays empty).
-    bool LearnSampleAac(const ChainPaths& p, bool hevc);
-    void LearnSamplePcm(const ChainPaths& p);
-    void WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc = false);
-    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc = false);
-    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText, bool hevc = false);
-    void WriteVideoUniqueFileIndex(const ChainPaths& p);
-    void ScanStreams(FileWriter& video, const ChainPaths& p);
-    // The scan of ScanStreams under the given header rules; false when the
-    // muxer has nothing to work on (the pass has then failed or was stopped).
-    // firstMux, when given, gives the command of the muxer's first run for
-    // two stream paths: that run then reads the streams while they are
-    // scanned, and m_firstMuxDone tells whether it completed.
-    bool ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules, bool& audioMode,
-                          const std::function<QString(bool, const QString&, const QString&)>& firstMux = {});
-    uint64_t ScanIntoStreams(ByteReader* in, FileWriter& video, bool audioMode, const PatternSet& patterns,
-                             const QByteArray& paramBlock, const NalScanRules& rules);
-    // Names the chain's outputs and clears the way for the muxer.
-    void PrepareMuxOutput();
-    void MuxVideoAndAudio(const ChainPaths& p);
-    void MuxVideoOnly(const ChainPaths& p);
-    void RemuxDamagedFile(const QString& inputPath);
-    // A pass that ends without a file: the pass-failed flag (the driver sends the verdict).
-    void H264PassFailed();
-    void RemoveChainFiles(const ChainPaths& p);
-    FileWriter m_audioOut;                  // audio.aac while the chain runs
-
-    // ---- PCM and index scanners (recovery/h264/pcm_recovery.cpp, index_scanners.cpp) ----
-    // What a pass without a sample does with a file whose own chunk table is usable.
-    enum class OwnIndexAction { Remux, RemuxLpcm, RemuxSowt, ScanTwos };
-    // Opens the file of a pass without a sample and walks to its movie
-    // (m_moovPos, m_moovSize). Null, with the negative verdict sent, when the
-    // file can't be read or has no movie.
-    std::unique_ptr<ByteReader> OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen = nullptr,
-                                             uint64_t* mdatSize = nullptr);
-    uint32_t FindOwnVideoChunkTable(ByteReader& r, bool cut);
-    void DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action);
-    void SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, NalStartSet set);
-    // The track walk of the sowt and twos passes: the four kinds of track, the
-    // chunk counts, the sound's channels and rate, the timecode sample size;
-    // with videoText, the frame starts of the video track.
-    void WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText);
-    // everyStart: each chunk's first three bytes are noted, silent or not.
-    void WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart = false);
-    void ScanStreamsLpcm(FileWriter& video, const ChainPaths& p);
-    void MuxVideoAndPcm(const ChainPaths& p);
-    void RemuxDamagedFileLpcm(const QString& inputPath);
-    void RemuxDamagedFileSowt(const QString& inputPath);
-    void RemuxOwnIndex(const QString& inputPath, bool halfwayProgress);
-    void ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath);
-    void ScanIndexTwos(const QString& inputPath);
-    void ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath);
-    void RunIndexScan(const QString& inputPath, const std::function<void(IndexScanner&)>& scan);
-    bool m_pcmChain = false;                // the lpcm pass runs the chain of Audio.pcm
-
-    // ---- HEVC recovery (recovery/hevc/) ----
-    // Without a sample: remux when the file's own chunk table opens on HEVC units.
-    void RemuxHevcFromOwnIndex(const QString& inputPath);
-    // The first VPS, SPS and PPS of an hvcC box (code at pos), in that order;
-    // false when the box doesn't hold all three.
-    bool CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
-    // A chunk table of the sample (code at pos): every chunk's chain of units.
-    // With lpcm the chain's own set is used and no slice table is added.
-    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm = false);
-    void ScanHevcStreams(FileWriter& video, const ChainPaths& p);
-    void MuxHevcVideoAndAudio(const ChainPaths& p);
-    void MuxHevcVideoOnly(const ChainPaths& p);
-    void RemuxDamagedHevcFile(const QString& inputPath);
-    void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
-    bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
-    bool m_firstMuxDone = false;   // the first muxer run was taken during the scan
-
-    // ---- Camera files of the QuickTime family (containers/camera.cpp) ----
-    void RemuxCameraFile(const QString& path);
-
-    // Before a positive verdict: sends the output's
-    // path and its figures, read back from the file. copiesInput: the output
-    // carries the input's own bytes, so what it lacks of them was skipped; a
-    // file encoded anew skips nothing.
+    // Before a positive verdict: sends the output's path and its figures,
+    // read back from the file. copiesInput: the output carries the input's
+    // own bytes, so what it lacks of them was skipped; a file encoded anew
+    // skips nothing.
     void AnnounceOutput(const QString& outPath, bool copiesInput = true);
 
-    // ---- Files and positions ----
+    // ---- The current file ----
     std::unique_ptr<ByteReader> m_file;     // the damaged file, read-only; null when not open
-    std::unique_ptr<ByteReader> m_refFile;  // the reference file
-    FileWriter m_outFile;                   // the file being rebuilt
     FileWriter m_logHandle;                 // logFile.txt of the current file
-    uint64_t m_pos = 0;                     // shared scratch position of every walk and writer
-    uint64_t m_fileSize = 0;
-    uint64_t m_refFileSize = 0;
-    uint64_t m_atomSize = 0;
-    uint32_t m_atomSize32 = 0;
-    uint64_t m_moovPos = 0;
-    uint32_t m_moovSize = 0;
-    uint64_t m_trakPos = 0;
-    uint64_t m_moovBodyPos = 0;
-
-    // ---- Names ----
-    QString m_workDir;                      // g_workRoot + "/Repaired"
+    QString m_workDir;                      // the folder its results go to (a Repaired)
     QString m_logPath;                      // m_workDir + "/logFile.txt"
     QString m_fileName;
-    QStringList m_fileList;
-
-    // ---- Movie facts: RepairFlags and track state ----
-    bool m_isJpeg = false;
-    bool m_isProRes = false;
-    bool m_isHevc = false;
-    bool m_isMpeg4In3gp = false;
-    bool m_isTwos = false;
-    bool m_isSowt = false;
-    bool m_isLpcm = false;
-    bool m_isLpcmHevc = false;
-    // The flags above as kCodec bits (core/quicktime_pass.h).
-    uint32_t MovieCodecs() const;
-    bool m_inVideoTrak = false;
-    bool m_inAudioTrak = false;
-    bool m_inNullTrak = false;
-    bool m_inGenericTrak = false;
-    bool m_haveVideoTrak = false;
-    bool m_hasCtts = false;
-    uint32_t m_cttsEntries = 0;
-    uint32_t m_cttsCount0 = 0, m_cttsOffset0 = 0;
-    uint32_t m_cttsCount1 = 0, m_cttsOffset1 = 0;
-    uint32_t m_cttsCount2 = 0, m_cttsOffset2 = 0;
-    QByteArray m_videoStsd;
-    QByteArray m_audioStsd;
-    uint32_t m_videoStsdSize = 0;
-    uint32_t m_audioStsdSize = 0;
-    uint32_t m_audioStsdRate = 0;
-
-    // ---- Rebuild state ----
-    uint32_t m_frameSize = 0;
-    uint32_t m_videoRun = 0, m_videoFrames = 0, m_videoRuns = 0;
-    uint32_t m_audioRun = 0, m_audioFrames = 0, m_audioSamples = 0;
-    bool m_audioInIndex = false;
-    QList<int> m_videoRunLengths;
-    QList<int> m_audioRunLengths;
-
-    // ---- Scanner state ----
-    uint64_t m_frameStart = 0;
-    uint64_t m_audioGapStart = 0;
-    uint32_t m_audioGapSize = 0;
-
-    // ---- QuickTime rebuild: WriteVideoTrack, WriteAudioTrack, ReadTrackDurations (core/quicktime_rebuild.cpp) ----
-    struct RebuildChunk { uint64_t offset; uint32_t frames; uint64_t samples; };
-    void WriteVideoTrack();
-    void WriteAudioTrack();
-    // Time scale and duration of the video and sound tracks of a finished file,
-    // as whole seconds in g_videoSeconds and g_audioSeconds.
-    void ReadTrackDurations(const QString& path);
-    std::vector<RebuildChunk> m_videoChunks;   // chunks of the rebuilt file, in output order
-    std::vector<RebuildChunk> m_audioChunks;
-    QString m_rebuildIndexPath;                // the FrameIndexFile being rebuilt from
-    static inline double g_videoSeconds = 0;
-    static inline double g_audioSeconds = 0;
-
-    // ---- Movie search and readers: FindDamagedMovie, FindReferenceMovie, ReadMovieHeader (core/movie_search.cpp, core/movie_header.cpp) ----
-    // One byte-wise search window; true when the movie reader ran.
-    bool SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps, uint64_t stepLimit,
-                           ulong range, bool progress, bool reference);
-    // The readers' scan, shared by both; reference selects the sample's rules.
-    void ScanMovieHeader(bool reference);
+    uint64_t m_fileSize = 0;
+    QStringList m_fileList;                 // the files of the run
+    RunCarryOver m_carried;                 // what one file of the run leaves to the next
 
     // ---- Synchronisation ----
     QMutex m_mutex;
     QWaitCondition m_wakeCondition;
-
-    // The steps of the routes that still keep their state here; each sends
-    // its verdict itself.
-    void RepairQuickTimeFamily(const RepairJob& job);
 
     // Reporter: the signals above.
     void showFileProgress(const QString& label) override;
@@ -290,7 +92,4 @@ public:
     void setRange(ulong maximum) override;
     void setValue(ulong value) override;
     void sendVerdict(const RepairJob& job, const Verdict& verdict) override;
-
-private:
-    void ReopenInput();
 };

@@ -2,6 +2,7 @@
 // to end, and the muxer's command lines and failures through fake muxers.
 #include "batch_check.h"
 #include "containers/mpegts.h"
+#include "core/quicktime_route.h"
 #include "core/thread_video_repair.h"
 #include "support/route_job.h"
 #include "support/signal_log.h"
@@ -105,7 +106,7 @@ private Q_SLOTS:
         m_dir = freshDir("mts-dat");
         g_appDir = binDir() + "/Libmp4";
         g_workRoot = m_dir;
-        g_passFailed = g_stopRequested = g_referenceMode = false;
+        g_stopRequested = g_referenceMode = false;
         g_customWorkRoot.clear();
         g_repairedPaths.clear();
     }
@@ -113,7 +114,7 @@ private Q_SLOTS:
     {
         QDir(m_dir).removeRecursively();
         g_appDir = m_savedAppDir;
-        g_passFailed = g_stopRequested = false;
+        g_stopRequested = false;
         qputenv("PATH", m_savedPath);
     }
 
@@ -318,13 +319,13 @@ private Q_SLOTS:
         repairDatByPath(lead, repaired, {m_dir + "/my clip.mov", m_dir + "/my clip_2.mov", lead});
         QCOMPARE(args().last(), QString(".partial-my clip_3.mov"));
         QCOMPARE(g_repairedPaths, (QStringList{repaired + "/my clip.mov", repaired + "/my clip.mov", repaired + "/my clip_3.mov"}));
-        ThreadVideoRepair t;
+        QuickTimeRoute t;
         t.m_workDir = repaired;
 
         const QString cam = imkhFile("cam 1.mp4");
         t.m_fileName = "cam 1.mp4";
         t.RemuxCameraFile(cam);
-        QVERIFY(!g_passFailed);
+        QVERIFY(!t.m_passFailed);
         QCOMPARE(args(), (QStringList{"-r", "25", "-i", cam, "-map", "0", "-c", "copy", ".partial-1_cam 1.mp4.mkv"}));
         QCOMPARE(readAll(repaired + "/cam 1.mp4"), QByteArray("x"));
         QVERIFY(!QFile::exists(repaired + "/1_cam 1.mp4.mkv"));
@@ -365,9 +366,11 @@ private Q_SLOTS:
 
         const QString cam = imkhFile("cam.mp4");
         const QString before = sha256(cam);
-        t.m_fileName = "cam.mp4";
-        t.RemuxCameraFile(cam);
-        QVERIFY(g_passFailed);
+        QuickTimeRoute camera;
+        camera.m_workDir = repaired;
+        camera.m_fileName = "cam.mp4";
+        camera.RemuxCameraFile(cam);
+        QVERIFY(camera.m_passFailed);
         QCOMPARE(sha256(cam), before);
         QCOMPARE(QDir(m_dir + "/Repaired").entryList({"*.mp4", "*.mkv"}, QDir::Files), QStringList());
         QVERIFY(g_repairedPaths.isEmpty());

@@ -1,6 +1,7 @@
 // Finding and reading the movie: sparse files made by code, ffmpeg clips of
 // every sample-entry kind, and crafted movies.
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
+#include "support/route_job.h"
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -38,7 +39,14 @@ Track track(const QByteArray& f, const char* handler)
     return {};
 }
 
-QString flagsOf(const ThreadVideoRepair& t)
+// The route object of one file, with the reader and the log it borrows.
+struct MovieRoute : QuickTimeRoute {
+    MovieRoute() { m_log = &logFile; }
+    std::unique_ptr<ByteReader> own;
+    FileWriter logFile;
+};
+
+QString flagsOf(const QuickTimeRoute& t)
 {
     QStringList f;
     const QList<QPair<bool, const char*>> all = {
@@ -52,20 +60,21 @@ QString flagsOf(const ThreadVideoRepair& t)
 
 void clearGlobals()
 {
-    g_stopRequested = g_moovRead = g_hasSoundTrak = g_is3gp = false;
+    g_stopRequested = g_moovRead = g_hasSoundTrak = false;
     g_videoTimeScale = g_soundTimeScale = g_frameWidth = g_frameHeight = 0;
     g_videoSampleDelta = g_audioSampleDelta = g_audioFrameSize = 0;
 }
 
 // The driver's part for the damaged file: open it, take its size, search.
 // True when a movie was found and it isn't a camera file.
-bool readDamaged(ThreadVideoRepair& t, const QString& path, bool* imkh = nullptr)
+bool readDamaged(MovieRoute& t, const QString& path, bool* imkh = nullptr)
 {
-    t.m_file = ThreadVideoRepair::OpenReadOnly(path);
+    t.own = QuickTimeRoute::OpenReadOnly(path);
+    t.m_file = t.own.get();
     if (!t.m_file)
         return false;
     t.m_fileSize = g_inputSize = t.m_file->size();
-    g_is3gp = path.endsWith(QLatin1String(".3gp"));
+    t.m_carried->is3gp = path.endsWith(QLatin1String(".3gp"));
     bool mark = false;
     const bool found = t.FindDamagedMovie(mark);
     if (imkh)
@@ -73,9 +82,9 @@ bool readDamaged(ThreadVideoRepair& t, const QString& path, bool* imkh = nullptr
     return found && !mark;
 }
 
-bool readReference(ThreadVideoRepair& t, const QString& path)
+bool readReference(MovieRoute& t, const QString& path)
 {
-    g_is3gp = path.endsWith(QLatin1String(".3gp"));
+    t.m_carried->is3gp = path.endsWith(QLatin1String(".3gp"));
     return t.FindReferenceMovie(path);
 }
 
@@ -162,7 +171,6 @@ private Q_SLOTS:
     void cleanup()
     {
         QDir(m_dir).removeRecursively();
-        g_is3gp = false;
         FileReader::setDefaultWindow(0);
     }
 
@@ -200,14 +208,14 @@ private Q_SLOTS:
         QFETCH(QList<ulong>, ranges);
         const QString p = m_dir + QStringLiteral("/sparse.mov");
         sparse(p, size, {{0, kFtyp + beWords({mdatSize}) + "mdat"}, {moovAt, craftedMoov()}});
-        ThreadVideoRepair t;
-        QList<ulong> got;
-        connect(&t, &ThreadVideoRepair::SetProgressBarRange, [&](ulong r) { got << r; });
+        MovieRoute t;
+        ProgressRecorder progress;
+        t.m_report = &progress;
         QVERIFY(reference ? readReference(t, p) : readDamaged(t, p));
         QVERIFY(g_moovRead);
         QCOMPARE(g_frameWidth, 640u);
         QCOMPARE(t.m_moovPos, uint64_t(moovAt + 4));
-        QCOMPARE(got, ranges);
+        QCOMPARE(progress.ranges, ranges);
         if (reference)
             QCOMPARE(g_referenceFullPath, QFileInfo(p).absoluteFilePath());
     }
@@ -216,16 +224,16 @@ private Q_SLOTS:
     {
         const QString p = m_dir + QStringLiteral("/empty.mp4");
         sparse(p, 4ll << 30, {{0, kFtyp}});
-        ThreadVideoRepair t;
-        int steps = 0;
-        connect(&t, &ThreadVideoRepair::setProgressvalue, [&](ulong) { ++steps; });
+        MovieRoute t;
+        ProgressRecorder progress;
+        t.m_report = &progress;
         QElapsedTimer timer;
         timer.start();
         QVERIFY(!readDamaged(t, p));
         QVERIFY(!g_moovRead);
-        QCOMPARE(steps, 50000);   // steps 0..49999 of the first window
+        QCOMPARE(progress.values, 50000);   // steps 0..49999 of the first window
         QVERIFY2(timer.elapsed() < 10000, "search of a 4 GiB file took too long");
-        ThreadVideoRepair missing;
+        MovieRoute missing;
         QVERIFY(!readReference(missing, m_dir + QStringLiteral("/nothing.mov")));
     }
 
@@ -233,7 +241,7 @@ private Q_SLOTS:
     {
         const QString p = m_dir + QStringLiteral("/cam.mp4");
         sparse(p, 4096, {{0, QByteArray("IMKH0123")}});
-        ThreadVideoRepair t;
+        MovieRoute t;
         bool imkh = false;
         readDamaged(t, p, &imkh);
         QVERIFY(imkh);
@@ -298,13 +306,13 @@ private Q_SLOTS:
 
         for (const bool reference : {false, true}) {
             clearGlobals();
-            ThreadVideoRepair t;
+            MovieRoute t;
             t.m_isJpeg = jpegBefore;
             const QString log = m_dir + QStringLiteral("/log.txt");
             if (reference) {
-                QVERIFY(t.m_logHandle.open(log));
+                QVERIFY(t.logFile.open(log));
                 QVERIFY(readReference(t, src));
-                QVERIFY(t.m_logHandle.close());
+                QVERIFY(t.logFile.close());
                 QVERIFY(!t.m_refFile);   // closed by the reader
                 QCOMPARE(readAll(log), QByteArray("FrameWidth = 160\r\nFrameHeight = 120\r\n"));
                 QVERIFY(!t.m_hasCtts);   // the video track ends before its ctts
@@ -352,7 +360,7 @@ private Q_SLOTS:
         QFETCH(CttsEntries, entries);
         QFETCH(bool, hasCtts);
         QFETCH(uint32_t, offset2);
-        ThreadVideoRepair t;
+        MovieRoute t;
         QVERIFY(readDamaged(t, crafted(craftedMoov(120, cttsAtom(entries)))));
         QCOMPARE(t.m_hasCtts, hasCtts);
         QCOMPARE(t.m_cttsEntries, uint32_t(entries.size()));
@@ -367,7 +375,7 @@ private Q_SLOTS:
     {
         for (const int size : {999, 1000}) {
             const QString p = crafted(craftedMoov(size));
-            ThreadVideoRepair t, ref;
+            MovieRoute t, ref;
             QVERIFY(readDamaged(t, p));
             QCOMPARE(t.m_videoStsdSize, uint32_t(size));
             QCOMPARE(t.m_videoStsd, size < 1000 ? videoStsd(size) : QByteArray());
@@ -379,7 +387,7 @@ private Q_SLOTS:
         const int at = moov.indexOf("stsd") - 4;
         moov.replace(at, 4, beWords({900}));
         const QString p = crafted(moov.left(at + 60));
-        ThreadVideoRepair t;
+        MovieRoute t;
         QVERIFY(readDamaged(t, p));
         QCOMPARE(t.m_videoStsdSize, 900u);
         QVERIFY(t.m_videoStsd.size() < 900 && readAll(p).endsWith(t.m_videoStsd));
@@ -400,7 +408,7 @@ private Q_SLOTS:
             moov.insert(moov.indexOf("trak") - 4, qtAtom("free", filler));   // between mvhd and the first track
             moov.replace(0, 4, beWords({uint32_t(moov.size())}));
             const QString p = crafted(moov, 4096 + shift);
-            ThreadVideoRepair t, ref;
+            MovieRoute t, ref;
             clearGlobals();
             QVERIFY(readDamaged(t, p));
             QCOMPARE(g_frameWidth, 640u);
@@ -422,7 +430,7 @@ private Q_SLOTS:
         bytes.replace(int(findTopLevelAtom(bytes, "moov")), 4, beWords({uint32_t(bytes.size())}));
         writeAll(p, bytes);
         for (const bool moovReadBefore : {false, true}) {
-            ThreadVideoRepair t;
+            MovieRoute t;
             t.m_isHevc = t.m_isSowt = t.m_hasCtts = true;
             t.m_videoStsd = "old";
             g_frameWidth = g_videoTimeScale = 7;
@@ -433,7 +441,7 @@ private Q_SLOTS:
             QVERIFY(!t.m_hasCtts && t.m_videoStsd.isEmpty());
             QCOMPARE(g_frameWidth + g_videoTimeScale, 0u);
         }
-        ThreadVideoRepair ref;
+        MovieRoute ref;
         g_moovRead = false;
         QVERIFY(readReference(ref, p));
         QVERIFY(!g_moovRead);
@@ -442,7 +450,7 @@ private Q_SLOTS:
     }
 
     // Sound first, video second: both are found; with sowt sound under a .3gp
-    // name the sample's reader clears g_is3gp before it meets mp4v.
+    // name the sample's reader clears the run's 3GPP mark before it meets mp4v.
     void soundTrackFirst()
     {
         const QString made = make(QStringLiteral("mpeg4_sowt_soundfirst.mov"),
@@ -452,16 +460,16 @@ private Q_SLOTS:
         QVERIFY(track(bytes, "soun").trak < track(bytes, "vide").trak);
         const QString src = m_dir + QStringLiteral("/soundfirst.3gp");
         QVERIFY(QFile::copy(made, src));
-        ThreadVideoRepair t, ref;
+        MovieRoute t, ref;
         QVERIFY(readDamaged(t, src));
         QCOMPARE(flagsOf(t), QStringLiteral("mpeg4in3gp sowt"));
         QCOMPARE(g_soundTimeScale, 48000u);
         QCOMPARE(t.m_videoStsd, track(bytes, "vide").stsd);
-        QVERIFY(g_is3gp);
+        QVERIFY(t.m_carried->is3gp);
         clearGlobals();
         QVERIFY(readReference(ref, src));
         QCOMPARE(flagsOf(ref), QStringLiteral("sowt"));
-        QVERIFY(!g_is3gp);
+        QVERIFY(!ref.m_carried->is3gp);
         QCOMPARE(g_frameWidth, 160u);
     }
 
@@ -484,7 +492,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         const QString p = m_dir + QStringLiteral("/bad.mov");
         writeAll(p, bytes);
-        ThreadVideoRepair t, ref;
+        MovieRoute t, ref;
         readDamaged(t, p);
         QVERIFY(g_inputSize <= uint64_t(bytes.size()));
         readReference(ref, p);

@@ -2,7 +2,7 @@
 // checked byte for byte on small crafted indexes.
 #include "core/log_cipher.h"
 #include "core/repair_globals.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -25,6 +25,17 @@ QString Line(const char* kind, qint64 at, qint64 size)
 {
     return QStringLiteral("%1 at = %2 Size = %3").arg(QLatin1String(kind)).arg(at).arg(size);
 }
+// The route object of one file, with the reader and the log it borrows.
+struct FileRoute : QuickTimeRoute {
+    FileRoute() { m_log = &logFile; }
+    void read(const QByteArray& bytes)
+    {
+        own.reset(new MemoryReader(bytes));
+        m_file = own.get();
+    }
+    std::unique_ptr<ByteReader> own;
+    FileWriter logFile;
+};
 const char* V = "AVC(Vide)";
 const char* A = "AAC(soun)";
 }
@@ -34,15 +45,15 @@ class TestScanAndRebuild : public QObject {
     QString m_dir;
 
     // Runs a scanner over bytes and returns the deciphered index lines.
-    QStringList scan(const QByteArray& bytes, void (ThreadVideoRepair::*scanner)())
+    QStringList scan(const QByteArray& bytes, void (QuickTimeRoute::*scanner)())
     {
-        ThreadVideoRepair t;
-        t.m_file.reset(new MemoryReader(bytes));
+        FileRoute t;
+        t.read(bytes);
         t.m_fileSize = g_inputSize = uint64_t(bytes.size());
         const QString log = m_dir + QStringLiteral("/logFile.txt");
-        t.m_logHandle.open(log);
+        t.logFile.open(log);
         (t.*scanner)();
-        t.m_logHandle.close();
+        t.logFile.close();
         QStringList lines;
         LogCipher cipher;
         for (const QByteArray& l : readAll(log).split('\n')) {
@@ -67,20 +78,20 @@ class TestScanAndRebuild : public QObject {
     }
 
     // Rebuilds out.mov from src and an index of junk, then the lines enciphered.
-    QByteArray rebuild(ThreadVideoRepair& t, const QByteArray& src, const QStringList& lines,
+    QByteArray rebuild(FileRoute& t, const QByteArray& src, const QStringList& lines,
                        const QByteArray& junk = "not an enciphered line\r\n")
     {
-        t.m_file.reset(new MemoryReader(src));
+        t.read(src);
         t.m_fileSize = uint64_t(src.size());
         t.m_workDir = m_dir;
         t.m_fileName = QStringLiteral("out.mov");
         LogCipher cipher;
         const QString log = m_dir + QStringLiteral("/logFile.txt");
-        t.m_logHandle.open(log);
-        t.m_logHandle.write(junk);
+        t.logFile.open(log);
+        t.logFile.write(junk);
         for (const QString& l : lines)
             t.WriteLogLine(cipher, l);
-        t.m_logHandle.close();
+        t.logFile.close();
         t.RebuildQuickTimeFile(log);
         return readAll(m_dir + QStringLiteral("/out.mov"));
     }
@@ -89,7 +100,7 @@ private Q_SLOTS:
     void init()
     {
         m_dir = freshDir(QStringLiteral("scan rebuild"));   // a blank in the path on purpose
-        g_stopRequested = g_remuxed = g_passFailed = false;
+        g_stopRequested = g_remuxed = false;
         g_repairedPaths.clear();
         g_videoTimeScale = 600;
         g_videoSampleDelta = 20;
@@ -115,9 +126,9 @@ private Q_SLOTS:
             want << Line(V, file.size(), size);
             file += frame(size, char(0xE0)) + QByteArray(50, char(0x22));
         }
-        QCOMPARE(scan(file, &ThreadVideoRepair::ScanJpegFrames), want);
+        QCOMPARE(scan(file, &QuickTimeRoute::ScanJpegFrames), want);
         // A 100-byte frame lies inside the first skip of 5000: it joins the next one.
-        QCOMPARE(scan(frame(100, char(0xDB)) + frame(6000, char(0xDB)), &ThreadVideoRepair::ScanJpegFrames),
+        QCOMPARE(scan(frame(100, char(0xDB)) + frame(6000, char(0xDB)), &QuickTimeRoute::ScanJpegFrames),
                  QStringList({Line(V, 0, 6100)}));
     }
 
@@ -129,7 +140,7 @@ private Q_SLOTS:
         QByteArray file = beWords({16}) + "ftyp" + QByteArray(8, 0) + beWords({0}) + "mdat";
         const int a = file.size(), b = a + 304 + 64;
         file += frame + audio + audio + frame + audio + frame;
-        QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames),
+        QCOMPARE(scan(file, &QuickTimeRoute::ScanMpeg4Frames),
                  QStringList({Line(V, a, 304), Line(A, a + 304, 32), Line(A, a + 336, 32), Line(V, b, 304), Line(A, b + 304, 32)}));
 
         // The frame in front of moov ends at moov's size word; start codes in the
@@ -137,14 +148,14 @@ private Q_SLOTS:
         const QByteArray small = QByteArray::fromHex("000001B6") + QByteArray(200, char(0x55));
         file = beWords({8}) + "mdat" + small + small + beWords({64}) + "moov"
              + QByteArray::fromHex("0000811200000000000001B6") + QByteArray(44, char(0x77)) + small;
-        QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames), QStringList({Line(V, 8, 204), Line(V, 212, 204)}));
+        QCOMPARE(scan(file, &QuickTimeRoute::ScanMpeg4Frames), QStringList({Line(V, 8, 204), Line(V, 212, 204)}));
 
         // Zeros over the end of one frame and the start of the next: the frame
         // before the hole runs to the first opening behind it.
         const QByteArray big = QByteArray::fromHex("000001B6") + QByteArray(500, char(0x55));
         file = beWords({8}) + "mdat" + big + big + big + big + big;
         file.replace(8 + 504 + 300, 600, QByteArray(600, 0));
-        QCOMPARE(scan(file, &ThreadVideoRepair::ScanMpeg4Frames),
+        QCOMPARE(scan(file, &QuickTimeRoute::ScanMpeg4Frames),
                  QStringList({Line(V, 8, 504), Line(V, 512, 1008), Line(V, 1520, 504)}));
     }
 
@@ -155,7 +166,7 @@ private Q_SLOTS:
         const QByteArray file = QByteArray(20, 'm') + frame(400) + frame(300) + QByteArray(16, 0)
                               + QByteArray(200, char(0x44)) + QByteArray(16, 0) + frame(500) + QByteArray(16, 0)
                               + beWords({8}) + "moov" + frame(100);
-        QCOMPARE(scan(file, &ThreadVideoRepair::ScanProResFrames),
+        QCOMPARE(scan(file, &QuickTimeRoute::ScanProResFrames),
                  QStringList({Line(V, 20, 400), Line(V, 420, 300), Line(A, 736, 200), Line(V, 952, 500)}));
     }
 
@@ -167,10 +178,10 @@ private Q_SLOTS:
         QStringList lines;
         for (int i = 0; i < 8; ++i)
             lines << Line(i % 3 == 2 ? A : V, 100 * (i + 1), 10 + i);
-        ThreadVideoRepair t;
+        FileRoute t;
         const QByteArray src = source(24);
         const QByteArray out = rebuild(t, src, lines);
-        QVERIFY(!g_passFailed);
+        QVERIFY(!t.m_passFailed);
         QCOMPARE(g_repairedPaths, QStringList({m_dir + QStringLiteral("/out.mov")}));
         QCOMPARE(out.left(24), src.left(24));   // the small ftyp is copied
         QCOMPARE(out.mid(24, 8), beWords({1}) + "mdat");
@@ -204,7 +215,7 @@ private Q_SLOTS:
         QStringList lines;
         for (int i = 0; i < 7; ++i)
             lines << Line(V, i * 100, 100);
-        ThreadVideoRepair t;
+        FileRoute t;
         t.m_hasCtts = true;
         t.m_cttsOffset0 = 40; t.m_cttsOffset1 = 80; t.m_cttsOffset2 = 20;
         const QByteArray out = rebuild(t, source(60), lines);   // an ftyp of 60 bytes: the default stands
@@ -214,7 +225,7 @@ private Q_SLOTS:
         QCOMPARE(Atom(out, "stsc"), beWords({28}) + "stsc" + beWords({0, 1, 1, 7, 1}));
         // Seven frames: three rounds of three, nine entries.
         QCOMPARE(Atom(out, "ctts"), beWords({88}) + "ctts" + beWords({0, 9, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20}));
-        ThreadVideoRepair t2;
+        FileRoute t2;
         t2.m_hasCtts = true;
         t2.m_cttsOffset0 = 0; t2.m_cttsOffset1 = 30; t2.m_cttsOffset2 = 10;
         QCOMPARE(Atom(rebuild(t2, source(), lines.mid(0, 4)), "ctts"),
@@ -233,10 +244,10 @@ private Q_SLOTS:
                                    Line(A, 10, 0),
                                    "AAC(soun)  at = 10 Size = 8",                       // fields shifted
                                    Line(V, 4086, 10)};                                  // ends at the end: whole
-        ThreadVideoRepair t;
+        FileRoute t;
         const QByteArray src = source();
         const QByteArray out = rebuild(t, src, lines, QByteArray(200000, 'Q') + "\r\n" + QByteArray("\xff\xfe\x00garbage\r\n", 12));
-        QVERIFY(!g_passFailed);
+        QVERIFY(!t.m_passFailed);
         QCOMPARE(Be64(out, 40), uint64_t(16 + 20));
         QCOMPARE(out.mid(48, 20), src.left(10) + src.mid(4086, 10));
         QCOMPARE(Atom(out, "stsz"), beWords({28}) + "stsz" + beWords({0, 0, 2, 10, 10}));
@@ -248,13 +259,12 @@ private Q_SLOTS:
     // already left a finished file (g_remuxed) names it as the output.
     void nothingToRebuild()
     {
-        ThreadVideoRepair t;
+        FileRoute t;
         QVERIFY(rebuild(t, source(), {Line(V, 4000, 200), "Zero(Zero) at = 0 Size = 10"}).isEmpty());
-        QVERIFY(g_passFailed);
+        QVERIFY(t.m_passFailed);
         QVERIFY(g_repairedPaths.isEmpty());
-        g_passFailed = false;
         g_remuxed = true;
-        ThreadVideoRepair t2;
+        FileRoute t2;
         t2.m_workDir = m_dir;
         t2.m_fileName = QStringLiteral("x.mp4");
         t2.RebuildQuickTimeFile(QString());
@@ -283,7 +293,7 @@ private Q_SLOTS:
                                                                + calls.toUtf8() + "'\nfor a; do last=$a; done\n: > \"$last\"\n");
         g_videoTimeScale = g_videoSampleDelta = 10;
         g_soundTimeScale = 4;
-        ThreadVideoRepair t;
+        FileRoute t;
         t.m_isSowt = true;
         const QByteArray out = rebuild(t, source(), {Line(V, 0, 100), Line(A, 100, soundBytes), Line(V, 200, 100)});
         g_appDir = saved;

@@ -1,7 +1,7 @@
 // End to end: camera-like H.264 files with AAC or PCM sound whose movie was
 // lost, repaired from a sample (other damage: the QuickTime end-to-end test).
 #include "core/repair_globals.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "recovery/h264/overlapped_mux.h"
 #include "support/signal_log.h"
 #include "support/test_videos.h"

@@ -2,7 +2,7 @@
 // tables (broken samples: the QuickTime end-to-end test).
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "recovery/h264/bit_tools.h"
 #include "recovery/h264/h264_recovery.h"
 #include "support/test_videos.h"
@@ -32,7 +32,7 @@ class TestSampleLearning : public QObject {
 
     Learnt learn(const QString& sample)
     {
-        ThreadVideoRepair t;
+        QuickTimeRoute t;
         std::unique_ptr<ByteReader> r = FileReader::open(sample);
         [&] { QVERIFY(r); }();
         if (!r)

@@ -1,7 +1,7 @@
 // The HEVC pass's own pieces on crafted input.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/nal_sets.h"
 #include "recovery/hevc/hevc_tables.h"
@@ -80,7 +80,7 @@ private Q_SLOTS:
         FileWriter video, indexing;
         video.open(m_dir + QStringLiteral("/video.hevc"));
         indexing.open(m_dir + QStringLiteral("/Indexing"));
-        QCOMPARE(ThreadVideoRepair().CopyHevcParameterSets(r, 16 + 4, video, indexing), taken);
+        QCOMPARE(QuickTimeRoute().CopyHevcParameterSets(r, 16 + 4, video, indexing), taken);
         video.close();
         indexing.close();
         const QByteArray sc = QByteArray::fromHex("00000001");
@@ -122,7 +122,7 @@ private Q_SLOTS:
             MemoryReader r(bytes);
             FileWriter text;
             text.open(m_dir + QStringLiteral("/videotext.txt"));
-            ThreadVideoRepair().HevcFrameStarts(r, uint64_t(tablePos), false, text);
+            QuickTimeRoute().HevcFrameStarts(r, uint64_t(tablePos), false, text);
             text.close();
             return readAll(m_dir + QStringLiteral("/videotext.txt"));
         };

@@ -4,6 +4,7 @@
 // g_repairedPaths, as in a run.
 #include "core/route.h"
 
+#include <QList>
 #include <QStringList>
 
 namespace testvideo {
@@ -27,6 +28,17 @@ struct RouteRun : Reporter {
     void setRange(ulong) override {}
     void setValue(ulong) override {}
     void sendVerdict(const RepairJob& j, const Verdict& v) override;
+};
+
+// A reporter that keeps the progress ranges and counts the values.
+struct ProgressRecorder : Reporter {
+    QList<ulong> ranges;
+    int values = 0;
+    void showFileProgress(const QString&) override {}
+    void setLabel(const QString&) override {}
+    void setRange(ulong maximum) override { ranges << maximum; }
+    void setValue(ulong) override { ++values; }
+    void sendVerdict(const RepairJob&, const Verdict&) override {}
 };
 
 } // namespace testvideo

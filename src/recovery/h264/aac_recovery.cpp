@@ -10,7 +10,7 @@
 
 #include "core/code_search.h"
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
 
 } // namespace
 
-bool ThreadVideoRepair::LearnSampleAac(const ChainPaths& p, bool hevc)
+bool QuickTimeRoute::LearnSampleAac(const ChainPaths& p, bool hevc)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_audioOut.open(p.audio);
@@ -41,7 +41,7 @@ bool ThreadVideoRepair::LearnSampleAac(const ChainPaths& p, bool hevc)
 // The sample's sound track: channels, rate, mean frame size, and the first
 // three bytes of every chunk. An HEVC sample may hold a timed metadata
 // track (gmhd), which is neither.
-void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc)
+void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc)
 {
     const uint64_t size = r.size();
     m_pos = 4;
@@ -87,7 +87,7 @@ void ThreadVideoRepair::WalkSampleSound(ByteReader& r, FileWriter& audioText, bo
 // stsz of the sound track (code at pos): the count, and the mean size. A
 // table with one size for all samples has no entries; its size is the mean.
 // In an HEVC sample a single sound sample gives no mean.
-void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
+void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
 {
     const uint32_t constant = r.be32(pos + 8);
     g_audioSampleCount = r.be32(pos + 12);
@@ -112,7 +112,7 @@ void ThreadVideoRepair::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool he
 // each chunk, then the fixed record (for HEVC samples, the table of frame
 // starts such cameras write). Offsets outside the file are passed over:
 // their zero fill would teach the scanner a pattern of zeros.
-void ThreadVideoRepair::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText,
+void QuickTimeRoute::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText,
                                           bool hevc)
 {
     const uint64_t size = r.size();

@@ -10,7 +10,7 @@
 
 #include "core/code_search.h"
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -47,7 +47,7 @@ bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, ui
     return false;
 }
 
-void ThreadVideoRepair::RepairH264Aac(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairH264Aac(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -61,12 +61,12 @@ void ThreadVideoRepair::RepairH264Aac(const QString& inputPath, const QString& r
 // Without a sample: the file's first video chunk table must start on a NAL
 // length field, and hold at least two chunks, for the muxer to use the file
 // as it stands. Every dead end is one negative verdict.
-void ThreadVideoRepair::RemuxFromOwnIndex(const QString& inputPath)
+void QuickTimeRoute::RemuxFromOwnIndex(const QString& inputPath)
 {
     DecideFromOwnIndex(inputPath, OwnIndexAction::Remux);
 }
 
-std::unique_ptr<ByteReader> ThreadVideoRepair::OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen,
+std::unique_ptr<ByteReader> QuickTimeRoute::OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen,
                                                             uint64_t* mdatSize)
 {
     m_inAudioTrak = false;
@@ -86,7 +86,7 @@ std::unique_ptr<ByteReader> ThreadVideoRepair::OpenOwnMovie(const QString& input
     return nullptr;
 }
 
-void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action)
+void QuickTimeRoute::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action)
 {
     bool mdatSeen = false;
     uint64_t mdatSize = 0;
@@ -134,7 +134,7 @@ void ThreadVideoRepair::DecideFromOwnIndex(const QString& inputPath, OwnIndexAct
 // the first video track that has two chunks or more. Returns its code (stco
 // or co64) with m_pos on it and g_chunkCount set, or 0 when there is none,
 // the walk was stopped, or cut is set and a video track is reached.
-uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
+uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 {
     const uint64_t size = r.size();
     CodeSearch vmhd({"vmhd"_4cc});
@@ -167,7 +167,7 @@ uint32_t ThreadVideoRepair::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 
 // With a sample: walk its movie for the rate inputs, the parameter sets and
 // the first bytes of its frames, then run the chain.
-void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc)
+void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc)
 {
     // The output is listed by the rebuild step, which sees g_remuxed.
     QDir().mkpath(m_workDir);
@@ -211,7 +211,7 @@ void ThreadVideoRepair::LearnFromSample(const QString& inputPath, const QString&
     video.close();
 }
 
-void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing,
+void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing,
                                         FileWriter& videoText, bool hevc)
 {
     const uint64_t size = r.size();
@@ -286,7 +286,7 @@ void ThreadVideoRepair::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWr
 
 // The first SPS and the first PPS of an avcC box (code at pos), each behind a
 // start code, into the stream and into the parameter block file.
-void ThreadVideoRepair::CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing)
+void QuickTimeRoute::CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing)
 {
     static const char startCode[4] = {0, 0, 0, 1};
     uint64_t at = pos + 10;   // code, version, profile, compatibility, level, length size, SPS count
@@ -309,12 +309,12 @@ void ThreadVideoRepair::CopyParameterSets(ByteReader& r, uint64_t pos, FileWrite
 
 // The chunk table (code at pos): the three bytes behind the NAL length of the
 // first chunk's chain of units, and of the first unit of every other chunk.
-void ThreadVideoRepair::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
+void QuickTimeRoute::SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
 {
     SampleFrameStartsWith(r, pos, wide, videoText, NalStartSet::ReferenceNalBytes);
 }
 
-void ThreadVideoRepair::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText,
+void QuickTimeRoute::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText,
                                               NalStartSet set)
 {
     const uint64_t size = r.size();
@@ -350,7 +350,7 @@ void ThreadVideoRepair::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool 
 
 // The lpcm pass: the chain of the AAC pass, with PCM sound cut out between
 // the video runs instead of AAC frames told by patterns.
-void ThreadVideoRepair::RepairH264Lpcm(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairH264Lpcm(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -365,7 +365,7 @@ void ThreadVideoRepair::RepairH264Lpcm(const QString& inputPath, const QString& 
 
 // The sowt pass: the sample gives the frame starts of its video track, and
 // the index scanner turns the damaged file into lines for the rebuild.
-void ThreadVideoRepair::RepairH264Sowt(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairH264Sowt(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -389,7 +389,7 @@ void ThreadVideoRepair::RepairH264Sowt(const QString& inputPath, const QString& 
 
 // The twos pass: no patterns are learnt; the scanner steers by the access
 // unit delimiters of the file itself.
-void ThreadVideoRepair::RepairH264Twos(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairH264Twos(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -406,7 +406,7 @@ void ThreadVideoRepair::RepairH264Twos(const QString& inputPath, const QString& 
     g_muxerBusy = false;
 }
 
-void ThreadVideoRepair::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
+void QuickTimeRoute::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
 {
     const uint64_t size = r.size();
     m_pos = 4;

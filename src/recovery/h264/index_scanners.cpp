@@ -19,7 +19,7 @@
 
 #include "core/byte_reader.h"
 #include "core/log_cipher.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "recovery/h264/nal_sets.h"
 
 #include <QDebug>
@@ -437,7 +437,7 @@ void IndexScanner::runTwos(uint32_t gapSkip)
     }
 }
 
-void ThreadVideoRepair::ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath)
+void QuickTimeRoute::ScanIndexSowt(const QString& inputPath, const QString& videoUniquePath)
 {
     PatternSet patterns;
     patterns.load(videoUniquePath);
@@ -450,32 +450,31 @@ void ThreadVideoRepair::ScanIndexSowt(const QString& inputPath, const QString& v
     RunIndexScan(inputPath, [&](IndexScanner& s) { s.runSowt(patterns, audFirst); });
 }
 
-void ThreadVideoRepair::ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath)
+void QuickTimeRoute::ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath)
 {
     PatternSet patterns;
     patterns.load(videoUniquePath);
     RunIndexScan(inputPath, [&](IndexScanner& s) { s.runHevcPcm(patterns); });
 }
 
-void ThreadVideoRepair::ScanIndexTwos(const QString& inputPath)
+void QuickTimeRoute::ScanIndexTwos(const QString& inputPath)
 {
     const uint32_t skip = g_nullTrackSampleSize ? g_nullTrackSampleSize : 1024;
     RunIndexScan(inputPath, [&](IndexScanner& s) { s.runTwos(skip); });
 }
 
-void ThreadVideoRepair::RunIndexScan(const QString& inputPath, const std::function<void(IndexScanner&)>& scan)
+void QuickTimeRoute::RunIndexScan(const QString&, const std::function<void(IndexScanner&)>& scan)
 {
     g_remuxed = false;
-    m_file = OpenReadOnly(inputPath);
     if (!m_file) {
         H264PassFailed();
         return;
     }
     m_fileSize = g_inputSize = m_file->size();
-    Q_EMIT SetProgressBarRange(100);
+    m_report->setRange(100);
     LogCipher cipher;
     IndexScanner scanner(*m_file, [&](const IndexLine& line) { WriteLogLine(cipher, line.text()); });
-    scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
+    scanner.setProgress([this](unsigned percent) { m_report->setValue(percent); });
     QElapsedTimer clock;
     clock.start();
     scan(scanner);

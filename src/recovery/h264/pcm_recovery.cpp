@@ -9,7 +9,7 @@
 
 #include "core/code_search.h"
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QDebug>
 #include <QFile>
@@ -49,7 +49,7 @@ QString PcmChannelText(uint32_t channels)
     return channels == 1 || channels == 2 ? QString::number(channels) : QStringLiteral("2");
 }
 
-void ThreadVideoRepair::LearnSamplePcm(const ChainPaths& p)
+void QuickTimeRoute::LearnSamplePcm(const ChainPaths& p)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     g_pcmBits = g_pcmChannels = 0;
@@ -64,7 +64,7 @@ void ThreadVideoRepair::LearnSamplePcm(const ChainPaths& p)
 // The sample's sound track: rate (mdhd), bits and channels (a version 2 sound
 // description), and the first bytes of its chunks. A triple with a zero byte
 // is silence, not a start worth noting.
-void ThreadVideoRepair::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart)
+void QuickTimeRoute::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, bool everyStart)
 {
     const uint64_t size = r.size();
     m_pos = 4;
@@ -271,12 +271,12 @@ private:
 
 } // namespace
 
-void ThreadVideoRepair::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
+void QuickTimeRoute::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
 {
     FileWriter pcm;
     pcm.open(p.pcm);
     g_remuxed = true;
-    Q_EMIT SetProgressBarRange(100);
+    m_report->setRange(100);
     QByteArray paramBlock;
     {
         QFile indexing(p.indexing);
@@ -297,7 +297,7 @@ void ThreadVideoRepair::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
         qDebug().noquote() << QStringLiteral("PCM scan: %1 video units, %2 bytes of sound")
                                   .arg(units).arg(scanner.audioBytes());
     }
-    Q_EMIT setProgressvalue(100);
+    m_report->setValue(100);
     in.reset();
     pcm.close();
     video.close();

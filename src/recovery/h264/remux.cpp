@@ -4,7 +4,7 @@
 #include "recovery/h264/h264_recovery.h"
 
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QDir>
 #include <QFile>
@@ -113,21 +113,21 @@ int ComputeFrameRate(uint32_t sampleCount, uint32_t duration, uint32_t timescale
     return rate == 0 || rate > 1000 ? fallback : int(rate);
 }
 
-void ThreadVideoRepair::H264PassFailed()
+void QuickTimeRoute::H264PassFailed()
 {
     // The driver sends the file's one verdict when the pass returns.
     g_moovRead = false;
-    g_passFailed = true;
+    m_passFailed = true;
 }
 
-void ThreadVideoRepair::RemoveChainFiles(const ChainPaths& p)
+void QuickTimeRoute::RemoveChainFiles(const ChainPaths& p)
 {
     for (const QString& f : {p.video, p.audio, p.videoText, p.audioText, p.indexing, p.videoUnique,
                              p.audioUnique, p.pcm})
         QFile::remove(f);
 }
 
-void ThreadVideoRepair::PrepareMuxOutput()
+void QuickTimeRoute::PrepareMuxOutput()
 {
     g_outputName = m_fileName;
     g_outputNameRated = QStringLiteral("1_") + m_fileName;
@@ -138,7 +138,7 @@ void ThreadVideoRepair::PrepareMuxOutput()
 }
 
 // The first run: during the scan when that worked, else now from the files.
-void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
+void QuickTimeRoute::MuxVideoAndAudio(const ChainPaths& p)
 {
     g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
     const QString rateText = QString::number(g_frameRate);
@@ -157,7 +157,7 @@ void ThreadVideoRepair::MuxVideoAndAudio(const ChainPaths& p)
         H264PassFailed();
 }
 
-void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
+void QuickTimeRoute::MuxVideoOnly(const ChainPaths& p)
 {
     g_muxerBusy = true;
     g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
@@ -177,9 +177,9 @@ void ThreadVideoRepair::MuxVideoOnly(const ChainPaths& p)
         H264PassFailed();
 }
 
-void ThreadVideoRepair::RemuxDamagedFile(const QString& inputPath)
+void QuickTimeRoute::RemuxDamagedFile(const QString& inputPath)
 {
-    Q_EMIT SetProgressBarRange(100);
+    m_report->setRange(100);
     RemuxOwnIndex(inputPath, true);
 }
 
@@ -188,12 +188,12 @@ QString RemuxDamagedSowtCommand(const QString& input, const QString& out)
     return RemuxDamagedCommand(input, out, true);
 }
 
-void ThreadVideoRepair::RemuxDamagedFileLpcm(const QString& inputPath)
+void QuickTimeRoute::RemuxDamagedFileLpcm(const QString& inputPath)
 {
     RemuxOwnIndex(inputPath, false);
 }
 
-void ThreadVideoRepair::RemuxDamagedFileSowt(const QString& inputPath)
+void QuickTimeRoute::RemuxDamagedFileSowt(const QString& inputPath)
 {
     g_outputName = m_fileName;
     g_hasSoundTrak = true;   // the sowt command always copies the sound
@@ -203,12 +203,12 @@ void ThreadVideoRepair::RemuxDamagedFileSowt(const QString& inputPath)
 
 // The muxer rewrites a damaged file around its own index, into a file of the
 // source's name; the sound is copied when a sound track was noted.
-void ThreadVideoRepair::RemuxOwnIndex(const QString& inputPath, bool halfwayProgress)
+void QuickTimeRoute::RemuxOwnIndex(const QString& inputPath, bool halfwayProgress)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     QDir().mkpath(m_workDir);
     if (halfwayProgress)
-        Q_EMIT setProgressvalue(50);
+        m_report->setValue(50);
     const QString out = m_workDir + QLatin1Char('/') + m_fileName;
     QFile::remove(out);
     RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
@@ -218,7 +218,7 @@ void ThreadVideoRepair::RemuxOwnIndex(const QString& inputPath, bool halfwayProg
         H264PassFailed();
 }
 
-void ThreadVideoRepair::MuxVideoAndPcm(const ChainPaths& p)
+void QuickTimeRoute::MuxVideoAndPcm(const ChainPaths& p)
 {
     // The last format the muxer was told; a bit depth it has no name for
     // leaves it as it was.

@@ -5,7 +5,7 @@
 
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 #include "recovery/h264/bit_tools.h"
 
 #include <QDebug>
@@ -312,7 +312,7 @@ void StreamScanner::videoOnly()
     }
 }
 
-void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
+void QuickTimeRoute::ScanStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
     // The first run names the fixed rate; a second one, if any, runs later.
@@ -328,7 +328,7 @@ void ThreadVideoRepair::ScanStreams(FileWriter& video, const ChainPaths& p)
         MuxVideoOnly(p);
 }
 
-bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules,
+bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, const NalScanRules& rules,
                                          bool& audioMode, const FirstMuxCommand& firstMux)
 {
     m_firstMuxDone = false;
@@ -339,7 +339,7 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
             paramBlock = indexing.readAll();
     }
     g_remuxed = true;
-    Q_EMIT SetProgressBarRange(100);
+    m_report->setRange(100);
 
     audioMode = g_hasSoundTrak;
     if (audioMode && !AdtsRateSupported(g_audioSampleRate)) {
@@ -390,14 +390,14 @@ bool ThreadVideoRepair::ScanChainStreams(FileWriter& video, const ChainPaths& p,
 
 // One scan of the damaged file into the two stream writers, which are
 // closed at its end. Returns the count of video units written.
-uint64_t ThreadVideoRepair::ScanIntoStreams(ByteReader* in, FileWriter& video, bool audioMode,
+uint64_t QuickTimeRoute::ScanIntoStreams(ByteReader* in, FileWriter& video, bool audioMode,
                                             const PatternSet& patterns, const QByteArray& paramBlock,
                                             const NalScanRules& rules)
 {
     uint64_t units = 0;
     if (in) {
         StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, rules);
-        scanner.setProgress([this](unsigned percent) { Q_EMIT setProgressvalue(percent); });
+        scanner.setProgress([this](unsigned percent) { m_report->setValue(percent); });
         QElapsedTimer clock;
         clock.start();
         scanner.run();

@@ -4,7 +4,7 @@
 #include "recovery/h264/h264_recovery.h"
 
 #include "core/byte_reader.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QFile>
 
@@ -80,7 +80,7 @@ bool PatternSet::matchAt(ByteReader& r, uint64_t pos) const
     return has(r.be24(pos));
 }
 
-void ThreadVideoRepair::WriteVideoUniqueFileIndex(const ChainPaths& p)
+void QuickTimeRoute::WriteVideoUniqueFileIndex(const ChainPaths& p)
 {
     ReduceToUnique(p.videoText, p.videoUnique);
     ScanIndexSowt(p.input, p.videoUnique);

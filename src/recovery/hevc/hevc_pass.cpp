@@ -10,7 +10,7 @@
 
 #include "core/code_search.h"
 #include "core/muxer.h"
-#include "core/thread_video_repair.h"
+#include "core/quicktime_route.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,7 +51,7 @@ bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t coun
     return !g_stopRequested;
 }
 
-void MuxHevcOnce(ThreadVideoRepair& t, const ChainPaths& p,
+void MuxHevcOnce(QuickTimeRoute& t, const ChainPaths& p,
                  const std::function<QString(const QString& out, const QString& rate)>& command)
 {
     g_muxerBusy = true;
@@ -73,7 +73,7 @@ void MuxHevcOnce(ThreadVideoRepair& t, const ChainPaths& p,
 
 } // namespace
 
-void ThreadVideoRepair::RepairHevcAac(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairHevcAac(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -86,7 +86,7 @@ void ThreadVideoRepair::RepairHevcAac(const QString& inputPath, const QString& r
 
 // The lpcm pass: the chain of the H.264 lpcm pass on HEVC units. Its header
 // set has no type 0 or 1 units and no parameter sets.
-void ThreadVideoRepair::RepairHevcLpcm(const QString& inputPath, const QString& referencePath)
+void QuickTimeRoute::RepairHevcLpcm(const QString& inputPath, const QString& referencePath)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
@@ -99,7 +99,7 @@ void ThreadVideoRepair::RepairHevcLpcm(const QString& inputPath, const QString& 
     g_muxerBusy = false;
 }
 
-void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
+void QuickTimeRoute::RemuxHevcFromOwnIndex(const QString& inputPath)
 {
     std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, true);
     if (!file)
@@ -121,7 +121,7 @@ void ThreadVideoRepair::RemuxHevcFromOwnIndex(const QString& inputPath)
         H264PassFailed();
 }
 
-void ThreadVideoRepair::RemuxDamagedHevcFile(const QString& inputPath)
+void QuickTimeRoute::RemuxDamagedHevcFile(const QString& inputPath)
 {
     RemuxDamagedFile(inputPath);
 }
@@ -130,7 +130,7 @@ void ThreadVideoRepair::RemuxDamagedHevcFile(const QString& inputPath)
 // box and the file, so that any order of the arrays gives the sets in the
 // order a decoder needs: VPS, SPS, PPS. Of an array with several units the
 // first is taken.
-bool ThreadVideoRepair::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video,
+bool QuickTimeRoute::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video,
                                               FileWriter& indexing)
 {
     if (pos < 4)
@@ -178,7 +178,7 @@ bool ThreadVideoRepair::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileW
 // the first unit of a chunk twice. A chain that runs into the next chunk of
 // the table stops there, as that entry walks on from it: the walk over
 // contiguous chunks stays linear. The slice start table follows.
-void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm)
+void QuickTimeRoute::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm)
 {
     // With lpcm the two bytes behind the header's first must both be set.
     auto unitAt = [&](uint64_t at) {
@@ -221,7 +221,7 @@ void ThreadVideoRepair::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, 
     m_pos = pos + count * width;
 }
 
-void ThreadVideoRepair::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
+void QuickTimeRoute::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
     const auto firstMux = [this](bool withAudio, const QString& v, const QString& a) {
@@ -238,14 +238,14 @@ void ThreadVideoRepair::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
         MuxHevcVideoOnly(p);
 }
 
-void ThreadVideoRepair::MuxHevcVideoAndAudio(const ChainPaths& p)
+void QuickTimeRoute::MuxHevcVideoAndAudio(const ChainPaths& p)
 {
     MuxHevcOnce(*this, p, [&p](const QString& out, const QString& rate) {
         return MuxVideoAndAudioCommand(p.video, p.audio, out, rate);
     });
 }
 
-void ThreadVideoRepair::MuxHevcVideoOnly(const ChainPaths& p)
+void QuickTimeRoute::MuxHevcVideoOnly(const ChainPaths& p)
 {
     MuxHevcOnce(*this, p,
                 [&p](const QString& out, const QString& rate) { return MuxVideoOnlyCommand(p.video, out, rate); });
@@ -255,7 +255,7 @@ void ThreadVideoRepair::MuxHevcVideoOnly(const ChainPaths& p)
 // around their own media data; any other size has its elementary streams
 // video.hevc and Audio.pcm cut out by the lpcm scan on HEVC units, and the
 // muxer turns the sound into AAC.
-void ThreadVideoRepair::ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p)
+void QuickTimeRoute::ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p)
 {
     const qint64 size = QFileInfo(p.input).size();
     if (size > kHevcIndexModeMin && size < kHevcIndexModeEnd) {
