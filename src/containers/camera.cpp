@@ -14,7 +14,7 @@
 void QuickTimeRoute::RemuxCameraFile(const QString& path)
 {
     const QFileInfo info(path);
-    g_inputSize = m_fileSize = uint64_t(std::max<qint64>(info.size(), 0));
+    m_inputSize = m_fileSize = uint64_t(std::max<qint64>(info.size(), 0));
     const ulong half = ulong(m_fileSize / 2);
     m_report->setRange(ulong(m_fileSize));
 

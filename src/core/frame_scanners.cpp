@@ -50,7 +50,7 @@ void QuickTimeRoute::ScanJpegFrames()
     LogCipher cipher;
     const uint64_t range = std::min<uint64_t>(m_fileSize, 0x40000000u);
     m_report->setRange(ulong(range));
-    const uint64_t end = std::min<uint64_t>(g_inputSize, m_file ? m_file->size() : 0);
+    const uint64_t end = std::min<uint64_t>(m_inputSize, m_file ? m_file->size() : 0);
     ByteReader& f = *m_file;
     uint32_t skip = 5000;
     uint32_t count = 0;

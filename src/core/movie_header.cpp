@@ -152,18 +152,13 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
         return;
     ByteReader& r = *file;
 
-    g_videoTimeScale = g_soundTimeScale = 0;
-    g_frameWidth = g_frameHeight = 0;
-    g_videoSampleDelta = g_audioSampleDelta = g_audioFrameSize = 0;
-    m_videoStsdSize = m_audioStsdSize = m_audioStsdRate = 0;
-    m_videoStsd.clear();
-    m_audioStsd.clear();
-    m_hasCtts = false;
-    m_cttsEntries = m_cttsCount0 = m_cttsOffset0 = m_cttsCount1 = m_cttsOffset1 = 0;
-    m_cttsCount2 = m_cttsOffset2 = 0;
-    if (!reference)
-        m_isJpeg = false;   // the sample's reader leaves it as it was
-    m_isProRes = m_isHevc = m_isMpeg4In3gp = m_isTwos = m_isSowt = m_isLpcm = m_isLpcmHevc = false;
+    // The facts start afresh, but for two: the sample's reader leaves isJpeg
+    // as the damaged file's set it, and whether the movie has sound is
+    // cleared once per file, not per reader.
+    MovieFacts fresh;
+    fresh.isJpeg = reference && m_movie.isJpeg;
+    fresh.hasSoundTrak = m_movie.hasSoundTrak;
+    m_movie = fresh;
     m_trakPos = 0;
     m_inAudioTrak = m_inVideoTrak = m_haveVideoTrak = m_inNullTrak = m_inGenericTrak = false;
     int sttsCount = 0;
@@ -175,7 +170,7 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
         return;
     // The damaged file is scanned to its end; the sample only over its moov.
     const uint64_t scanEnd = reference ? m_moovBodyPos + m_moovSize : m_fileSize;
-    uint64_t& countDown = reference ? m_refFileSize : g_inputSize;
+    uint64_t& countDown = reference ? m_refFileSize : m_inputSize;
     TrackSearch memo;
 
     // A copy of the atom whose 4CC is at pos, from its size word on. A size
@@ -222,74 +217,74 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
 
         if (m_inVideoTrak) {
             if (w == "mdhd"_4cc) {
-                g_videoTimeScale = r.be32(m_pos + 16);
+                m_movie.videoTimeScale = r.be32(m_pos + 16);
             } else if (!reference && w == "jpeg"_4cc) {
-                m_isJpeg = true;
+                m_movie.isJpeg = true;
             } else if (w == "es26"_4cc || w == "mp4v"_4cc) {
                 if (m_carried->is3gp)
-                    m_isMpeg4In3gp = true;
+                    m_movie.isMpeg4In3gp = true;
             } else if (w == "apch"_4cc || w == "apcn"_4cc || w == "apcs"_4cc || w == "apco"_4cc
                        || w == "ap4h"_4cc) {
-                m_isProRes = true;
+                m_movie.isProRes = true;
             } else if (w == "hvc1"_4cc || w == "hev1"_4cc) {
-                m_isHevc = true;
+                m_movie.isHevc = true;
             } else if (w == "mdat"_4cc) {
                 done = true;
             } else if (w == "stsc"_4cc) {
-                if (!reference && g_videoSampleDelta == 0) {
+                if (!reference && m_movie.videoSampleDelta == 0) {
                     // The stts behind the stsc gives the frame duration.
                     const uint32_t s = r.be32(m_pos - 4);
                     if (r.be32(m_pos + s) == "stts"_4cc)
-                        g_videoSampleDelta = r.be32(m_pos + s + 16);
+                        m_movie.videoSampleDelta = r.be32(m_pos + s + 16);
                 }
                 m_inVideoTrak = false;
             } else if (w == "tkhd"_4cc) {
-                g_frameWidth = r.be32(m_pos + 78);
-                g_frameHeight = r.be32(m_pos + 82);
+                m_movie.frameWidth = r.be32(m_pos + 78);
+                m_movie.frameHeight = r.be32(m_pos + 82);
                 if (reference && m_log && m_log->isOpen()) {
-                    m_log->write(QByteArray("FrameWidth = ") + QByteArray::number(g_frameWidth) + "\r\n");
-                    m_log->write(QByteArray("FrameHeight = ") + QByteArray::number(g_frameHeight) + "\r\n");
+                    m_log->write(QByteArray("FrameWidth = ") + QByteArray::number(m_movie.frameWidth) + "\r\n");
+                    m_log->write(QByteArray("FrameHeight = ") + QByteArray::number(m_movie.frameHeight) + "\r\n");
                 }
             } else if (w == "stsd"_4cc) {
-                m_videoStsdSize = r.be32(m_pos - 4);
-                if (reference || m_videoStsdSize < 1000)
-                    m_videoStsd = copyAtom(m_pos, m_videoStsdSize);
+                m_movie.videoStsdSize = r.be32(m_pos - 4);
+                if (reference || m_movie.videoStsdSize < 1000)
+                    m_movie.videoStsd = copyAtom(m_pos, m_movie.videoStsdSize);
             } else if (w == "stts"_4cc) {
                 if (reference) {
-                    g_videoSampleDelta = r.be32(m_pos + 16);
+                    m_movie.videoSampleDelta = r.be32(m_pos + 16);
                     m_inVideoTrak = false;
                     if (++sttsCount >= 2)
                         done = true;
                 } else if (sttsCount == 2) {
                     done = true;
                 } else {
-                    g_videoSampleDelta = r.be32(m_pos + 16);
+                    m_movie.videoSampleDelta = r.be32(m_pos + 16);
                     ++sttsCount;
                 }
             } else if (w == "ctts"_4cc) {
-                m_cttsOffset2 = 0;
+                m_movie.cttsOffset2 = 0;
                 if (!reference) {
                     // The word where the next atom's size stands is compared with stsc.
                     const uint32_t s = r.be32(m_pos - 4);
                     const uint64_t next = m_pos + s - 4;
-                    if (next < g_inputSize && r.be32(next) != "stsc"_4cc)
+                    if (next < m_inputSize && r.be32(next) != "stsc"_4cc)
                         m_inVideoTrak = false;
                 }
-                m_cttsEntries = r.be32(m_pos + 8);
-                if (m_cttsEntries > 1) {
-                    m_hasCtts = true;
+                m_movie.cttsEntries = r.be32(m_pos + 8);
+                if (m_movie.cttsEntries > 1) {
+                    m_movie.hasCtts = true;
                     m_pos += 12;
-                    m_cttsCount0 = r.be32(m_pos);
-                    m_cttsOffset0 = r.be32(m_pos + 4);
+                    m_movie.cttsCount0 = r.be32(m_pos);
+                    m_movie.cttsOffset0 = r.be32(m_pos + 4);
                     m_pos += 8;
-                    m_cttsCount1 = r.be32(m_pos);
-                    m_cttsOffset1 = r.be32(m_pos + 4);
+                    m_movie.cttsCount1 = r.be32(m_pos);
+                    m_movie.cttsOffset1 = r.be32(m_pos + 4);
                     m_pos += 8;
-                    if (m_cttsCount1 == 2) {
-                        m_cttsOffset2 = m_cttsOffset1;
-                    } else if (m_cttsCount1 == 1) {
-                        m_cttsCount2 = r.be32(m_pos);
-                        m_cttsOffset2 = r.be32(m_pos + 4);
+                    if (m_movie.cttsCount1 == 2) {
+                        m_movie.cttsOffset2 = m_movie.cttsOffset1;
+                    } else if (m_movie.cttsCount1 == 1) {
+                        m_movie.cttsCount2 = r.be32(m_pos);
+                        m_movie.cttsOffset2 = r.be32(m_pos + 4);
                     }
                 }
             }
@@ -299,30 +294,30 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
             static const uint32_t audioCodes[] = {"stsd"_4cc, "mdhd"_4cc, "twos"_4cc, "sowt"_4cc, "lpcm"_4cc,
                                                   "stsz"_4cc, "stts"_4cc, "mdat"_4cc};
             if (std::find(std::begin(audioCodes), std::end(audioCodes), w) != std::end(audioCodes))
-                g_hasSoundTrak = true;
+                m_movie.hasSoundTrak = true;
             if (w == "stsd"_4cc) {
-                m_audioStsdSize = r.be32(m_pos - 4);
-                if (m_audioStsdSize < 670)
-                    m_audioStsd = copyAtom(m_pos, m_audioStsdSize);
-                m_audioStsdRate = r.be32(m_pos + 42);
+                m_movie.audioStsdSize = r.be32(m_pos - 4);
+                if (m_movie.audioStsdSize < 670)
+                    m_movie.audioStsd = copyAtom(m_pos, m_movie.audioStsdSize);
+                m_movie.audioStsdRate = r.be32(m_pos + 42);
             } else if (w == "mdhd"_4cc) {
-                g_soundTimeScale = r.be32(m_pos + 16);
+                m_movie.soundTimeScale = r.be32(m_pos + 16);
             } else if (w == "twos"_4cc) {
-                m_isTwos = true;
+                m_movie.isTwos = true;
             } else if (w == "sowt"_4cc) {
-                m_isSowt = true;
+                m_movie.isSowt = true;
                 if (reference)
                     m_carried->is3gp = false;
             } else if (w == "lpcm"_4cc) {
-                m_isLpcm = true;
-                if (m_isHevc) {
-                    m_isLpcmHevc = true;
-                    m_isHevc = false;
+                m_movie.isLpcm = true;
+                if (m_movie.isHevc) {
+                    m_movie.isLpcmHevc = true;
+                    m_movie.isHevc = false;
                 }
             } else if (w == "stsz"_4cc) {
                 const uint32_t a = r.be32(m_pos + 16);
                 const uint32_t b = r.be32(m_pos + 20);
-                g_audioFrameSize = a == 4 ? b : b - 50;
+                m_movie.audioFrameSize = a == 4 ? b : b - 50;
                 m_inAudioTrak = false;
                 if (reference) {
                     if (m_inVideoTrak)
@@ -332,7 +327,7 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
                     done = true;
                 }
             } else if (w == "stts"_4cc) {
-                g_audioSampleDelta = r.be32(m_pos + 16);
+                m_movie.audioSampleDelta = r.be32(m_pos + 16);
                 ++sttsCount;
             } else if (w == "mdat"_4cc) {
                 done = true;

@@ -185,22 +185,22 @@ bool QuickTimeRoute::FindDamagedMovie(bool& imkhMark)
         return movieFound;
 
     // Two windows near the end, counted by one step counter.
-    m_fileSize = g_inputSize;
-    const bool small = g_inputSize < kSmallFile;
+    m_fileSize = m_inputSize;
+    const bool small = m_inputSize < kSmallFile;
     const ulong range = small ? 5000 : 50000;
     m_report->setRange(range);
     uint64_t steps = 0;
-    m_pos = small ? 0 : g_inputSize - 0x400000;
+    m_pos = small ? 0 : m_inputSize - 0x400000;
     if (SearchMovieWindow(r, movieFound, steps, 0x500000, range, true, false) || movieFound
         || g_stopRequested)
         return movieFound;
-    m_pos = small ? 0 : g_inputSize - 0xA00000;
+    m_pos = small ? 0 : m_inputSize - 0xA00000;
     if (SearchMovieWindow(r, movieFound, steps, 0xA00000, range, true, false) || movieFound
         || g_stopRequested)
         return movieFound;
 
     // The first MiB, behind damage at the head of the file.
-    if (g_inputSize <= kSmallFile)
+    if (m_inputSize <= kSmallFile)
         return false;
     m_pos = 0;
     steps = 0;
@@ -211,8 +211,8 @@ bool QuickTimeRoute::FindDamagedMovie(bool& imkhMark)
 bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
 {
     const QFileInfo info(referencePath);
-    g_referenceFullPath = info.absolutePath() + QLatin1Char('/') + info.fileName();
-    m_refFile = OpenReadOnly(g_referenceFullPath);
+    m_referencePath = info.absolutePath() + QLatin1Char('/') + info.fileName();
+    m_refFile = OpenReadOnly(m_referencePath);
     if (!m_refFile)
         return false;
     bool movieFound = false;

@@ -282,8 +282,8 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
     m_pos = m_outFile.pos();
     m_moovPos = m_pos;
     m_outFile.beginBox("moov");
-    const uint32_t timeScale = g_videoTimeScale ? g_videoTimeScale : 25;
-    const uint32_t delta = g_videoSampleDelta ? g_videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
+    const uint32_t timeScale = m_movie.videoTimeScale ? m_movie.videoTimeScale : 25;
+    const uint32_t delta = m_movie.videoSampleDelta ? m_movie.videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
     m_outFile.be32(108);
     m_outFile.fourcc("mvhd");
     m_outFile.be32(0);                            // version, flags
@@ -306,16 +306,16 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
         m_passFailed = true;
     }
     if (m_inAudioTrak && !g_stopRequested) {
-        if (m_isLpcm) {
+        if (m_movie.isLpcm) {
             for (const char* name : {"video.hevc", "Audio.pcm", "videotext.txt", "audio.txt", "Indexing",
                                      "VideoUNIQUEfile.txt", "AudioUNIQUEfile.txt"})
                 QFile::remove(m_workDir + QLatin1Char('/') + QLatin1String(name));
         }
-        if (m_isSowt) {
+        if (m_movie.isSowt) {
             // Speed check: a sound track twice as long as the video means the
             // video's timing is half what it should be.
             g_remuxed = false;
-            m_isSowt = false;
+            m_movie.isSowt = false;
             const QString f = m_workDir + QLatin1Char('/') + m_fileName;
             RunMuxer(SplitVideoCommand(f), m_workDir);
             RunMuxer(SplitAudioCommand(f), m_workDir);
@@ -342,11 +342,11 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
 void QuickTimeRoute::WriteVideoTrack()
 {
     FileWriter& w = m_outFile;
-    const uint32_t timeScale = g_videoTimeScale ? g_videoTimeScale : 25;
-    const uint32_t delta = g_videoSampleDelta ? g_videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
+    const uint32_t timeScale = m_movie.videoTimeScale ? m_movie.videoTimeScale : 25;
+    const uint32_t delta = m_movie.videoSampleDelta ? m_movie.videoSampleDelta : std::max<uint32_t>(1, timeScale / 25);
     const uint32_t duration = m_videoFrames * delta;
     w.beginBox("trak");
-    WriteTkhd(w, 1, duration, g_frameWidth, g_frameHeight);
+    WriteTkhd(w, 1, duration, m_movie.frameWidth, m_movie.frameHeight);
     w.be32(0x24); w.fourcc("edts");
     w.be32(0x1C); w.fourcc("elst");
     w.be32(0); w.be32(1);
@@ -359,25 +359,25 @@ void QuickTimeRoute::WriteVideoTrack()
     WriteHdlr(w, "dhlr", "alis");
     WriteDinf(w);
     w.beginBox("stbl");
-    WriteStsdCopy(w, m_videoStsd, m_videoStsdSize);
+    WriteStsdCopy(w, m_movie.videoStsd, m_movie.videoStsdSize);
     WriteStts(w, m_videoFrames, delta);
-    if (m_hasCtts) {
+    if (m_movie.hasCtts) {
         // Made from the first entries of the source, repeated over all frames.
         w.beginBox("ctts");
         w.be32(0);
         const uint64_t countAt = w.pos();
         w.be32(0);
         uint32_t count = 0;
-        if (m_cttsOffset0 != 0) {
+        if (m_movie.cttsOffset0 != 0) {
             while (count < m_videoFrames) {
-                for (uint32_t o : {m_cttsOffset0, m_cttsOffset1, m_cttsOffset2}) { w.be32(1); w.be32(o); }
+                for (uint32_t o : {m_movie.cttsOffset0, m_movie.cttsOffset1, m_movie.cttsOffset2}) { w.be32(1); w.be32(o); }
                 count += 3;
             }
         } else {
-            w.be32(1); w.be32(m_cttsOffset0);
+            w.be32(1); w.be32(m_movie.cttsOffset0);
             count = 1;
             while (count < m_videoFrames) {
-                for (uint32_t o : {m_cttsOffset1, m_cttsOffset2}) { w.be32(1); w.be32(o); }
+                for (uint32_t o : {m_movie.cttsOffset1, m_movie.cttsOffset2}) { w.be32(1); w.be32(o); }
                 count += 2;
             }
         }
@@ -409,16 +409,16 @@ void QuickTimeRoute::WriteVideoTrack()
 void QuickTimeRoute::WriteAudioTrack()
 {
     FileWriter& w = m_outFile;
-    const bool pcm = m_isTwos || m_isSowt;
+    const bool pcm = m_movie.isTwos || m_movie.isSowt;
     uint32_t count = m_audioFrames, delta = 1024;
     if (pcm) {
         count = m_audioSamples;
         delta = 1;
-    } else if (m_isProRes) {
-        delta = m_audioStsdRate;
+    } else if (m_movie.isProRes) {
+        delta = m_movie.audioStsdRate;
     }
     const uint32_t duration = count * delta;
-    const uint32_t timeScale = g_soundTimeScale ? g_soundTimeScale : (m_audioStsdRate ? m_audioStsdRate : 48000);
+    const uint32_t timeScale = m_movie.soundTimeScale ? m_movie.soundTimeScale : (m_movie.audioStsdRate ? m_movie.audioStsdRate : 48000);
     w.beginBox("trak");
     WriteTkhd(w, 2, duration, 0, 0);
     w.beginBox("mdia");
@@ -429,7 +429,7 @@ void QuickTimeRoute::WriteAudioTrack()
     WriteHdlr(w, "dhlr", "alis");
     WriteDinf(w);
     w.beginBox("stbl");
-    WriteStsdCopy(w, m_audioStsd, m_audioStsdSize);
+    WriteStsdCopy(w, m_movie.audioStsd, m_movie.audioStsdSize);
     WriteStts(w, count, delta);
     std::vector<uint32_t> perChunk;
     for (const auto& c : m_audioChunks)

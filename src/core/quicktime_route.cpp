@@ -66,13 +66,6 @@ std::unique_ptr<ByteReader> QuickTimeRoute::OpenReadOnly(const QString& path) { 
 
 void QuickTimeRoute::WriteLogLine(LogCipher& cipher, const QString& line) { WriteCipheredLine(m_log, cipher, line); }
 
-uint32_t QuickTimeRoute::MovieCodecs() const
-{
-    return (m_isJpeg ? kCodecJpeg : 0) | (m_isProRes ? kCodecProRes : 0) | (m_isHevc ? kCodecHevc : 0)
-         | (m_isMpeg4In3gp ? kCodecMpeg4 : 0) | (m_isTwos ? kCodecTwos : 0) | (m_isSowt ? kCodecSowt : 0)
-         | (m_isLpcm ? kCodecLpcm : 0) | (m_isLpcmHevc ? kCodecLpcmHevc : 0);
-}
-
 Verdict QuickTimeRoute::repair(RepairJob& job, Reporter& report)
 {
     m_report = &report;
@@ -83,7 +76,7 @@ Verdict QuickTimeRoute::repair(RepairJob& job, Reporter& report)
     m_workDir = job.workDir;
     m_logPath = job.logPath;
     m_fileName = job.fileName;
-    m_fileSize = g_inputSize = m_file ? m_file->size() : uint64_t(QFileInfo(job.inputPath).size());
+    m_fileSize = m_inputSize = m_file ? m_file->size() : uint64_t(QFileInfo(job.inputPath).size());
     if (job.suffix == QLatin1String("3gp") || job.suffix == QLatin1String("3g2"))
         m_carried->is3gp = true;
     const Verdict verdict = RepairFile(job);
@@ -96,7 +89,6 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
     const QString& referencePath = job.referencePath;
     bool movieFound = false;
     bool imkh = false;
-    g_hasSoundTrak = false;   // set again by the movie reader of this file
     if (referencePath.isEmpty() && !job.referenceMode) {
         if (m_file) {
             m_report->showFileProgress(m_fileName);
@@ -130,7 +122,7 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
             m_report->setValue(ulong(done * 1000 / std::max<uint64_t>(total, 1)));
         };
         const bool firstPass = referencePath.isEmpty() && !job.referenceMode;
-        bySyntax = syntax::RecoverBySyntax(job.inputPath, firstPass ? job.inputPath : g_referenceFullPath,
+        bySyntax = syntax::RecoverBySyntax(job.inputPath, firstPass ? job.inputPath : m_referencePath,
                                            syntaxPath, control);
         if (job.stopped()) {
             QFile::remove(syntaxPath);
@@ -149,7 +141,7 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
         return m_passFailed ? Verdict::failed() : Verdict::repaired(outPath);
     }
     if (!syntaxSuffices) {
-        switch (PassForCodecs(MovieCodecs())) {
+        switch (PassForCodecs(m_movie.codecs())) {
         case QuickTimePass::Mpeg4Frames:
             if (m_file)
                 ScanMpeg4Frames();
@@ -163,22 +155,22 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
                 ScanProResFrames();
             break;
         case QuickTimePass::HevcLpcm:
-            RepairHevcLpcm(job.inputPath, g_referenceFullPath);
+            RepairHevcLpcm(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::H264Lpcm:
-            RepairH264Lpcm(job.inputPath, g_referenceFullPath);
+            RepairH264Lpcm(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::HevcAac:
-            RepairHevcAac(job.inputPath, g_referenceFullPath);
+            RepairHevcAac(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::H264Twos:
-            RepairH264Twos(job.inputPath, g_referenceFullPath);
+            RepairH264Twos(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::H264Sowt:
-            RepairH264Sowt(job.inputPath, g_referenceFullPath);
+            RepairH264Sowt(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::H264Aac:
-            RepairH264Aac(job.inputPath, g_referenceFullPath);
+            RepairH264Aac(job.inputPath, m_referencePath);
             break;
         case QuickTimePass::None:
             break;
@@ -205,7 +197,7 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
     const bool repaired = KeepBetterOutput(bySyntax, syntaxPath, outPath, !syntaxSuffices && !m_passFailed, figures);
     if (repaired)
         verdict = Verdict::repaired(outPath);
-    verdict.defaultCodec = MovieCodecs() == 0;
+    verdict.defaultCodec = m_movie.codecs() == 0;
     verdict.hasFigures = true;
     verdict.figures = {figures.videoFrames, figures.audioSeconds, bySyntax.skippedBytes};
     verdict.unreadableBytes = bySyntax.unreadableBytes;

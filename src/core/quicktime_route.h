@@ -6,6 +6,7 @@
 // of their subsystem (core/, recovery/h264/, recovery/hevc/, containers/).
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
+#include "core/movie_facts.h"
 #include "core/repair_globals.h"
 #include "core/route.h"
 
@@ -68,23 +69,29 @@ public:
     void RepairHevcLpcm(const QString& inputPath, const QString& referencePath);
 
     // ---- H.264 recovery chain (recovery/h264/) ----
+    // Which chain a pass runs: H.264 or HEVC units, AAC or PCM sound. The
+    // pass sets it as it starts; every stage of the chain reads it.
+    struct ChainFlavour {
+        bool hevc = false;
+        bool pcm = false;
+    };
+    ChainFlavour m_chain;
     // Without a sample: remux when the file's own chunk table is usable.
     void RemuxFromOwnIndex(const QString& inputPath);
     // With a sample: learn from it, then run the chain down to the muxer.
     // hevc: the same walks for an HEVC sample (hvcC, every chunk's chain, mmpu).
-    void LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc = false);
-    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText,
-                         bool hevc = false);
+    void LearnFromSample(const QString& inputPath, const QString& referencePath);
+    void WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText);
     void CopyParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
     void SampleFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
     // The chain's sound stages: what the sample teaches of its sound, into
     // the audio text list. LearnSampleAac is false when the sample has no
     // sound track (the list stays empty).
-    bool LearnSampleAac(const ChainPaths& p, bool hevc);
+    bool LearnSampleAac(const ChainPaths& p);
     void LearnSamplePcm(const ChainPaths& p);
-    void WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc = false);
-    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc = false);
-    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText, bool hevc = false);
+    void WalkSampleSound(ByteReader& r, FileWriter& audioText);
+    void ReadAudioFrameSizes(ByteReader& r, uint64_t pos);
+    void SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText);
     void WriteVideoUniqueFileIndex(const ChainPaths& p);
     void ScanStreams(FileWriter& video, const ChainPaths& p);
     // The scan of ScanStreams under the given header rules; false when the
@@ -112,7 +119,7 @@ public:
     // Opens the file of a pass without a sample and walks to its movie
     // (m_moovPos, m_moovSize). Null, with the negative verdict sent, when the
     // file can't be read or has no movie.
-    std::unique_ptr<ByteReader> OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen = nullptr,
+    std::unique_ptr<ByteReader> OpenOwnMovie(const QString& inputPath, bool* mdatSeen = nullptr,
                                              uint64_t* mdatSize = nullptr);
     uint32_t FindOwnVideoChunkTable(ByteReader& r, bool cut);
     void DecideFromOwnIndex(const QString& inputPath, OwnIndexAction action);
@@ -132,7 +139,6 @@ public:
     void ScanIndexTwos(const QString& inputPath);
     void ScanIndexHevcPcm(const QString& inputPath, const QString& videoUniquePath);
     void RunIndexScan(const QString& inputPath, const std::function<void(IndexScanner&)>& scan);
-    bool m_pcmChain = false;                // the lpcm pass runs the chain of Audio.pcm
 
     // ---- HEVC recovery (recovery/hevc/) ----
     // Without a sample: remux when the file's own chunk table opens on HEVC units.
@@ -142,13 +148,12 @@ public:
     bool CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWriter& video, FileWriter& indexing);
     // A chunk table of the sample (code at pos): every chunk's chain of units.
     // With lpcm the chain's own set is used and no slice table is added.
-    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm = false);
+    void HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText);
     void ScanHevcStreams(FileWriter& video, const ChainPaths& p);
     void MuxHevcVideoAndAudio(const ChainPaths& p);
     void MuxHevcVideoOnly(const ChainPaths& p);
     void RemuxDamagedHevcFile(const QString& inputPath);
     void ScanHevcStreamsPcm(FileWriter& video, const ChainPaths& p);
-    bool m_hevcPcmChain = false;   // the lpcm chain runs on HEVC units
     bool m_firstMuxDone = false;   // the first muxer run was taken during the scan
 
     // ---- Camera files of the QuickTime family (containers/camera.cpp) ----
@@ -161,6 +166,8 @@ public:
     FileWriter* m_log = nullptr;            // logFile.txt of the file (the job's); may be closed
     uint64_t m_pos = 0;                     // shared scratch position of every walk and writer
     uint64_t m_fileSize = 0;
+    uint64_t m_inputSize = 0;               // the damaged file's size, counted down by the movie reader
+    QString m_referencePath;                // the sample, absolute (set by the sample's movie search)
     uint64_t m_refFileSize = 0;
     uint64_t m_atomSize = 0;
     uint32_t m_atomSize32 = 0;
@@ -174,32 +181,13 @@ public:
     QString m_logPath;                      // m_workDir + "/logFile.txt"
     QString m_fileName;
 
-    // ---- Movie facts: RepairFlags and track state ----
-    bool m_isJpeg = false;
-    bool m_isProRes = false;
-    bool m_isHevc = false;
-    bool m_isMpeg4In3gp = false;
-    bool m_isTwos = false;
-    bool m_isSowt = false;
-    bool m_isLpcm = false;
-    bool m_isLpcmHevc = false;
-    // The flags above as kCodec bits (core/quicktime_pass.h).
-    uint32_t MovieCodecs() const;
+    // ---- Movie facts, and the reader's walk through the tracks ----
+    MovieFacts m_movie;
     bool m_inVideoTrak = false;
     bool m_inAudioTrak = false;
     bool m_inNullTrak = false;
     bool m_inGenericTrak = false;
     bool m_haveVideoTrak = false;
-    bool m_hasCtts = false;
-    uint32_t m_cttsEntries = 0;
-    uint32_t m_cttsCount0 = 0, m_cttsOffset0 = 0;
-    uint32_t m_cttsCount1 = 0, m_cttsOffset1 = 0;
-    uint32_t m_cttsCount2 = 0, m_cttsOffset2 = 0;
-    QByteArray m_videoStsd;
-    QByteArray m_audioStsd;
-    uint32_t m_videoStsdSize = 0;
-    uint32_t m_audioStsdSize = 0;
-    uint32_t m_audioStsdRate = 0;
 
     // ---- Rebuild state ----
     uint32_t m_frameSize = 0;

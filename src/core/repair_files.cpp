@@ -70,8 +70,7 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
     const int count = files.size();
     Q_EMIT OverAllProgressBarMax(uint(count));
     if (!referenceMode) {
-        g_workRoot = QDir::tempPath();
-        QDir stale(g_workRoot + QStringLiteral("/Repaired"));
+        QDir stale(QDir::tempPath() + QStringLiteral("/Repaired"));
         if (stale.exists())
             stale.removeRecursively();
     }
@@ -87,9 +86,9 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         const OutputFolder folder = ChooseOutputFolder(info.absolutePath(), custom ? customRoot : QString());
         m_workDir = folder.dir.isEmpty() ? (custom ? customRoot : info.absolutePath()) + QStringLiteral("/Repaired")
                                          : folder.dir;
-        g_workRoot = QFileInfo(m_workDir).path();
+        const QString workRoot = QFileInfo(m_workDir).path();
         if (!custom && !folder.fallback && !folder.dir.isEmpty())
-            SetHiddenInFolder(g_workRoot, QStringLiteral("Repaired"), true);
+            SetHiddenInFolder(workRoot, QStringLiteral("Repaired"), true);
         if (folder.fallback)
             qWarning().noquote() << QStringLiteral("%1 can't be written beside; its results go to %2")
                                         .arg(info.fileName(), m_workDir);

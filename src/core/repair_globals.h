@@ -17,22 +17,9 @@ extern QString g_referencePath;             // the ReferenceVideo
 extern QString g_customWorkRoot;            // folder chosen by the user for scratch data
 
 // Per run and per file.
-extern QString g_workRoot;                  // folder that holds Repaired
-extern QString g_referenceFullPath;         // folder + "/" + name of the reference
-extern uint64_t g_inputSize;                // damaged file size, counted down by the movie reader
 extern bool g_moovRead;                     // a movie reader ran to its end
-extern bool g_hasSoundTrak;                 // the movie has an audio track
 extern bool g_remuxed;                      // the last pass left a finished file
 extern QStringList g_repairedPaths;         // output paths of the run
-
-// Movie facts, filled by the movie readers.
-extern uint32_t g_videoTimeScale;
-extern uint32_t g_soundTimeScale;
-extern uint32_t g_frameWidth;
-extern uint32_t g_frameHeight;
-extern uint32_t g_videoSampleDelta;
-extern uint32_t g_audioSampleDelta;
-extern uint32_t g_audioFrameSize;
 
 // Folders fixed at start-up.
 extern QString g_programDir;                // folder of the executable

@@ -105,7 +105,6 @@ private Q_SLOTS:
     {
         m_dir = freshDir("mts-dat");
         g_appDir = binDir() + "/Libmp4";
-        g_workRoot = m_dir;
         g_stopRequested = g_referenceMode = false;
         g_customWorkRoot.clear();
         g_repairedPaths.clear();

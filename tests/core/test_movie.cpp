@@ -50,8 +50,8 @@ QString flagsOf(const QuickTimeRoute& t)
 {
     QStringList f;
     const QList<QPair<bool, const char*>> all = {
-        {t.m_isJpeg, "jpeg"}, {t.m_isProRes, "prores"}, {t.m_isHevc, "hevc"}, {t.m_isMpeg4In3gp, "mpeg4in3gp"},
-        {t.m_isTwos, "twos"}, {t.m_isSowt, "sowt"}, {t.m_isLpcm, "lpcm"}, {t.m_isLpcmHevc, "lpcmHevc"}};
+        {t.m_movie.isJpeg, "jpeg"}, {t.m_movie.isProRes, "prores"}, {t.m_movie.isHevc, "hevc"}, {t.m_movie.isMpeg4In3gp, "mpeg4in3gp"},
+        {t.m_movie.isTwos, "twos"}, {t.m_movie.isSowt, "sowt"}, {t.m_movie.isLpcm, "lpcm"}, {t.m_movie.isLpcmHevc, "lpcmHevc"}};
     for (const auto& flag : all)
         if (flag.first)
             f << QLatin1String(flag.second);
@@ -60,9 +60,7 @@ QString flagsOf(const QuickTimeRoute& t)
 
 void clearGlobals()
 {
-    g_stopRequested = g_moovRead = g_hasSoundTrak = false;
-    g_videoTimeScale = g_soundTimeScale = g_frameWidth = g_frameHeight = 0;
-    g_videoSampleDelta = g_audioSampleDelta = g_audioFrameSize = 0;
+    g_stopRequested = g_moovRead = false;
 }
 
 // The driver's part for the damaged file: open it, take its size, search.
@@ -73,7 +71,7 @@ bool readDamaged(MovieRoute& t, const QString& path, bool* imkh = nullptr)
     t.m_file = t.own.get();
     if (!t.m_file)
         return false;
-    t.m_fileSize = g_inputSize = t.m_file->size();
+    t.m_fileSize = t.m_inputSize = t.m_file->size();
     t.m_carried->is3gp = path.endsWith(QLatin1String(".3gp"));
     bool mark = false;
     const bool found = t.FindDamagedMovie(mark);
@@ -213,11 +211,11 @@ private Q_SLOTS:
         t.m_report = &progress;
         QVERIFY(reference ? readReference(t, p) : readDamaged(t, p));
         QVERIFY(g_moovRead);
-        QCOMPARE(g_frameWidth, 640u);
+        QCOMPARE(t.m_movie.frameWidth, 640u);
         QCOMPARE(t.m_moovPos, uint64_t(moovAt + 4));
         QCOMPARE(progress.ranges, ranges);
         if (reference)
-            QCOMPARE(g_referenceFullPath, QFileInfo(p).absoluteFilePath());
+            QCOMPARE(t.m_referencePath, QFileInfo(p).absoluteFilePath());
     }
 
     void nothingFoundIn4GiBSparse()
@@ -300,14 +298,14 @@ private Q_SLOTS:
         const qint64 ctts = video.ctts;
         if (name.startsWith(QLatin1String("h264")))
             QVERIFY2(ctts > 0 && readBe(bytes, ctts + 12) > 1, "x264 with -bf 2 should give a ctts");
-        // m_isJpeg belongs to the damaged file: the sample's reader neither sets
+        // m_movie.isJpeg belongs to the damaged file: the sample's reader neither sets
         // nor clears it. Each reader starts with it the other way round.
         const bool jpegBefore = !flags.contains(QLatin1String("jpeg"));
 
         for (const bool reference : {false, true}) {
             clearGlobals();
             MovieRoute t;
-            t.m_isJpeg = jpegBefore;
+            t.m_movie.isJpeg = jpegBefore;
             const QString log = m_dir + QStringLiteral("/log.txt");
             if (reference) {
                 QVERIFY(t.logFile.open(log));
@@ -315,31 +313,31 @@ private Q_SLOTS:
                 QVERIFY(t.logFile.close());
                 QVERIFY(!t.m_refFile);   // closed by the reader
                 QCOMPARE(readAll(log), QByteArray("FrameWidth = 160\r\nFrameHeight = 120\r\n"));
-                QVERIFY(!t.m_hasCtts);   // the video track ends before its ctts
+                QVERIFY(!t.m_movie.hasCtts);   // the video track ends before its ctts
             } else {
                 QVERIFY(readDamaged(t, src));
                 // The first entries of a ctts with more than one.
-                QCOMPARE(t.m_hasCtts, ctts > 0 && readBe(bytes, ctts + 12) > 1);
-                if (t.m_hasCtts)
-                    QCOMPARE(beWords({t.m_cttsEntries, t.m_cttsCount0, t.m_cttsOffset0, t.m_cttsCount1, t.m_cttsOffset1}),
+                QCOMPARE(t.m_movie.hasCtts, ctts > 0 && readBe(bytes, ctts + 12) > 1);
+                if (t.m_movie.hasCtts)
+                    QCOMPARE(beWords({t.m_movie.cttsEntries, t.m_movie.cttsCount0, t.m_movie.cttsOffset0, t.m_movie.cttsCount1, t.m_movie.cttsOffset1}),
                              bytes.mid(int(ctts) + 12, 20));
-                QVERIFY(g_hasSoundTrak);
-                QCOMPARE(qint64(t.m_audioStsdSize), qint64(sound.stsd.size()));
+                QVERIFY(t.m_movie.hasSoundTrak);
+                QCOMPARE(qint64(t.m_movie.audioStsdSize), qint64(sound.stsd.size()));
                 if (sound.timeScale < 65536)   // the integer part of the sound description's rate
-                    QCOMPARE(t.m_audioStsdRate, sound.timeScale);
+                    QCOMPARE(t.m_movie.audioStsdRate, sound.timeScale);
                 // The per-byte count-down of the input size stays within the file.
-                QVERIFY(g_inputSize > 0 && g_inputSize < uint64_t(bytes.size()));
+                QVERIFY(t.m_inputSize > 0 && t.m_inputSize < uint64_t(bytes.size()));
             }
             QVERIFY(g_moovRead);
             QCOMPARE(flagsOf(t), reference ? (QString::fromLatin1(jpegBefore ? "jpeg " : "") + refFlags).trimmed() : flags);
-            QCOMPARE((QList<quint64>{g_frameWidth, g_frameHeight, g_videoTimeScale, g_soundTimeScale, g_videoSampleDelta,
-                                     g_audioSampleDelta}),
+            QCOMPARE((QList<quint64>{t.m_movie.frameWidth, t.m_movie.frameHeight, t.m_movie.videoTimeScale, t.m_movie.soundTimeScale, t.m_movie.videoSampleDelta,
+                                     t.m_movie.audioSampleDelta}),
                      (QList<quint64>{160, 120, video.timeScale, sound.timeScale, video.timeScale / 25, audioDelta}));
-            QCOMPARE(qint64(t.m_videoStsdSize), qint64(video.stsd.size()));
+            QCOMPARE(qint64(t.m_movie.videoStsdSize), qint64(video.stsd.size()));
             // x265 writes its settings into hvcC: a stsd of some 2.5 KB, too big
             // to be copied from the damaged file. The sample's is always copied.
-            QCOMPARE(t.m_videoStsd, reference || video.stsd.size() < 1000 ? video.stsd : QByteArray());
-            QCOMPARE(t.m_audioStsd, sound.stsd);
+            QCOMPARE(t.m_movie.videoStsd, reference || video.stsd.size() < 1000 ? video.stsd : QByteArray());
+            QCOMPARE(t.m_movie.audioStsd, sound.stsd);
         }
     }
 
@@ -362,11 +360,11 @@ private Q_SLOTS:
         QFETCH(uint32_t, offset2);
         MovieRoute t;
         QVERIFY(readDamaged(t, crafted(craftedMoov(120, cttsAtom(entries)))));
-        QCOMPARE(t.m_hasCtts, hasCtts);
-        QCOMPARE(t.m_cttsEntries, uint32_t(entries.size()));
-        QCOMPARE(t.m_cttsOffset2, offset2);
-        QCOMPARE(g_videoSampleDelta, 1001u);
-        QCOMPARE(g_audioFrameSize, 300u);   // the first size 300 isn't 4: the second less 50
+        QCOMPARE(t.m_movie.hasCtts, hasCtts);
+        QCOMPARE(t.m_movie.cttsEntries, uint32_t(entries.size()));
+        QCOMPARE(t.m_movie.cttsOffset2, offset2);
+        QCOMPARE(t.m_movie.videoSampleDelta, 1001u);
+        QCOMPARE(t.m_movie.audioFrameSize, 300u);   // the first size 300 isn't 4: the second less 50
     }
 
     // The damaged file's video stsd is copied below 1000 bytes only; the
@@ -377,11 +375,11 @@ private Q_SLOTS:
             const QString p = crafted(craftedMoov(size));
             MovieRoute t, ref;
             QVERIFY(readDamaged(t, p));
-            QCOMPARE(t.m_videoStsdSize, uint32_t(size));
-            QCOMPARE(t.m_videoStsd, size < 1000 ? videoStsd(size) : QByteArray());
-            QCOMPARE(g_soundTimeScale, 48000u);   // the rest of the movie is read all the same
+            QCOMPARE(t.m_movie.videoStsdSize, uint32_t(size));
+            QCOMPARE(t.m_movie.videoStsd, size < 1000 ? videoStsd(size) : QByteArray());
+            QCOMPARE(t.m_movie.soundTimeScale, 48000u);   // the rest of the movie is read all the same
             QVERIFY(readReference(ref, p));
-            QCOMPARE(ref.m_videoStsd, videoStsd(size));
+            QCOMPARE(ref.m_movie.videoStsd, videoStsd(size));
         }
         QByteArray moov = craftedMoov();
         const int at = moov.indexOf("stsd") - 4;
@@ -389,8 +387,8 @@ private Q_SLOTS:
         const QString p = crafted(moov.left(at + 60));
         MovieRoute t;
         QVERIFY(readDamaged(t, p));
-        QCOMPARE(t.m_videoStsdSize, 900u);
-        QVERIFY(t.m_videoStsd.size() < 900 && readAll(p).endsWith(t.m_videoStsd));
+        QCOMPARE(t.m_movie.videoStsdSize, 900u);
+        QVERIFY(t.m_movie.videoStsd.size() < 900 && readAll(p).endsWith(t.m_movie.videoStsd));
     }
 
     // Codes are found at any alignment, beside near-misses and across the
@@ -411,13 +409,13 @@ private Q_SLOTS:
             MovieRoute t, ref;
             clearGlobals();
             QVERIFY(readDamaged(t, p));
-            QCOMPARE(g_frameWidth, 640u);
-            QCOMPARE(t.m_cttsOffset2, 30u);
-            QCOMPARE(g_audioFrameSize, 300u);
+            QCOMPARE(t.m_movie.frameWidth, 640u);
+            QCOMPARE(t.m_movie.cttsOffset2, 30u);
+            QCOMPARE(t.m_movie.audioFrameSize, 300u);
             clearGlobals();
             QVERIFY(readReference(ref, p));
-            QCOMPARE(g_frameWidth, 640u);
-            QCOMPARE(g_soundTimeScale, 48000u);
+            QCOMPARE(ref.m_movie.frameWidth, 640u);
+            QCOMPARE(ref.m_movie.soundTimeScale, 48000u);
         }
     }
 
@@ -431,22 +429,22 @@ private Q_SLOTS:
         writeAll(p, bytes);
         for (const bool moovReadBefore : {false, true}) {
             MovieRoute t;
-            t.m_isHevc = t.m_isSowt = t.m_hasCtts = true;
-            t.m_videoStsd = "old";
-            g_frameWidth = g_videoTimeScale = 7;
+            t.m_movie.isHevc = t.m_movie.isSowt = t.m_movie.hasCtts = true;
+            t.m_movie.videoStsd = "old";
+            t.m_movie.frameWidth = t.m_movie.videoTimeScale = 7;
             g_moovRead = moovReadBefore;
             QVERIFY(readDamaged(t, p));
             QCOMPARE(g_moovRead, moovReadBefore);
             QCOMPARE(flagsOf(t), QString());
-            QVERIFY(!t.m_hasCtts && t.m_videoStsd.isEmpty());
-            QCOMPARE(g_frameWidth + g_videoTimeScale, 0u);
+            QVERIFY(!t.m_movie.hasCtts && t.m_movie.videoStsd.isEmpty());
+            QCOMPARE(t.m_movie.frameWidth + t.m_movie.videoTimeScale, 0u);
         }
         MovieRoute ref;
         g_moovRead = false;
         QVERIFY(readReference(ref, p));
         QVERIFY(!g_moovRead);
         QVERIFY(ref.m_refFile);
-        QCOMPARE(g_frameWidth, 0u);
+        QCOMPARE(ref.m_movie.frameWidth, 0u);
     }
 
     // Sound first, video second: both are found; with sowt sound under a .3gp
@@ -463,14 +461,14 @@ private Q_SLOTS:
         MovieRoute t, ref;
         QVERIFY(readDamaged(t, src));
         QCOMPARE(flagsOf(t), QStringLiteral("mpeg4in3gp sowt"));
-        QCOMPARE(g_soundTimeScale, 48000u);
-        QCOMPARE(t.m_videoStsd, track(bytes, "vide").stsd);
+        QCOMPARE(t.m_movie.soundTimeScale, 48000u);
+        QCOMPARE(t.m_movie.videoStsd, track(bytes, "vide").stsd);
         QVERIFY(t.m_carried->is3gp);
         clearGlobals();
         QVERIFY(readReference(ref, src));
         QCOMPARE(flagsOf(ref), QStringLiteral("sowt"));
         QVERIFY(!ref.m_carried->is3gp);
-        QCOMPARE(g_frameWidth, 160u);
+        QCOMPARE(ref.m_movie.frameWidth, 160u);
     }
 
     // A moov inside mdat and movies cut short (other hostile sizes are the
@@ -494,7 +492,7 @@ private Q_SLOTS:
         writeAll(p, bytes);
         MovieRoute t, ref;
         readDamaged(t, p);
-        QVERIFY(g_inputSize <= uint64_t(bytes.size()));
+        QVERIFY(t.m_inputSize <= uint64_t(bytes.size()));
         readReference(ref, p);
         QCOMPARE(readAll(p), bytes);
     }

@@ -27,7 +27,15 @@ QString Line(const char* kind, qint64 at, qint64 size)
 }
 // The route object of one file, with the reader and the log it borrows.
 struct FileRoute : QuickTimeRoute {
-    FileRoute() { m_log = &logFile; }
+    FileRoute()
+    {
+        m_log = &logFile;
+        m_movie.videoTimeScale = 600;
+        m_movie.videoSampleDelta = 20;
+        m_movie.soundTimeScale = 48000;
+        m_movie.frameWidth = 320;
+        m_movie.frameHeight = 240;
+    }
     void read(const QByteArray& bytes)
     {
         own.reset(new MemoryReader(bytes));
@@ -49,7 +57,7 @@ class TestScanAndRebuild : public QObject {
     {
         FileRoute t;
         t.read(bytes);
-        t.m_fileSize = g_inputSize = uint64_t(bytes.size());
+        t.m_fileSize = t.m_inputSize = uint64_t(bytes.size());
         const QString log = m_dir + QStringLiteral("/logFile.txt");
         t.logFile.open(log);
         (t.*scanner)();
@@ -102,11 +110,6 @@ private Q_SLOTS:
         m_dir = freshDir(QStringLiteral("scan rebuild"));   // a blank in the path on purpose
         g_stopRequested = g_remuxed = false;
         g_repairedPaths.clear();
-        g_videoTimeScale = 600;
-        g_videoSampleDelta = 20;
-        g_soundTimeScale = 48000;
-        g_frameWidth = 320;
-        g_frameHeight = 240;
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
@@ -216,8 +219,8 @@ private Q_SLOTS:
         for (int i = 0; i < 7; ++i)
             lines << Line(V, i * 100, 100);
         FileRoute t;
-        t.m_hasCtts = true;
-        t.m_cttsOffset0 = 40; t.m_cttsOffset1 = 80; t.m_cttsOffset2 = 20;
+        t.m_movie.hasCtts = true;
+        t.m_movie.cttsOffset0 = 40; t.m_movie.cttsOffset1 = 80; t.m_movie.cttsOffset2 = 20;
         const QByteArray out = rebuild(t, source(60), lines);   // an ftyp of 60 bytes: the default stands
         QCOMPARE(out.left(32), QByteArray::fromHex("0000002066747970717420202005030071742020000000000000000000000000"));
         QCOMPARE(out.mid(32, 8), beWords({1}) + "mdat");
@@ -226,8 +229,8 @@ private Q_SLOTS:
         // Seven frames: three rounds of three, nine entries.
         QCOMPARE(Atom(out, "ctts"), beWords({88}) + "ctts" + beWords({0, 9, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20, 1, 40, 1, 80, 1, 20}));
         FileRoute t2;
-        t2.m_hasCtts = true;
-        t2.m_cttsOffset0 = 0; t2.m_cttsOffset1 = 30; t2.m_cttsOffset2 = 10;
+        t2.m_movie.hasCtts = true;
+        t2.m_movie.cttsOffset0 = 0; t2.m_movie.cttsOffset1 = 30; t2.m_movie.cttsOffset2 = 10;
         QCOMPARE(Atom(rebuild(t2, source(), lines.mid(0, 4)), "ctts"),
                  beWords({56}) + "ctts" + beWords({0, 5, 1, 0, 1, 30, 1, 10, 1, 30, 1, 10}));
     }
@@ -291,13 +294,13 @@ private Q_SLOTS:
         const QString calls = m_dir + QStringLiteral("/calls.txt");
         g_appDir = fakeMuxer(m_dir + QStringLiteral("/Libmp4"), "{ for a in \"$@\"; do printf '%s\\n' \"$a\"; done; echo ---; } >> '"
                                                                + calls.toUtf8() + "'\nfor a; do last=$a; done\n: > \"$last\"\n");
-        g_videoTimeScale = g_videoSampleDelta = 10;
-        g_soundTimeScale = 4;
         FileRoute t;
-        t.m_isSowt = true;
+        t.m_movie.videoTimeScale = t.m_movie.videoSampleDelta = 10;
+        t.m_movie.soundTimeScale = 4;
+        t.m_movie.isSowt = true;
         const QByteArray out = rebuild(t, source(), {Line(V, 0, 100), Line(A, 100, soundBytes), Line(V, 200, 100)});
         g_appDir = saved;
-        QVERIFY(!t.m_isSowt);
+        QVERIFY(!t.m_movie.isSowt);
         const QString f = m_dir + QStringLiteral("/out.mov");
         const QList<QStringList> all = {
             {"-i", f, "-c:v", "copy", "-an", ".partial-output_video.mov"},

@@ -49,9 +49,8 @@ private Q_SLOTS:
                              "[ -n \"$FAKE_NO_OUTPUT\" ] || echo made > \"$out\"\n");
         g_stopRequested = false;
         qunsetenv("FAKE_NO_OUTPUT");
-        g_workRoot = m_dir + QStringLiteral("/work root");
         m_t = new QuickTimeRoute;
-        m_t->m_workDir = g_workRoot + QStringLiteral("/Repaired");
+        m_t->m_workDir = m_dir + QStringLiteral("/work root/Repaired");
         m_t->m_fileName = QStringLiteral("my clip.mov");
         QDir().mkpath(m_t->m_workDir);
         m_p = ChainPaths::in(m_t->m_workDir, m_dir + QStringLiteral("/in put.mov"));
@@ -126,14 +125,14 @@ private Q_SLOTS:
     void remuxOfDamagedFile()
     {
         QFETCH(bool, sound);
-        g_hasSoundTrak = sound;
+        m_t->m_movie.hasSoundTrak = sound;
         m_t->RemuxDamagedFile(m_p.input);
         const QList<QStringList> c = calls();
         QCOMPARE(c.size(), 1);
         QCOMPARE(c[0].at(1), m_p.input);
         QCOMPARE(c[0].contains(QStringLiteral("-acodec")), sound);
         QCOMPARE(c[0].last(), QStringLiteral(".partial-my clip.mov"));   // renamed when done
-        QVERIFY(!g_hasSoundTrak);
+        QVERIFY(!m_t->m_movie.hasSoundTrak);
         QVERIFY(!m_t->m_passFailed);
     }
 

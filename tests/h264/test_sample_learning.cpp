@@ -57,7 +57,6 @@ private Q_SLOTS:
     {
         m_dir = freshDir(QStringLiteral("learning"));
         g_stopRequested = false;
-        g_hasSoundTrak = false;
         g_movieTimescale = g_movieDuration = g_videoSampleCount = 0;
         g_audioSampleRate = g_audioChannels = 0;
         g_averageAudioFrame = 0;

@@ -22,18 +22,18 @@ const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
 
 } // namespace
 
-bool QuickTimeRoute::LearnSampleAac(const ChainPaths& p, bool hevc)
+bool QuickTimeRoute::LearnSampleAac(const ChainPaths& p)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_audioOut.open(p.audio);
     FileWriter audioText;
     audioText.open(p.audioText);
-    if (!g_hasSoundTrak)
+    if (!m_movie.hasSoundTrak)
         return false;
-    std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
+    std::unique_ptr<ByteReader> ref = OpenReadOnly(m_referencePath);
     if (ref) {
-        m_fileSize = g_inputSize = ref->size();
-        WalkSampleSound(*ref, audioText, hevc);
+        m_fileSize = m_inputSize = ref->size();
+        WalkSampleSound(*ref, audioText);
     }
     return true;
 }
@@ -41,8 +41,9 @@ bool QuickTimeRoute::LearnSampleAac(const ChainPaths& p, bool hevc)
 // The sample's sound track: channels, rate, mean frame size, and the first
 // three bytes of every chunk. An HEVC sample may hold a timed metadata
 // track (gmhd), which is neither.
-void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool hevc)
+void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText)
 {
+    const bool hevc = m_chain.hevc;
     const uint64_t size = r.size();
     m_pos = 4;
     if (!WalkToMovie(r, m_pos, false, nullptr, nullptr, hevc))
@@ -66,14 +67,14 @@ void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool 
         if (m_inVideoTrak && code == "stsc"_4cc)
             m_inVideoTrak = false;
         if (m_inAudioTrak) {
-            g_hasSoundTrak = true;
+            m_movie.hasSoundTrak = true;
             if (code == "stsd"_4cc) {
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
             } else if (code == "stsz"_4cc) {
-                ReadAudioFrameSizes(r, m_pos, hevc);
+                ReadAudioFrameSizes(r, m_pos);
             } else if (code == "stco"_4cc || code == "co64"_4cc) {
-                SampleAudioStarts(r, m_pos, code == "co64"_4cc, audioText, hevc);
+                SampleAudioStarts(r, m_pos, code == "co64"_4cc, audioText);
                 m_inAudioTrak = false;
                 return;
             } else if (code == "mdat"_4cc) {
@@ -87,7 +88,7 @@ void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText, bool 
 // stsz of the sound track (code at pos): the count, and the mean size. A
 // table with one size for all samples has no entries; its size is the mean.
 // In an HEVC sample a single sound sample gives no mean.
-void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
+void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
 {
     const uint32_t constant = r.be32(pos + 8);
     g_audioSampleCount = r.be32(pos + 12);
@@ -97,7 +98,7 @@ void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
         g_averageAudioFrame = constant;
         return;
     }
-    if (hevc && g_audioSampleCount < 2)
+    if (m_chain.hevc && g_audioSampleCount < 2)
         return;
     const uint64_t first = pos + 16;
     const uint64_t room = first < r.size() ? (r.size() - first) / 4 : 0;
@@ -112,8 +113,7 @@ void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos, bool hevc)
 // each chunk, then the fixed record (for HEVC samples, the table of frame
 // starts such cameras write). Offsets outside the file are passed over:
 // their zero fill would teach the scanner a pattern of zeros.
-void QuickTimeRoute::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText,
-                                          bool hevc)
+void QuickTimeRoute::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& audioText)
 {
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
@@ -126,7 +126,7 @@ void QuickTimeRoute::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, F
         if (c < size && size - c >= 3)
             audioText.write(r.view(c, 3), 3);
     }
-    if (hevc)
+    if (m_chain.hevc)
         audioText.write(HevcAacStartTable, sizeof HevcAacStartTable);
     else
         audioText.write(kFixedRecord, 3);

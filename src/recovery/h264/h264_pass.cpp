@@ -51,6 +51,7 @@ void QuickTimeRoute::RepairH264Aac(const QString& inputPath, const QString& refe
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
+    m_chain = {false, false};
     if (!g_referenceMode)
         RemuxFromOwnIndex(inputPath);
     else
@@ -66,17 +67,16 @@ void QuickTimeRoute::RemuxFromOwnIndex(const QString& inputPath)
     DecideFromOwnIndex(inputPath, OwnIndexAction::Remux);
 }
 
-std::unique_ptr<ByteReader> QuickTimeRoute::OpenOwnMovie(const QString& inputPath, bool hevc, bool* mdatSeen,
-                                                            uint64_t* mdatSize)
+std::unique_ptr<ByteReader> QuickTimeRoute::OpenOwnMovie(const QString& inputPath, bool* mdatSeen, uint64_t* mdatSize)
 {
     m_inAudioTrak = false;
     m_inVideoTrak = false;
     std::unique_ptr<ByteReader> file = OpenReadOnly(inputPath);
     if (file) {
-        g_inputSize = file->size();
+        m_inputSize = file->size();
         QDir().mkpath(m_workDir);
         m_pos = 4;
-        if (WalkToMovie(*file, m_pos, true, mdatSeen, mdatSize, hevc)) {
+        if (WalkToMovie(*file, m_pos, true, mdatSeen, mdatSize, m_chain.hevc)) {
             m_moovPos = m_pos;
             m_moovSize = file->be32(m_pos - 4);
             return file;
@@ -90,7 +90,7 @@ void QuickTimeRoute::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction
 {
     bool mdatSeen = false;
     uint64_t mdatSize = 0;
-    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, false, &mdatSeen, &mdatSize);
+    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, &mdatSeen, &mdatSize);
     if (!file)
         return;
     ByteReader& r = *file;
@@ -106,8 +106,8 @@ void QuickTimeRoute::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction
         const uint64_t c0 = wide ? r.be64(first) : r.be32(first);
         // The first chunk must lie in the file and begin with the top byte
         // of a NAL length, which is 0.
-        g_hasSoundTrak = c0 < size && r.u8(c0) == 0;
-        if (g_hasSoundTrak) {
+        m_movie.hasSoundTrak = c0 < size && r.u8(c0) == 0;
+        if (m_movie.hasSoundTrak) {
             file.reset();
             switch (action) {
             case OwnIndexAction::Remux: RemuxDamagedFile(inputPath); break;
@@ -167,8 +167,9 @@ uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 
 // With a sample: walk its movie for the rate inputs, the parameter sets and
 // the first bytes of its frames, then run the chain.
-void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& referencePath, bool hevc)
+void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& referencePath)
 {
+    const bool hevc = m_chain.hevc;
     // The output is listed by the rebuild step, which sees g_remuxed.
     QDir().mkpath(m_workDir);
     ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
@@ -181,8 +182,8 @@ void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& re
 
     std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
     if (ref) {
-        m_fileSize = g_inputSize = ref->size();
-        WalkSampleMovie(*ref, video, indexing, videoText, hevc);
+        m_fileSize = m_inputSize = ref->size();
+        WalkSampleMovie(*ref, video, indexing, videoText);
     }
     ref.reset();
     indexing.close();
@@ -193,15 +194,15 @@ void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& re
     // it has a sound track) and reduced likewise; then the damaged file is
     // scanned into elementary streams, which the muxer joins.
     ReduceToUnique(paths.videoText, paths.videoUnique);
-    if (m_pcmChain) {
+    if (m_chain.pcm) {
         LearnSamplePcm(paths);
         ReduceToUnique(paths.audioText, paths.audioUnique);
-        if (m_hevcPcmChain)
+        if (hevc)
             ScanHevcStreamsPcm(video, paths);
         else
             ScanStreamsLpcm(video, paths);
     } else {
-        if (LearnSampleAac(paths, hevc))
+        if (LearnSampleAac(paths))
             ReduceToUnique(paths.audioText, paths.audioUnique);
         if (hevc)
             ScanHevcStreams(video, paths);
@@ -211,9 +212,9 @@ void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& re
     video.close();
 }
 
-void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing,
-                                        FileWriter& videoText, bool hevc)
+void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWriter& indexing, FileWriter& videoText)
 {
+    const bool hevc = m_chain.hevc;
     const uint64_t size = r.size();
     m_pos = 4;
     if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
@@ -258,7 +259,7 @@ void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWrite
                 }
             } else if (code == "stco"_4cc || code == "co64"_4cc) {
                 if (hevc)
-                    HevcFrameStarts(r, m_pos, code == "co64"_4cc, videoText, m_pcmChain);
+                    HevcFrameStarts(r, m_pos, code == "co64"_4cc, videoText);
                 else
                     SampleFrameStarts(r, m_pos, code == "co64"_4cc, videoText);
                 // What stands behind the table is normally no known code, so
@@ -270,7 +271,7 @@ void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWrite
             }
         }
         if (m_inAudioTrak) {
-            g_hasSoundTrak = true;
+            m_movie.hasSoundTrak = true;
             if (code == "stsd"_4cc) {
                 g_audioChannels = r.be32(m_pos + 34);
                 g_audioSampleRate = r.be32(m_pos + 42);
@@ -354,12 +355,11 @@ void QuickTimeRoute::RepairH264Lpcm(const QString& inputPath, const QString& ref
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
-    m_pcmChain = true;
+    m_chain = {false, true};
     if (!g_referenceMode)
         DecideFromOwnIndex(inputPath, OwnIndexAction::RemuxLpcm);
     else
         LearnFromSample(inputPath, referencePath);
-    m_pcmChain = false;
     g_muxerBusy = false;
 }
 

@@ -470,7 +470,7 @@ void QuickTimeRoute::RunIndexScan(const QString&, const std::function<void(Index
         H264PassFailed();
         return;
     }
-    m_fileSize = g_inputSize = m_file->size();
+    m_fileSize = m_inputSize = m_file->size();
     m_report->setRange(100);
     LogCipher cipher;
     IndexScanner scanner(*m_file, [&](const IndexLine& line) { WriteLogLine(cipher, line.text()); });

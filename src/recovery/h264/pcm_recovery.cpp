@@ -56,9 +56,9 @@ void QuickTimeRoute::LearnSamplePcm(const ChainPaths& p)
     g_audioSampleRate = 0;
     FileWriter audioText;
     audioText.open(p.audioText);
-    std::unique_ptr<ByteReader> ref = OpenReadOnly(g_referenceFullPath);
+    std::unique_ptr<ByteReader> ref = OpenReadOnly(m_referencePath);
     if (ref)
-        WalkSampleLpcmSound(*ref, audioText, m_hevcPcmChain);
+        WalkSampleLpcmSound(*ref, audioText, m_chain.hevc && m_chain.pcm);
 }
 
 // The sample's sound track: rate (mdhd), bits and channels (a version 2 sound
@@ -291,7 +291,7 @@ void QuickTimeRoute::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
     if (in && !patterns.empty()) {
         m_fileSize = in->size();
         PcmScanner scanner(*in, video, pcm, patterns, paramBlock,
-                           m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::IndexScanBytes);
+                           m_chain.hevc && m_chain.pcm ? NalStartSet::HevcLpcmBytes : NalStartSet::IndexScanBytes);
         scanner.run();
         units = scanner.units();
         qDebug().noquote() << QStringLiteral("PCM scan: %1 video units, %2 bytes of sound")

@@ -196,7 +196,7 @@ void QuickTimeRoute::RemuxDamagedFileLpcm(const QString& inputPath)
 void QuickTimeRoute::RemuxDamagedFileSowt(const QString& inputPath)
 {
     g_outputName = m_fileName;
-    g_hasSoundTrak = true;   // the sowt command always copies the sound
+    m_movie.hasSoundTrak = true;   // the sowt command always copies the sound
     RemuxOwnIndex(inputPath, false);
     QFile::remove(m_workDir + QStringLiteral("/videotext.txt"));
 }
@@ -211,8 +211,8 @@ void QuickTimeRoute::RemuxOwnIndex(const QString& inputPath, bool halfwayProgres
         m_report->setValue(50);
     const QString out = m_workDir + QLatin1Char('/') + m_fileName;
     QFile::remove(out);
-    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, g_hasSoundTrak), m_workDir);
-    g_hasSoundTrak = false;
+    RunMuxer(RemuxDamagedCommand(inputPath, m_fileName, m_movie.hasSoundTrak), m_workDir);
+    m_movie.hasSoundTrak = false;
     g_muxerBusy = false;
     if (!OutputReady(out) && !g_stopRequested)
         H264PassFailed();

@@ -341,7 +341,7 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
     g_remuxed = true;
     m_report->setRange(100);
 
-    audioMode = g_hasSoundTrak;
+    audioMode = m_movie.hasSoundTrak;
     if (audioMode && !AdtsRateSupported(g_audioSampleRate)) {
         // AAC at a rate that an ADTS header can't name can't be handed to the
         // muxer: the file still gets its video.
@@ -415,6 +415,6 @@ uint64_t QuickTimeRoute::ScanIntoStreams(ByteReader* in, FileWriter& video, bool
     }
     m_audioOut.close();
     video.close();
-    g_hasSoundTrak = false;
+    m_movie.hasSoundTrak = false;
     return units;
 }

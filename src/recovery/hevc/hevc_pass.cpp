@@ -77,10 +77,11 @@ void QuickTimeRoute::RepairHevcAac(const QString& inputPath, const QString& refe
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
+    m_chain = {true, false};
     if (!g_referenceMode)
         RemuxHevcFromOwnIndex(inputPath);
     else
-        LearnFromSample(inputPath, referencePath, true);
+        LearnFromSample(inputPath, referencePath);
     g_muxerBusy = false;
 }
 
@@ -90,18 +91,17 @@ void QuickTimeRoute::RepairHevcLpcm(const QString& inputPath, const QString& ref
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
-    m_pcmChain = m_hevcPcmChain = true;
+    m_chain = {true, true};
     if (!g_referenceMode)
         RemuxHevcFromOwnIndex(inputPath);
     else
-        LearnFromSample(inputPath, referencePath, true);
-    m_pcmChain = m_hevcPcmChain = false;
+        LearnFromSample(inputPath, referencePath);
     g_muxerBusy = false;
 }
 
 void QuickTimeRoute::RemuxHevcFromOwnIndex(const QString& inputPath)
 {
-    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath, true);
+    std::unique_ptr<ByteReader> file = OpenOwnMovie(inputPath);
     if (!file)
         return;
     ByteReader& r = *file;
@@ -109,10 +109,10 @@ void QuickTimeRoute::RemuxHevcFromOwnIndex(const QString& inputPath)
     const bool sound = FindAnyCode(r, m_pos, m_pos - 4 + m_moovSize, {"smhd"_4cc}) >= 0;
 
     const uint32_t table = FindOwnVideoChunkTable(r, false);
-    const NalStartSet set = m_hevcPcmChain ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
+    const NalStartSet set = m_chain.pcm ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
     if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == "co64"_4cc, g_chunkCount, set)) {
         // The lpcm command always copies sound.
-        g_hasSoundTrak = sound || m_hevcPcmChain;
+        m_movie.hasSoundTrak = sound || m_chain.pcm;
         file.reset();
         RemuxDamagedHevcFile(inputPath);
         return;
@@ -178,8 +178,9 @@ bool QuickTimeRoute::CopyHevcParameterSets(ByteReader& r, uint64_t pos, FileWrit
 // the first unit of a chunk twice. A chain that runs into the next chunk of
 // the table stops there, as that entry walks on from it: the walk over
 // contiguous chunks stays linear. The slice start table follows.
-void QuickTimeRoute::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText, bool lpcm)
+void QuickTimeRoute::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, FileWriter& videoText)
 {
+    const bool lpcm = m_chain.pcm;
     // With lpcm the two bytes behind the header's first must both be set.
     auto unitAt = [&](uint64_t at) {
         return lpcm ? IsNalStart(r, at, NalStartSet::HevcLpcmBytes) && r.u8(at + 5) != 0 && r.u8(at + 6) != 0
