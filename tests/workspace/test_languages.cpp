@@ -207,31 +207,6 @@ private Q_SLOTS:
         QCOMPARE(button(waiting), QStringLiteral("Advance Repair"));
     }
 
-    // Every button's words fit inside its face (less the corner slices) in
-    // every language, at the largest font dpi the program sets.
-    void buttonTextsFitInEveryLanguage()
-    {
-        QStringList tooLong;
-        for (int language = 0; language < kLanguageCount; ++language) {
-            QSettings(g_settingsPath, QSettings::IniFormat).setValue(QStringLiteral("LanguageType"), language);
-            SetLanguageFlag(language);
-            InstallLanguage(language);
-            deliver();
-            // The fonts are measured at 96 dpi; the program draws them at up
-            // to 102 dpi on a layout of scale 1 (scaling turned off).
-            auto check = [&](int need96, int room, const QString& what) {
-                const int need = (need96 * 102 + 95) / 96;
-                if (need > room)
-                    tooLong << QStringLiteral("%1 \"%2\" needs %3, has %4")
-                                   .arg(QLatin1String(kLanguages[language].code), what).arg(need).arg(room);
-            };
-            for (QPushButton* b : {m_window->pushButton, m_window->AddFileBtn, m_window->RemoveBtn, m_window->RepairBtn,
-                                   m_window->BackBtn, m_window->stopBtn, m_window->saveBtn, m_window->PreviewBtn})
-                check(b->fontMetrics().horizontalAdvance(b->text()), b->width() - 2 * 8, b->text());
-        }
-        QVERIFY2(tooLong.isEmpty(), qPrintable(tooLong.join(QLatin1Char('\n'))));
-    }
-
     // Every image any sheet names exists in its set; sizes follow the scale.
     void everyImageExistsInEverySet()
     {
@@ -273,5 +248,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLanguages)   // measures fonts at 96 dpi (Qt::AA_Use96Dpi)
+QTEST_MAIN(TestLanguages)
 #include "test_languages.moc"
