@@ -52,8 +52,6 @@ void cutMoov(QByteArray& file);                             // drop a moov at th
 int decodedVideoFrames(const QString& path);
 // Frames of one stream ("a:0", "v:0") that decode, or -1.
 int decodedFrames(const QString& path, const QString& stream);
-// True when ffprobe opens the file.
-bool probeOpens(const QString& path);
 
 struct BatchResult {
     int exitCode = -1;
