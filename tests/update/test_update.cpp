@@ -254,17 +254,23 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(UpdateFallbackFolder() + QStringLiteral("/Reelwright.txt")));
     }
 
-    // The toolkit's fetch is refused; curl fetches the descriptor into the
-    // fallback folder, and the offer follows.
+    // The toolkit's fetch is refused: curl brings the descriptor and then the
+    // installer into the fallback folder, and that file is started.
     void secondWay()
     {
-        serve(QStringLiteral("Reelwright.txt"), "6.1.0.1\n");
-        serve(QStringLiteral(".curl-only"), "");
-        setStore(m_link, QStringLiteral("6.1.0.0"));
-        runCheck(true, {QStringLiteral("CancelBtn")});
-        QCOMPARE(m_modal.texts, QList<QStringList>{{Offer(QStringLiteral("minor update"), "6.1.0.1")}});
+        serve("Reelwright.txt", "6.1.0.1\n");
+        serve(".curl-only", "");
+        serveInstaller(6000);
+        setStore(m_link, "6.1.0.0", 6000);
+        runCheck(true, {"UpdateBtn"});
+        QCOMPARE(m_modal.texts, QList<QStringList>{{Offer("minor update", "6.1.0.1")}});
         QVERIFY(!QFile::exists(g_descriptorPath));
-        QVERIFY(QFile::exists(UpdateFallbackFolder() + QStringLiteral("/Reelwright.txt")));
+        QVERIFY(QFile::exists(UpdateFallbackFolder() + "/Reelwright.txt"));
+        waitForDownload();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_marker), 10000);
+        QCOMPARE(g_quitCalls, 1);
+        QCOMPARE(m_modal.texts.size(), 1);
+        QCOMPARE(QFileInfo(UpdateFallbackFolder() + "/Reelwright.run").size(), qint64(6000));
     }
 
     // A server that never answers: both ways give up in time, the window stays
@@ -314,21 +320,6 @@ private Q_SLOTS:
         QCOMPARE(g_quitCalls, 0);
         QVERIFY(!QFile::exists(m_marker));
         QVERIFY(!QFile::exists(UpdateFolder() + QStringLiteral("/Reelwright.run")));
-    }
-
-    // The toolkit's fetch refused: curl brings the installer into the
-    // fallback folder, and that file is started.
-    void downloadSecondWay()
-    {
-        serveInstaller(6000);
-        serve(QStringLiteral(".curl-only"), "");
-        setStore(m_link, QStringLiteral("6.1.0.0"), 6000);
-        (new QDownloadApp(m_parent))->show();
-        waitForDownload();
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_marker), 10000);
-        QCOMPARE(g_quitCalls, 1);
-        QVERIFY(m_modal.texts.isEmpty());
-        QCOMPARE(QFileInfo(UpdateFallbackFolder() + QStringLiteral("/Reelwright.run")).size(), qint64(6000));
     }
 
     // The whole road from the window's Update button: offer, Update, the
