@@ -25,10 +25,9 @@ QList<QByteArray> esdsPayloads(const QByteArray& file)
 }
 
 QStringList lavfi(const QString& graph) { return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), graph}; }
-QStringList words(const char* text) { return QString::fromLatin1(text).split(QLatin1Char(' ')); }
 const uint8_t* bytes(const QByteArray& b) { return reinterpret_cast<const uint8_t*>(b.constData()); }
-QString mjpegClip() { return make(QStringLiteral("mjpeg.mov"), lavfiVideo(2) + words("-c:v mjpeg")); }
-QString proresClip() { return make(QStringLiteral("prores.mov"), lavfiVideo(2) + words("-c:v prores_ks")); }
+QString mjpegClip() { return make(QStringLiteral("mjpeg.mov"), lavfiVideo(2) + splitArgs("-c:v mjpeg")); }
+QString proresClip() { return make(QStringLiteral("prores.mov"), lavfiVideo(2) + splitArgs("-c:v prores_ks")); }
 
 enum Codec { Jpeg, JpegTwoFields, ProRes, Mpeg4 };
 
@@ -54,19 +53,19 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::newRow("mono 16 kHz mp4") << make(QStringLiteral("aac_m16.mp4"),
-            lavfi(QStringLiteral("sine=frequency=300:sample_rate=16000:duration=4")) + words("-c:a aac"));
+            lavfi(QStringLiteral("sine=frequency=300:sample_rate=16000:duration=4")) + splitArgs("-c:a aac"));
         QTest::newRow("stereo 48 kHz mov") << make(QStringLiteral("aac_s48.mov"),
             lavfi(QStringLiteral("sine=frequency=440:sample_rate=48000:duration=4[a];anoisesrc=sample_rate=48000:duration=4:amplitude=0.3[b];[a][b]amerge=inputs=2[out0]"))
-            + words("-c:a aac"));
+            + splitArgs("-c:a aac"));
         QTest::newRow("two tracks, 44.1 kHz stereo and 16 kHz mono") << make(QStringLiteral("aac_two.mov"),
             lavfiAudio(4, 44100) + lavfi(QStringLiteral("anoisesrc=sample_rate=16000:duration=4"))
-            + words("-map 0:a -map 1:a -ac:a:0 2 -ac:a:1 1 -c:a aac"));
+            + splitArgs("-map 0:a -map 1:a -ac:a:0 2 -ac:a:1 1 -c:a aac"));
         // Six channels (an LFE element), and clicks that switch to short windows with TNS.
         QTest::newRow("5.1 48 kHz") << make(QStringLiteral("aac_51.mov"),
-            lavfi(QStringLiteral("anoisesrc=duration=3:sample_rate=48000,pan=5.1|c0=c0|c1=0.5*c0|c2=c0|c3=c0|c4=c0|c5=c0")) + words("-c:a aac -b:a 384k"));
+            lavfi(QStringLiteral("anoisesrc=duration=3:sample_rate=48000,pan=5.1|c0=c0|c1=0.5*c0|c2=c0|c3=c0|c4=c0|c5=c0")) + splitArgs("-c:a aac -b:a 384k"));
         QTest::newRow("clicks 22.05 kHz") << make(QStringLiteral("aac_clicks.mov"),
             lavfi(QStringLiteral("aevalsrc=if(lt(mod(t\\,0.5)\\,0.01)\\,random(0)\\,0.1*sin(2*PI*440*t)):s=22050:d=4"))
-            + words("-ac 2 -c:a aac -b:a 96k -aac_tns 1 -aac_pns 1 -aac_is 1"));
+            + splitArgs("-ac 2 -c:a aac -b:a 96k -aac_tns 1 -aac_pns 1 -aac_is 1"));
     }
     void aacFrames()
     {
@@ -123,8 +122,8 @@ private Q_SLOTS:
         QTest::newRow("mjpeg mov") << mjpegClip() << int(Jpeg);
         QTest::newRow("prores mov") << proresClip() << int(ProRes);
         QTest::newRow("mpeg4 mp4 with sound") << make(QStringLiteral("mpeg4_aac.mp4"), lavfiVideo(3) + lavfiAudio(3)
-            + words("-c:v mpeg4 -g 12 -bf 2 -c:a aac")) << int(Mpeg4);
-        QTest::newRow("mpeg4 3gp") << make(QStringLiteral("mpeg4.3gp"), lavfiVideo(2, QStringLiteral("176x144")) + words("-c:v mpeg4")) << int(Mpeg4);
+            + splitArgs("-c:v mpeg4 -g 12 -bf 2 -c:a aac")) << int(Mpeg4);
+        QTest::newRow("mpeg4 3gp") << make(QStringLiteral("mpeg4.3gp"), lavfiVideo(2, QStringLiteral("176x144")) + splitArgs("-c:v mpeg4")) << int(Mpeg4);
     }
     void videoSamples()
     {
