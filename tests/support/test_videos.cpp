@@ -72,12 +72,10 @@ QStringList lavfiAudio(int seconds, int sampleRate)
     return {"-f", "lavfi", "-i", QStringLiteral("sine=frequency=440:sample_rate=%1:duration=%2").arg(sampleRate).arg(seconds)};
 }
 
-QString h264Aac(const QString& suffix, bool faststart)
+QString h264Aac(const QString& suffix)
 {
-    QStringList args = lavfiVideo() + lavfiAudio() + splitArgs("-c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -c:a aac -b:a 96k");
-    if (faststart)
-        args << "-movflags" << "faststart";
-    return make(QStringLiteral("h264_aac%1.%2").arg(faststart ? "_faststart" : "", suffix), args);
+    return make("h264_aac." + suffix,
+                lavfiVideo() + lavfiAudio() + splitArgs("-c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -c:a aac -b:a 96k"));
 }
 
 QByteArray readAll(const QString& path)

@@ -34,7 +34,7 @@ QStringList lavfiAudio(int seconds = 4, int sampleRate = 48000);
 QList<QPair<QString, QString>> oneClipPerRoute();
 
 // A healthy H.264 + AAC clip in the given container (mp4, mov, ...).
-QString h264Aac(const QString& suffix, bool faststart = false);
+QString h264Aac(const QString& suffix);
 
 QByteArray readAll(const QString& path);
 bool writeAll(const QString& path, const QByteArray& bytes);
