@@ -361,24 +361,13 @@ private Q_SLOTS:
         QCOMPARE(r.out.mid(s.tagsAt), first.mid(13) + tail);
     }
 
-    void flvDuration_data()
+    // A latest time stamp below the first gives a duration of 0. (Whole
+    // seconds from the low 24 bits: the cases above.)
+    void flvDurationNeverNegative()
     {
-        QTest::addColumn<QList<quint32>>("times");
-        QTest::addColumn<double>("seconds");
-        QTest::newRow("rounded down") << QList<quint32>{1000, 2000, 4999} << 3.0;
-        QTest::newRow("low 24 bits only") << QList<quint32>{0x00FFF000, 0x02FFFFFF} << 4.0;
-        QTest::newRow("latest below first gives 0") << QList<quint32>{9000, 12000, 3000} << 0.0;
-    }
-    void flvDuration()
-    {
-        QFETCH(QList<quint32>, times);
-        QFETCH(double, seconds);
-        QByteArray in = kFlvHeader;
-        for (int i = 0; i < times.size(); ++i)
-            in += video(times[i], i == 0 ? '\x12' : '\x22', i == 0 ? 15100 : 30);
-        const Result r = repairFlv(in);
+        const Result r = repairFlv(kFlvHeader + video(9000, '\x12', 15100) + video(12000, '\x22', 30) + video(3000, '\x22', 30));
         QCOMPARE(r.verdicts.size(), 1);
-        QCOMPARE(parseScript(r.out).values["duration"], be(seconds));
+        QCOMPARE(parseScript(r.out).values["duration"], be(0.0));
     }
 
     void flvWhenNoFileIsWritten_data()
