@@ -85,24 +85,19 @@ struct IndexEntry {
     quint32 flags, offset, length;
 };
 
-struct MediaChunk {
-    qint64 pos;
-    quint32 size;
-    bool video;
-};
-
-// The chunks of an intact file's movi list, and where its idx1 stands.
-QList<MediaChunk> moviChunks(const QByteArray& f, qint64* moviStart, qint64* idx1Pos)
+// The stream chunks of an intact file's movi list, where that list's data
+// begins, and where its idx1 stands.
+QList<RiffChunk> moviChunks(const QByteArray& f, qint64* moviStart, qint64* idx1Pos)
 {
-    QList<MediaChunk> chunks;
-    for (qint64 pos = 12; pos + 12 <= f.size(); pos += 8 + le32(f, pos + 4) + (le32(f, pos + 4) & 1)) {
-        if (f.mid(int(pos), 4) == "idx1")
-            *idx1Pos = pos;
-        if (f.mid(int(pos), 4) != "LIST" || f.mid(int(pos) + 8, 4) != "movi")
-            continue;
-        *moviStart = pos + 12;
-        for (qint64 c = pos + 12; c + 8 <= pos + 8 + le32(f, pos + 4); c += 8 + le32(f, c + 4) + (le32(f, c + 4) & 1))
-            chunks << MediaChunk{c, le32(f, c + 4), f.mid(int(c) + 2, 2) == "dc"};
+    QList<RiffChunk> all, chunks;
+    walkRiff(f, 0, f.size(), QByteArray(), all);
+    for (const RiffChunk& c : all) {
+        if (c.path == "AVI /movi/")
+            *moviStart = c.pos + 12;
+        else if (c.path == "AVI /idx1")
+            *idx1Pos = c.pos;
+        else if (c.path.startsWith("AVI /movi/0"))
+            chunks << c;
     }
     return chunks;
 }
@@ -435,7 +430,7 @@ private Q_SLOTS:
     {
         const QByteArray bytes = readAll(clip("mp3"));
         qint64 moviStart = -1, idx1Pos = -1;
-        const QList<MediaChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
+        const QList<RiffChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
         QVERIFY(chunks.size() > 30);
         const qint64 at = chunks[chunks.size() / 3].pos;
         const QString whole = m_dir + "/whole.avi", sparse = m_dir + "/sparse.avi";
@@ -467,7 +462,7 @@ private Q_SLOTS:
         QVERIFY2(!clipPath.isEmpty(), "ffmpeg could not make the clip");
         QByteArray bytes = readAll(clipPath);
         qint64 moviStart = -1, idx1Pos = -1;
-        const QList<MediaChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
+        const QList<RiffChunk> chunks = moviChunks(bytes, &moviStart, &idx1Pos);
         QVERIFY(moviStart > 0 && idx1Pos > moviStart && !chunks.isEmpty());
 
         int touchedVideo = 0, touchedAudio = 0;
@@ -478,9 +473,9 @@ private Q_SLOTS:
             for (int k = 1; k <= 3; ++k) {
                 const qint64 at = moviStart + (idx1Pos - moviStart) * k / 4, hole = 32 * 1024;
                 zeroRange(bytes, at, hole);
-                for (const MediaChunk& c : chunks)
+                for (const RiffChunk& c : chunks)
                     if (c.pos < at + hole && c.pos + 8 + c.size > at)
-                        ++(c.video ? touchedVideo : touchedAudio);
+                        ++(c.path.endsWith("dc") ? touchedVideo : touchedAudio);
             }
         } else if (damage == "header zeroed") {
             zeroRange(bytes, 0, 4096);
