@@ -5,8 +5,6 @@
 #include "recovery/syntax/codec_frames.h"
 #include "support/test_videos.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QtEndian>
 #include <QtTest>

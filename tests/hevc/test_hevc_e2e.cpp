@@ -3,8 +3,6 @@
 #include "support/test_videos.h"
 
 #include <QDir>
-#include <QFile>
-#include <QJsonArray>
 #include <QtTest>
 
 using namespace testvideo;

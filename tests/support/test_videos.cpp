@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QUuid>
 
 namespace testvideo {
