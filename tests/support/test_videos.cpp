@@ -13,7 +13,7 @@
 
 namespace testvideo {
 
-QString dataDir() { return REELWRIGHT_TEST_DATA; }
+static QString dataDir() { return REELWRIGHT_TEST_DATA; }
 QString binDir() { return REELWRIGHT_BIN_DIR; }
 
 int run(const QString& program, const QStringList& args, QByteArray* out, QByteArray* err, int timeoutMs)

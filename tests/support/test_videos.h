@@ -12,7 +12,6 @@
 
 namespace testvideo {
 
-QString dataDir();
 QString binDir();
 
 // Runs a program and returns its exit code (-1 when it could not start);
