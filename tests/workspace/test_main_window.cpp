@@ -67,14 +67,6 @@ private Q_SLOTS:
         QDir(m_dir).removeRecursively();
     }
 
-    void sizeTextIsTruncatedMebibytes()
-    {
-        const QLocale en(QLocale::English, QLocale::UnitedStates);   // German: the language test
-        QCOMPARE(VideoRepairWindow::FormatSize(1610612736, en), QStringLiteral("1,536"));
-        QCOMPARE(VideoRepairWindow::FormatSize(1500000, en), QStringLiteral("1.43"));
-        QCOMPARE(VideoRepairWindow::FormatSize(1048575, en), QStringLiteral("0.99"));   // not rounded up
-    }
-
     // Drops of files and folders (at any depth, through a link loop, in
     // batches); junk is named; a file gone before Repair is left out.
     void droppedFilesAndFolders()
