@@ -104,20 +104,18 @@ private Q_SLOTS:
     {
         QFETCH(int, offset);
         QFETCH(QByteArray, bytes);
-        const QString suffix = QStringLiteral("mov");
-        const QString clip = HevcClip(suffix, false);
-        const QString good = HevcClip(suffix, true);
+        const QString clip = HevcClip("mov", false), good = HevcClip("mov", true);
         QVERIFY(!clip.isEmpty() && !good.isEmpty());
         QByteArray sampleBytes = readAll(good);
         const int hvcC = sampleBytes.indexOf("hvcC");
         QVERIFY(hvcC > 0);
         sampleBytes.replace(hvcC + offset, bytes.size(), bytes);
-        const QString sample = m_dir + QStringLiteral("/sample.") + suffix;
+        const QString sample = m_dir + "/sample.mov";
         writeAll(sample, sampleBytes);
         QByteArray damaged = readAll(clip);
         cutMoov(damaged);
         bool firstPass = true;
-        repairWithSample(m_dir, QStringLiteral("clip.") + suffix, damaged, sample, &firstPass);
+        repairWithSample(m_dir, "clip.mov", damaged, sample, &firstPass);
         QVERIFY(!firstPass);
     }
 };

@@ -131,7 +131,6 @@ private Q_SLOTS:
         QVERIFY(m_chooser->calls.last().startsWith(QLatin1String("Add File | Video (*.MOV *.mov *.mp4")));
         QVERIFY(g_onListPage && !g_onHomePage && files()->isVisible() && !m_window->add_filebtn->isVisible());
         QVERIFY(m_window->RepairBtn->isEnabled() && m_window->RemoveBtn->isEnabled());
-        QVERIFY(files()->isColumnHidden(W::FileTempPath));
         QTreeWidgetItem* row = files()->topLevelItem(0);
         const QString size = QString::number(QFileInfo(a).size());
         QCOMPARE((QStringList{row->text(W::FileName), row->text(W::FilePath), row->text(W::FileId),
