@@ -212,11 +212,11 @@ private Q_SLOTS:
         // Remove takes the checked rows; with all gone the list stays, its
         // controls off; ids never restart.
         files()->topLevelItem(0)->setCheckState(W::FileName, Qt::Checked);
-        files()->topLevelItem(2)->setCheckState(W::FileName, Qt::Checked);
-        m_window->OnItemClicked(files()->topLevelItem(2), 0);
+        files()->topLevelItem(1)->setCheckState(W::FileName, Qt::Checked);
+        m_window->OnItemClicked(files()->topLevelItem(1), 0);
         m_window->RemoveBtn->click();
         QCOMPARE(files()->topLevelItemCount(), 1);
-        QCOMPARE(files()->topLevelItem(0)->text(W::FileName), QStringLiteral("2.mp4"));
+        QCOMPARE(files()->topLevelItem(0)->text(W::FileName), QStringLiteral("3.mp4"));
         QVERIFY(!m_window->RepairBtn->isEnabled());
 
         setAllChecked(true);
