@@ -32,7 +32,7 @@ shoot() {   # LANGUAGE SCALE DIR
     mkdir -p "$3"
     rm -rf "$work/config"
     XDG_CONFIG_HOME="$work/config" xvfb-run -a -s "-screen 0 1920x1080x24" \
-        "$build/tests-bin/window_screenshots" --language "$1" --scale "$2" "$3" \
+        "$build/bin/window_screenshots" --language "$1" --scale "$2" "$3" \
         "$work/holiday clip.mp4" "$work/camera_0042.avi" "$work/cut recording.mov"
     ls -l "$3"/page1-empty.png "$3"/page1-files.png "$3"/page2-results.png
 }

@@ -1,14 +1,12 @@
 #pragma once
 // Shared by the container tests: reelwright-batch on a set of inputs, with
-// what every run must keep (exit code 0, no input changed), and seeded
-// random bytes for hostile input.
+// what every run must keep (exit code 0, no input changed).
 #include "support/test_videos.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QRandomGenerator>
 #include <sys/stat.h>
 
 namespace containers {
@@ -17,13 +15,6 @@ inline QString repairedPath(const QString& input, const QString& name = QString(
 {
     const QFileInfo f(input);
     return f.absolutePath() + "/Repaired/" + (name.isEmpty() ? f.fileName() : name);
-}
-
-inline QByteArray randomBytes(int size, quint32 seed)
-{
-    QByteArray b(size, '\0');
-    QRandomGenerator(seed).fillRange(reinterpret_cast<quint32*>(b.data()), size / 4);
-    return b;
 }
 
 struct Batch {

@@ -228,18 +228,6 @@ private Q_SLOTS:
         QCOMPARE(f.out.count(hex("000001B3")), 1);
     }
 
-    void mpegFailures()
-    {
-        // A stream id other than audio or video in the system header; no group
-        // of pictures (user data in its place).
-        QByteArray noGop = kPack + systemHeader("E0E0") + kVideoStart + kAudioRest;
-        for (const QByteArray& in : {kPack + systemHeader("BDE0") + kVideoStart + kAudioRest,
-                                     noGop.replace(kGop, hex("000001B200000000"))}) {
-            const Fixed f = repair("t.mpg", in);
-            QVERIFY(f.refused && f.out.isEmpty());
-        }
-    }
-
     void matroskaEndToEnd_data()
     {
         QTest::addColumn<QString>("suffix");
@@ -262,32 +250,24 @@ private Q_SLOTS:
         const int all = decodedVideoFrames(clip);
         QVERIFY(all > 100);
 
-        int got = framesAfter(clip, "whole_" + tag + "." + suffix, [](QByteArray&) {});
-        QVERIFY2(got * 10 >= all * 9, qPrintable(QString("%1 of %2").arg(got).arg(all)));
-        QVERIFY(probeOpens(repairedPath(m_dir + "/whole_" + tag + "." + suffix)));
-
-        // Cut at 70%: the whole clusters ahead of the cut remain, the one cut is dropped.
-        int want = framesOfRemainingClusters(bytes, {{qint64(size * 0.7), size}}, tag + "_cut." + suffix);
-        QVERIFY(want > 0 && want < all);
-        got = framesAfter(clip, "cut_" + tag + "." + suffix, [](QByteArray& b) { cutAtFraction(b, 0.7); });
-        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
-
-        // Holes of zeros at a third and at two thirds.
-        const QList<QPair<qint64, qint64>> holes{{size / 3, 2000}, {size * 2 / 3, 2000}};
-        want = framesOfRemainingClusters(bytes, holes, tag + "_holes." + suffix);
-        QVERIFY(want > 0);
-        got = framesAfter(clip, "holes_" + tag + "." + suffix, [&holes](QByteArray& b) {
-            for (const auto& h : holes)
-                zeroRange(b, h.first, h.second);
-        });
-        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
-
-        // First 4 KiB zeroed: Info and Tracks come from the sample.
-        want = framesOfRemainingClusters(bytes, {{0, 4096}}, tag + "_head." + suffix);
-        QVERIFY(want > 0);
-        got = framesAfter(clip, "head_" + tag + "." + suffix, [](QByteArray& b) { zeroRange(b, 0, 4096); }, sample);
-        QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1 of %2").arg(got).arg(want)));
-        QVERIFY(probeOpens(repairedPath(m_dir + "/head_" + tag + "." + suffix)));
+        // Whole; cut at 70% (a range to the end is cut off: the whole clusters
+        // ahead of the cut remain, the one cut is dropped); holes of zeros at a
+        // third and at two thirds; the first 4 KiB zeroed (Info and Tracks come
+        // from the sample).
+        const qint64 cut = qint64(size * 0.7);
+        const QList<QPair<QString, QList<QPair<qint64, qint64>>>> damages{
+            {"whole", {}}, {"cut", {{cut, size - cut}}}, {"holes", {{size / 3, 2000}, {size * 2 / 3, 2000}}},
+            {"head", {{0, 4096}}}};
+        for (const auto& d : damages) {
+            const QString name = d.first + "_" + tag + "." + suffix;
+            const int want = d.second.isEmpty() ? all : framesOfRemainingClusters(bytes, d.second, name);
+            QVERIFY(want > 0 && (d.first != "cut" || want < all));
+            const int got = framesAfter(clip, name, [&d](QByteArray& b) {
+                for (const auto& r : d.second)
+                    r.first + r.second < b.size() ? zeroRange(b, r.first, r.second) : cutFrom(b, r.first);
+            }, d.first == "head" ? sample : QString());
+            QVERIFY2(got * 10 >= want * 9, qPrintable(QString("%1: %2 of %3").arg(name).arg(got).arg(want)));
+        }
     }
 
     void mpegEndToEnd_data()
@@ -345,13 +325,19 @@ private Q_SLOTS:
         }
     }
 
-    // A stream under 100000 bytes, Info without a Duration.
-    void badInput()
+    // Refused: a Matroska stream under 100000 bytes, or with an Info without a
+    // Duration; a program stream whose system header names a stream other
+    // than audio or video, or without a group of pictures (user data in its place).
+    void refused()
     {
         const QByteArray tiny = readAll(make("mkvmpg_mkv-h264-aac.mkv", lavfiVideo(8) + lavfiAudio(8)
                                              + QStringList{"-c:v", "libx264", "-g", "25", "-c:a", "aac"})).left(90000);
         QCOMPARE(tiny.size(), 90000);
-        const QList<QPair<QString, QByteArray>> cases{{"tiny.mkv", tiny}, {"t.mkv", mkvFile(cluster(0, 200), false)}};
+        QByteArray noGop = kPack + systemHeader("E0E0") + kVideoStart + kAudioRest;
+        const QList<QPair<QString, QByteArray>> cases{{"tiny.mkv", tiny},
+                                                      {"t.mkv", mkvFile(cluster(0, 200), false)},
+                                                      {"t.mpg", kPack + systemHeader("BDE0") + kVideoStart + kAudioRest},
+                                                      {"t.mpg", noGop.replace(kGop, hex("000001B200000000"))}};
         for (const auto& c : cases) {
             const Fixed f = repair(c.first, c.second);
             QVERIFY2(f.refused && f.out.isEmpty() && !QFile::exists(repairedPath(m_dir + '/' + c.first)), qPrintable(c.first));

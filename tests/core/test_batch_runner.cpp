@@ -1,5 +1,5 @@
 // reelwright-batch: usage errors, verdict lines, where results go, exit
-// codes, signals, the manual page, and GNU parallel over several runs.
+// codes and signals.
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -21,27 +21,9 @@ private Q_SLOTS:
     void init() { m_dir = freshDir(QStringLiteral("batch")); }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
-    void usageErrors_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::newRow("no files") << QStringList();
-        QTest::newRow("unknown option") << QStringList({"--fast", "a.mov"});
-        QTest::newRow("missing reference") << QStringList({"--reference", "/no/such/sample.mov", "a.mov"});
-        QTest::newRow("work root not a folder") << QStringList({"--work-root", "/no/such/dir", "a.mov"});
-        QTest::newRow("no jobs") << QStringList({"--jobs", "0", "a.mov"});
-        QTest::newRow("jobs without value") << QStringList({"a.mov", "--jobs"});
-    }
-    void usageErrors()
-    {
-        QFETCH(QStringList, args);
-        const BatchResult r = runBatch(args);
-        QCOMPARE(r.exitCode, 2);
-        QVERIFY(r.lines.isEmpty());
-        QVERIFY(r.stderrText.startsWith("reelwright-batch: "));
-    }
-
-    // Folders that can't be run are refused before anything is written.
-    void folderErrors()
+    // Usage errors and folders that can't be run: exit code 2 and a message,
+    // before anything is written.
+    void refusedBeforeAnythingIsWritten()
     {
         const QString videos = m_dir + QStringLiteral("/videos");
         QDir().mkpath(videos + QStringLiteral("/empty/Repaired"));
@@ -50,8 +32,14 @@ private Q_SLOTS:
         writeAll(videos + QStringLiteral("/empty/Repaired/old.avi"), QByteArray(10, '\0'));   // results aren't inputs
         writeAll(videos + QStringLiteral("/empty/notes.txt"), "x");
         QFile::link(videos, videos + QStringLiteral("/deep/loop"));
-        QList<QStringList> cases = {{videos + QStringLiteral("/empty")},
-                                    {videos},                                   // the link loop
+        QList<QStringList> cases = {{},
+                                    {"--fast", "a.mov"},
+                                    {"--reference", "/no/such/sample.mov", "a.mov"},
+                                    {"--work-root", "/no/such/dir", "a.mov"},
+                                    {"--jobs", "0", "a.mov"},
+                                    {"a.mov", "--jobs"},
+                                    {videos + QStringLiteral("/empty")},
+                                    {videos},   // the link loop
                                     {videos + QStringLiteral("/deep/a.avi"), videos + QStringLiteral("/deep/../deep/a.avi")}};
         if (geteuid() != 0) {   // root reads every folder
             QDir().mkpath(m_dir + QStringLiteral("/closed"));
@@ -69,38 +57,11 @@ private Q_SLOTS:
         const QStringList before = listing();
         for (const QStringList& args : cases) {
             const BatchResult r = runBatch(args);
-            QCOMPARE(r.exitCode, 2);
-            QVERIFY(r.lines.isEmpty());
+            QVERIFY2(r.exitCode == 2 && r.lines.isEmpty(), qPrintable(args.join(' ')));
             QVERIFY2(r.stderrText.startsWith("reelwright-batch: "), r.stderrText.constData());
         }
         QCOMPARE(listing(), before);
         QFile::setPermissions(m_dir + QStringLiteral("/closed"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    }
-
-    // --help names the options of the manual page; --version and the page
-    // carry the program's version.
-    void helpAndVersionMatchTheManualPage()
-    {
-        QByteArray help, version;
-        QCOMPARE(run(binDir() + QStringLiteral("/reelwright-batch"), {QStringLiteral("--help")}, &help), 0);
-        QCOMPARE(run(binDir() + QStringLiteral("/reelwright-batch"), {QStringLiteral("--version")}, &version), 0);
-        QCOMPARE(version, QByteArray("reelwright-batch " REELWRIGHT_VERSION "\n"));
-        const QString manual = QString::fromUtf8(readAll(binDir() + QStringLiteral("/../man/reelwright-batch.1")))
-                                   .remove(QRegularExpression(QStringLiteral("\\\\f[BIRP]")))
-                                   .remove(QLatin1Char('\\'));
-        QVERIFY(manual.contains(QStringLiteral(REELWRIGHT_VERSION)));
-        const QString section = manual.section(QStringLiteral(".SH OPTIONS"), 1).section(QStringLiteral(".SH"), 0, 0);
-        const auto options = [](const QString& text) {
-            QStringList found;
-            QRegularExpressionMatchIterator it = QRegularExpression(QStringLiteral("(?<![a-z-])--[a-z-]+")).globalMatch(text);
-            while (it.hasNext())
-                found << it.next().captured();
-            found.removeDuplicates();
-            found.sort();
-            return found;
-        };
-        QCOMPARE(options(section), options(QString::fromUtf8(help)));
-        QCOMPARE(options(section).size(), 6);
     }
 
     // Bad files of every kind get negative verdicts of their route's kind in the
@@ -260,29 +221,6 @@ private Q_SLOTS:
             QVERIFY(line.contains("\"repaired\":false"));
         QCOMPARE(QDir(m_dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                  QStringList({"big1.dat", "big2.dat", "big3.dat"}));
-    }
-
-    // Runs spread by GNU parallel (here two local jobs instead of hosts)
-    // concatenate into one report: each run's verdict, then its end line.
-    void parallelRunsMakeOneReport()
-    {
-        if (run(QStringLiteral("parallel"), {QStringLiteral("--version")}) != 0)
-            QSKIP("GNU parallel isn't installed");
-        QStringList files;
-        for (const char* name : {"/one.avi", "/two.mkv"}) {
-            files << m_dir + QLatin1String(name);
-            writeAll(files.last(), QByteArray(4096, '\0'));
-        }
-        QByteArray out;
-        QCOMPARE(run(QStringLiteral("parallel"), QStringList{"--will-cite", "--keep-order", "-j2",
-                                                             binDir() + "/reelwright-batch", "--quiet", ":::"} + files,
-                     &out), 0);
-        QStringList events;
-        for (const QByteArray& line : out.trimmed().split('\n')) {
-            const QJsonObject o = QJsonDocument::fromJson(line).object();
-            events << o.value("event").toString() + QLatin1Char(' ') + QFileInfo(o.value("path").toString()).fileName();
-        }
-        QCOMPARE(events, QStringList({"verdict one.avi", "end ", "verdict two.mkv", "end "}));
     }
 };
 

@@ -1,6 +1,7 @@
 // LogCipher: round trips with their byte layout, lines a foreign writer would
 // produce, and the error codes of the decipher direction.
 #include "core/log_cipher.h"
+#include "support/bytes.h"
 
 #include <QCryptographicHash>
 #include <QtTest>
@@ -19,11 +20,7 @@ QByteArray handMade(const QByteArray& body, uint8_t flags, const QByteArray& int
     return (QByteArray(1, char(3)) + QByteArray(1, char(flags)) + plain).toBase64();
 }
 
-QByteArray checksumBe(const QByteArray& b)
-{
-    const quint16 s = qChecksum(b.constData(), uint(b.size()));
-    return QByteArray(1, char(s >> 8)) + QByteArray(1, char(s & 0xFF));
-}
+QByteArray checksumBe(const QByteArray& b) { return testvideo::be(quint16(qChecksum(b.constData(), uint(b.size())))); }
 }
 
 class TestLogCipher : public QObject {

@@ -24,13 +24,11 @@ private Q_SLOTS:
         // 192 dpi on 1366 x 728: 2.0, 1.75, 1.5 (900 > 728), 1.25 (750 > 728), 1.0.
         QCOMPARE(FitScale(192, 1366, 728), 1.0f);
         QCOMPARE(FitScale(120, 1920, 1080), 1.25f);
-        QCOMPARE(FontDpiText(FitScale(120, 1920, 1080)), QByteArray("120"));
         QCOMPARE(FitScale(192, 3840, 2160), 2.0f);
         QCOMPARE(FitScale(192, 1920, 1040), 1.5f);   // 900 <= 1040, 1275 <= 1920
         QCOMPARE(FitScale(96, 800, 500), 1.0f);      // 1.0 is kept even when it doesn't fit
         QCOMPARE(FitScale(72, 1920, 1080), 0.75f);   // a small scale that fits is kept
         QCOMPARE(FitScale(72, 600, 400), 1.0f);      // one that doesn't steps to 0.0, then 1.0
-        QCOMPARE(FontDpiText(1.0f), QByteArray("96"));
     }
 
     // Exact steps 1.0 and 1.25, everything from 1.5 up, nothing between.

@@ -3,6 +3,7 @@
 #include "core/byte_reader.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/index_scanners.h"
+#include "support/bytes.h"
 
 #include <QtTest>
 
@@ -12,10 +13,7 @@ namespace {
 // no zero byte (so nothing inside it looks like a length field).
 QByteArray Unit(uint8_t header, uint8_t second, int payload, char fill = '\x11')
 {
-    const int length = 2 + payload;
-    QByteArray u;
-    u.append(char(length >> 24)).append(char(length >> 16)).append(char(length >> 8)).append(char(length));
-    return u.append(char(header)).append(char(second)).append(QByteArray(payload, fill));
+    return testvideo::be(quint32(2 + payload)) + char(header) + char(second) + QByteArray(payload, fill);
 }
 
 const QByteArray kIdr = Unit(0x65, 0x88, 30);   // a picture's first slice (first_mb 0)

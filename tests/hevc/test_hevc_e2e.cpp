@@ -3,8 +3,6 @@
 #include "support/test_videos.h"
 
 #include <QDir>
-#include <QFile>
-#include <QJsonArray>
 #include <QtTest>
 
 using namespace testvideo;
@@ -19,19 +17,15 @@ namespace {
 // stays as small as a camera's, which the rebuild of large files copies.
 QString HevcClip(const QString& suffix, bool sample, bool audio = true, bool pcm = false)
 {
-    QStringList a = lavfiVideo(8, QStringLiteral("320x240"), 25);
-    if (audio && pcm)
-        a += splitArgs(QStringLiteral("-f lavfi -i sine=frequency=440:sample_rate=96000:duration=8:samples_per_frame=24000"));
-    else if (audio)
-        a += lavfiAudio(8, 48000);
-    a += splitArgs(QStringLiteral("-vf hue=h=%1 -c:v libx265 -preset ultrafast -x265-params log-level=error:keyint=25%2"
-                             " -tag:v hvc1 -pix_fmt yuv420p").arg(sample ? 90 : 0).arg(pcm ? ":info=0" : ""));
+    QStringList a = lavfiVideo(8, "320x240", 25);
     if (audio)
-        a += splitArgs(pcm ? QStringLiteral("-c:a pcm_s24le -ac 2") : QStringLiteral("-c:a aac -ac 2 -b:a 128k"));
-    return make(QStringLiteral("hevc_%1%2%3.%4")
-                    .arg(sample ? QStringLiteral("sample") : QStringLiteral("clip"),
-                         audio ? QString() : QStringLiteral("_mute"), pcm ? QStringLiteral("_lpcm") : QString(), suffix),
-                a);
+        a += pcm ? splitArgs("-f lavfi -i sine=frequency=440:sample_rate=96000:duration=8:samples_per_frame=24000")
+                 : lavfiAudio(8, 48000);
+    a += splitArgs(QStringLiteral("-vf hue=h=%1 -c:v libx265 -preset ultrafast -x265-params log-level=error:keyint=25%2"
+                                  " -tag:v hvc1 -pix_fmt yuv420p").arg(sample ? 90 : 0).arg(pcm ? ":info=0" : ""));
+    if (audio)
+        a += splitArgs(pcm ? "-c:a pcm_s24le -ac 2" : "-c:a aac -ac 2 -b:a 128k");
+    return make(QStringLiteral("hevc_%1%2%3.%4").arg(sample ? "sample" : "clip", audio ? "" : "_mute", pcm ? "_lpcm" : "", suffix), a);
 }
 
 } // namespace
@@ -110,20 +104,18 @@ private Q_SLOTS:
     {
         QFETCH(int, offset);
         QFETCH(QByteArray, bytes);
-        const QString suffix = QStringLiteral("mov");
-        const QString clip = HevcClip(suffix, false);
-        const QString good = HevcClip(suffix, true);
+        const QString clip = HevcClip("mov", false), good = HevcClip("mov", true);
         QVERIFY(!clip.isEmpty() && !good.isEmpty());
         QByteArray sampleBytes = readAll(good);
         const int hvcC = sampleBytes.indexOf("hvcC");
         QVERIFY(hvcC > 0);
         sampleBytes.replace(hvcC + offset, bytes.size(), bytes);
-        const QString sample = m_dir + QStringLiteral("/sample.") + suffix;
+        const QString sample = m_dir + "/sample.mov";
         writeAll(sample, sampleBytes);
         QByteArray damaged = readAll(clip);
         cutMoov(damaged);
         bool firstPass = true;
-        repairWithSample(m_dir, QStringLiteral("clip.") + suffix, damaged, sample, &firstPass);
+        repairWithSample(m_dir, "clip.mov", damaged, sample, &firstPass);
         QVERIFY(!firstPass);
     }
 };

@@ -52,10 +52,7 @@ private Q_SLOTS:
         QStringList received;
         QObject owner;
         QVERIFY(ListenForHandOver(HandOverName(), &owner, [&](const QStringList& f) { received = f; }));
-        QProcess second;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        second.setProcessEnvironment(env);
+        QProcess second;   // on the test's own platform (offscreen)
         second.setWorkingDirectory(home);
         second.start(binDir() + QStringLiteral("/reelwright"), {QStringLiteral("a clip.mp4"), home + QStringLiteral("/b.mov")});
         QTRY_VERIFY_WITH_TIMEOUT(second.state() == QProcess::NotRunning, 15000);
@@ -68,11 +65,8 @@ private Q_SLOTS:
     void firstStartCreatesBothStores()
     {
         const QString home = freshDir(QStringLiteral("xdg"));
+        qputenv("XDG_CONFIG_HOME", home.toUtf8());
         QProcess app;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        app.setProcessEnvironment(env);
         app.start(binDir() + QStringLiteral("/reelwright"), QStringList());
         QVERIFY(app.waitForStarted());
         const QString stores = home + QStringLiteral("/Corvane Labs/%1 Recovery/Reelwright.ini");

@@ -50,26 +50,22 @@ static size_t readable(long long off, size_t n)
 
 #define REAL(name) (reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)))
 
-static ssize_t positioned(int fd, size_t n, long long off, int* fail)
+// How many of the n bytes at off of the failing file can be read: -1 (EIO)
+// when the first of them is bad.
+static ssize_t positioned(size_t n, long long off)
 {
-    *fail = 0;
-    if (!is_target(fd))
-        return (ssize_t)n;
     const size_t ok = readable(off, n);
-    if (ok == 0 && n > 0)
-        *fail = 1;
+    if (ok == 0 && n > 0) {
+        errno = EIO;
+        return -1;
+    }
     return (ssize_t)ok;
 }
 
 ssize_t pread64(int fd, void* buf, size_t n, off64_t off)
 {
-    int fail;
-    const ssize_t k = positioned(fd, n, off, &fail);
-    if (fail) {
-        errno = EIO;
-        return -1;
-    }
-    return REAL(pread64)(fd, buf, (size_t)k, off);
+    const ssize_t k = is_target(fd) ? positioned(n, off) : (ssize_t)n;
+    return k < 0 ? -1 : REAL(pread64)(fd, buf, (size_t)k, off);
 }
 
 ssize_t pread(int fd, void* buf, size_t n, off_t off)
@@ -79,26 +75,14 @@ ssize_t pread(int fd, void* buf, size_t n, off_t off)
 
 ssize_t read(int fd, void* buf, size_t n)
 {
-    int fail;
-    const off_t at = is_target(fd) ? lseek(fd, 0, SEEK_CUR) : 0;
-    const ssize_t k = positioned(fd, n, at, &fail);
-    if (fail) {
-        errno = EIO;
-        return -1;
-    }
-    return REAL(read)(fd, buf, (size_t)k);
+    const ssize_t k = is_target(fd) ? positioned(n, lseek(fd, 0, SEEK_CUR)) : (ssize_t)n;
+    return k < 0 ? -1 : REAL(read)(fd, buf, (size_t)k);
 }
 
 ssize_t copy_file_range(int in, off64_t* inOff, int out, off64_t* outOff, size_t n, unsigned flags)
 {
-    int fail;
-    const long long at = inOff ? *inOff : (long long)lseek(in, 0, SEEK_CUR);
-    const ssize_t k = positioned(in, n, at, &fail);
-    if (fail) {
-        errno = EIO;
-        return -1;
-    }
-    return REAL(copy_file_range)(in, inOff, out, outOff, (size_t)k, flags);
+    const ssize_t k = is_target(in) ? positioned(n, inOff ? *inOff : lseek(in, 0, SEEK_CUR)) : (ssize_t)n;
+    return k < 0 ? -1 : REAL(copy_file_range)(in, inOff, out, outOff, (size_t)k, flags);
 }
 
 } // extern "C"

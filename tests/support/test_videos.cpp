@@ -9,13 +9,12 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QUuid>
 
 namespace testvideo {
 
-QString dataDir() { return QStringLiteral(REELWRIGHT_TEST_DATA); }
-QString binDir() { return QStringLiteral(REELWRIGHT_BIN_DIR); }
+static QString dataDir() { return REELWRIGHT_TEST_DATA; }
+QString binDir() { return REELWRIGHT_BIN_DIR; }
 
 int run(const QString& program, const QStringList& args, QByteArray* out, QByteArray* err, int timeoutMs)
 {
@@ -50,44 +49,32 @@ QString make(const QString& name, const QStringList& ffmpegArgs)
     const QString suffix = QFileInfo(name).suffix();
     const QString tmp = folder + QStringLiteral("/.tmp-") + QUuid::createUuid().toString(QUuid::Id128)
                       + QLatin1Char('.') + suffix;
-    QStringList args{QStringLiteral("-y"), QStringLiteral("-v"), QStringLiteral("error"),
-                     QStringLiteral("-nostdin")};
-    args << ffmpegArgs << tmp;
     QByteArray err;
-    if (run(QStringLiteral("ffmpeg"), args, nullptr, &err) != 0) {
+    if (run("ffmpeg", QStringList{"-y", "-v", "error", "-nostdin"} + ffmpegArgs << tmp, nullptr, &err) != 0) {
         qWarning("ffmpeg failed for %s: %s", qPrintable(name), err.constData());
         QFile::remove(tmp);
         return QString();
     }
     QFile::remove(path);
-    if (!QFile::rename(tmp, path)) {
+    if (!QFile::rename(tmp, path))
         QFile::remove(tmp);   // another test made it meanwhile
-    }
     return path;
 }
 
 QStringList lavfiVideo(int seconds, const QString& size, int rate)
 {
-    return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-            QStringLiteral("testsrc2=size=%1:rate=%2:duration=%3").arg(size).arg(rate).arg(seconds)};
+    return {"-f", "lavfi", "-i", QStringLiteral("testsrc2=size=%1:rate=%2:duration=%3").arg(size).arg(rate).arg(seconds)};
 }
 
 QStringList lavfiAudio(int seconds, int sampleRate)
 {
-    return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-            QStringLiteral("sine=frequency=440:sample_rate=%1:duration=%2").arg(sampleRate).arg(seconds)};
+    return {"-f", "lavfi", "-i", QStringLiteral("sine=frequency=440:sample_rate=%1:duration=%2").arg(sampleRate).arg(seconds)};
 }
 
-QString h264Aac(const QString& suffix, bool faststart)
+QString h264Aac(const QString& suffix)
 {
-    QStringList args = lavfiVideo() + lavfiAudio();
-    args << QStringLiteral("-c:v") << QStringLiteral("libx264") << QStringLiteral("-preset")
-         << QStringLiteral("ultrafast") << QStringLiteral("-g") << QStringLiteral("25")
-         << QStringLiteral("-pix_fmt") << QStringLiteral("yuv420p") << QStringLiteral("-c:a")
-         << QStringLiteral("aac") << QStringLiteral("-b:a") << QStringLiteral("96k");
-    if (faststart)
-        args << QStringLiteral("-movflags") << QStringLiteral("faststart");
-    return make(QStringLiteral("h264_aac%1.%2").arg(faststart ? QStringLiteral("_faststart") : QString(), suffix), args);
+    return make("h264_aac." + suffix,
+                lavfiVideo() + lavfiAudio() + splitArgs("-c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -c:a aac -b:a 96k"));
 }
 
 QByteArray readAll(const QString& path)
@@ -158,21 +145,13 @@ void cutMoov(QByteArray& file)
     cutFrom(file, findTopLevelAtom(file, "moov"));
 }
 
-int decodedVideoFrames(const QString& path)
-{
-    return decodedFrames(path, QStringLiteral("v:0"));
-}
+int decodedVideoFrames(const QString& path) { return decodedFrames(path, "v:0"); }
 
 int decodedFrames(const QString& path, const QString& stream)
 {
     QByteArray out;
-    const int rc = run(QStringLiteral("ffprobe"),
-                       {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-count_frames"),
-                        QStringLiteral("-select_streams"), stream, QStringLiteral("-show_entries"),
-                        QStringLiteral("stream=nb_read_frames"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
-                        path},
-                       &out);
-    if (rc != 0)
+    if (run("ffprobe", splitArgs("-v error -count_frames -show_entries stream=nb_read_frames -of csv=p=0 -select_streams")
+                           << stream << path, &out) != 0)
         return -1;
     bool ok = false;
     // Streams with side data (MPEG-2's CPB properties) add empty fields: "200,".
@@ -183,12 +162,12 @@ int decodedFrames(const QString& path, const QString& stream)
 QString repairWithSample(const QString& dir, const QString& name, const QByteArray& damaged,
                          const QString& sample, bool* firstPassRepaired)
 {
-    const QString in = dir + QLatin1Char('/') + name;
+    const QString in = dir + '/' + name;
     writeAll(in, damaged);
     const QString before = sha256(in);
-    const BatchResult first = runBatch({QStringLiteral("--quiet"), in});
+    const BatchResult first = runBatch({"--quiet", in});
     *firstPassRepaired = !first.verdicts().isEmpty() && first.verdicts().last().value("repaired").toBool();
-    const BatchResult second = runBatch({QStringLiteral("--quiet"), QStringLiteral("--reference"), sample, in});
+    const BatchResult second = runBatch({"--quiet", "--reference", sample, in});
     [&] { QCOMPARE(sha256(in), before); }();
     [&] { QVERIFY2(!second.verdicts().isEmpty(), "no verdict"); }();
     return second.output();
@@ -197,21 +176,16 @@ QString repairWithSample(const QString& dir, const QString& name, const QByteArr
 QString fakeMuxer(const QString& folder, const QByteArray& body)
 {
     QDir().mkpath(folder);
-    const QString exe = folder + QStringLiteral("/ffmpeg");
+    const QString exe = folder + "/ffmpeg";
     writeAll(exe, "#!/bin/sh\n" + body);
     QFile::setPermissions(exe, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
 }
 
-bool probeOpens(const QString& path)
-{
-    return run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("error"), path}) == 0;
-}
-
 QJsonObject BatchResult::end() const
 {
     for (auto it = lines.crbegin(); it != lines.crend(); ++it)
-        if (it->value(QStringLiteral("event")).toString() == QLatin1String("end"))
+        if (it->value("event").toString() == "end")
             return *it;
     return QJsonObject();
 }
@@ -219,10 +193,8 @@ QJsonObject BatchResult::end() const
 QString BatchResult::output() const
 {
     const QList<QJsonObject> v = verdicts();
-    const QJsonArray outputs = end().value(QStringLiteral("outputs")).toArray();
-    return v.isEmpty() || !v.last().value(QStringLiteral("repaired")).toBool() || outputs.isEmpty()
-               ? QString()
-               : outputs.first().toString();
+    const QJsonArray outputs = end().value("outputs").toArray();
+    return v.isEmpty() || !v.last().value("repaired").toBool() || outputs.isEmpty() ? QString() : outputs.first().toString();
 }
 
 QList<QPair<QString, QString>> oneClipPerRoute()
@@ -248,7 +220,7 @@ QList<QJsonObject> BatchResult::verdicts() const
 {
     QList<QJsonObject> v;
     for (const QJsonObject& o : lines)
-        if (o.value(QStringLiteral("event")).toString() == QLatin1String("verdict"))
+        if (o.value("event").toString() == "verdict")
             v << o;
     return v;
 }
@@ -257,31 +229,26 @@ BatchResult runBatch(const QStringList& args, int timeoutMs)
 {
     BatchResult r;
     QByteArray out;
-    r.exitCode = run(binDir() + QStringLiteral("/reelwright-batch"), args, &out, &r.stderrText, timeoutMs);
-    for (const QByteArray& line : out.split('\n')) {
-        if (line.trimmed().isEmpty())
-            continue;
-        r.lines << QJsonDocument::fromJson(line).object();
-    }
+    r.exitCode = run(binDir() + "/reelwright-batch", args, &out, &r.stderrText, timeoutMs);
+    for (const QByteArray& line : out.split('\n'))
+        if (!line.trimmed().isEmpty())
+            r.lines << QJsonDocument::fromJson(line).object();
     return r;
 }
 
 QList<Packet> packets(const QString& path, const QString& stream)
 {
     QByteArray out;
-    run(QStringLiteral("ffprobe"), QStringLiteral("-v error -show_entries packet=pos,size,flags -of json -select_streams").split(' ')
-        << stream << path, &out);
+    run("ffprobe", splitArgs("-v error -show_entries packet=pos,size,flags -of json -select_streams") << stream << path, &out);
     QList<Packet> list;
-    for (const QJsonValue& v : QJsonDocument::fromJson(out)[QStringLiteral("packets")].toArray())
-        list.append({v[QStringLiteral("pos")].toString().toLongLong(), v[QStringLiteral("size")].toString().toLongLong(),
-                     v[QStringLiteral("flags")].toString().startsWith(QLatin1Char('K'))});
+    for (const QJsonValue& v : QJsonDocument::fromJson(out)["packets"].toArray())
+        list.append({v["pos"].toString().toLongLong(), v["size"].toString().toLongLong(), v["flags"].toString().startsWith('K')});
     return list;
 }
 
 QString freshDir(const QString& tag)
 {
-    const QString dir = QDir::tempPath() + QStringLiteral("/rw-") + tag + QLatin1Char('-')
-                      + QUuid::createUuid().toString(QUuid::Id128).left(12);
+    const QString dir = QDir::tempPath() + "/rw-" + tag + '-' + QUuid::createUuid().toString(QUuid::Id128).left(12);
     QDir().mkpath(dir);
     return dir;
 }
@@ -291,8 +258,7 @@ QStringList splitArgs(const QString& text) { return text.split(QLatin1Char(' '),
 QByteArray probeEntries(const QString& path, const QString& stream, const QString& entries)
 {
     QByteArray out;
-    run(QStringLiteral("ffprobe"), splitArgs(QStringLiteral("-v error -select_streams %1 -show_entries %2 -of csv=p=0")
-                                                 .arg(stream, entries)) << path, &out);
+    run("ffprobe", splitArgs(QStringLiteral("-v error -select_streams %1 -show_entries %2 -of csv=p=0").arg(stream, entries)) << path, &out);
     return out.trimmed();
 }
 

@@ -12,7 +12,6 @@
 
 namespace testvideo {
 
-QString dataDir();
 QString binDir();
 
 // Runs a program and returns its exit code (-1 when it could not start);
@@ -34,7 +33,7 @@ QStringList lavfiAudio(int seconds = 4, int sampleRate = 48000);
 QList<QPair<QString, QString>> oneClipPerRoute();
 
 // A healthy H.264 + AAC clip in the given container (mp4, mov, ...).
-QString h264Aac(const QString& suffix, bool faststart = false);
+QString h264Aac(const QString& suffix);
 
 QByteArray readAll(const QString& path);
 bool writeAll(const QString& path, const QByteArray& bytes);
@@ -52,8 +51,6 @@ void cutMoov(QByteArray& file);                             // drop a moov at th
 int decodedVideoFrames(const QString& path);
 // Frames of one stream ("a:0", "v:0") that decode, or -1.
 int decodedFrames(const QString& path, const QString& stream);
-// True when ffprobe opens the file.
-bool probeOpens(const QString& path);
 
 struct BatchResult {
     int exitCode = -1;

@@ -209,14 +209,13 @@ private Q_SLOTS:
 
     void helpTopic_data()
     {
-        // home, list, repair, advance pending, save asked, results shown
+        // home, list, repair, advance pending, save asked, results shown (the
+        // empty page 1 and save asked: through the help buttons below)
         QTest::addColumn<QList<bool>>("flags");
         QTest::addColumn<QString>("topic");
-        QTest::newRow("empty page 1") << QList<bool>{1, 0, 0, 0, 0, 0} << "about-reelwright";
         QTest::newRow("files listed") << QList<bool>{0, 1, 0, 0, 0, 0} << "adding-files-for-repair";
         QTest::newRow("run") << QList<bool>{0, 0, 1, 0, 0, 1} << "repairing-corrupt-files";
         QTest::newRow("awaiting rows") << QList<bool>{0, 0, 1, 1, 0, 1} << "performing-advanced-repair";
-        QTest::newRow("save asked") << QList<bool>{0, 0, 0, 0, 1, 0} << "previewing-and-saving-files";
         QTest::newRow("save with awaiting rows") << QList<bool>{0, 0, 1, 1, 1, 0} << "previewing-and-saving-files";
         QTest::newRow("results, save cancelled") << QList<bool>{0, 0, 0, 0, 0, 1} << "previewing-and-saving-files";
     }
@@ -233,7 +232,8 @@ private Q_SLOTS:
     }
 
     // The language element by LanguageType (outside 0 to 10: English); the
-    // buttons open the topic of the page that is up.
+    // buttons open the topic of the page that is up; "What is a reference
+    // file?" (page 2 and the end-of-run message) the help's section on samples.
     void helpLanguagesAndButtons()
     {
         QCOMPARE(HelpLanguage(5) + HelpLanguage(10) + HelpLanguage(11) + HelpLanguage(-1), QStringLiteral("jphienen"));
@@ -243,12 +243,17 @@ private Q_SLOTS:
         m_modal.answers << QStringLiteral("Save") << QStringLiteral("OkBtn");
         m_window->OnClickedSaveButton();
         m_window->HelpBtn_2->click();
+        g_languageType = 0;
+        m_window->referenceLinkBtn->click();
+        repairFinishDialog finish(m_window);
+        finish.findChild<QPushButton*>(QStringLiteral("referenceBtn"))->click();
+        const QString samples = "https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair#reference-file";
         QCOMPARE(g_openedUrls,
                  (QStringList{"https://www.corvanelabs.com/help/reelwright/en/about-reelwright",
-                              "https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files"}));
+                              "https://www.corvanelabs.com/help/reelwright/jp/previewing-and-saving-files", samples, samples}));
     }
 
-    // About's texts; links take the store's key of the language, a built-in
+    // About opens; links take the store's key of the language, a built-in
     // address without one, nothing when it is empty; the installed licence.
     void aboutAndLinks()
     {
@@ -256,8 +261,6 @@ private Q_SLOTS:
         m_modal.answers << QStringLiteral("OkBtn");
         m_window->AbutBtn_1->click();
         QVERIFY(m_modal.texts.value(0).contains(QStringLiteral("Reelwright")));
-        QCOMPARE(about->versionText(), QStringLiteral("Version " REELWRIGHT_VERSION));
-        QVERIFY(about->systemText().contains(ProductName()));
 
         g_languageType = 1;
         about->OpenSupport();
@@ -286,18 +289,6 @@ private Q_SLOTS:
                  (QStringList{"https://www.corvanelabs.com/support/", "https://example.org/de/hilfe",
                               "https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair",
                               QUrl::fromLocalFile(installed).toString()}));
-    }
-
-    // "What is a reference file?" (page 2 and the end-of-run message) opens
-    // the help's section on samples.
-    void referenceLinks()
-    {
-        const QString samples =
-            QStringLiteral("https://www.corvanelabs.com/help/reelwright/en/performing-advanced-repair#reference-file");
-        m_window->referenceLinkBtn->click();
-        repairFinishDialog finish(m_window);
-        finish.findChild<QPushButton*>(QStringLiteral("referenceBtn"))->click();
-        QCOMPARE(g_openedUrls, (QStringList{samples, samples}));
     }
 
     // Only installed siblings are offered. An entry asks the exit question: No

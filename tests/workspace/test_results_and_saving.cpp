@@ -313,19 +313,6 @@ private Q_SLOTS:
         QCOMPARE(row(0)->checkState(W::ResName), Qt::Unchecked);
     }
 
-    // A second result counts by name in any case, and only when not empty.
-    void twoValidFilesAreCountedByName()
-    {
-        const QString folder = m_dir + QStringLiteral("/Repaired"), clip = folder + QStringLiteral("/clip.mov");
-        QDir().mkpath(folder);
-        writeAll(clip, "a");
-        QVERIFY(!m_window->TwoRepairedValidFilesCreated(clip));
-        writeAll(folder + QStringLiteral("/1_CLIP.MOV"), "b");
-        QVERIFY(m_window->TwoRepairedValidFilesCreated(clip));
-        writeAll(folder + QStringLiteral("/1_CLIP.MOV"), QByteArray());
-        QVERIFY(!m_window->TwoRepairedValidFilesCreated(clip));
-    }
-
     // A sample that is missing or is no regular file is refused before any
     // pass starts; the dialog stays up and Cancel closes it.
     void unreadableSampleIsRefused()
