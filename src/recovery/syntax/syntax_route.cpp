@@ -11,9 +11,11 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
 {
     SyntaxOutcome out;
     // A reader's windows are new memory, whose first touch costs more than
-    // the reads into it: windows of 2 MiB hold a picture and more, and the
-    // longest view asked for (a block of 1 MiB searched for a lost movie).
-    constexpr size_t kWindow = 2u << 20;
+    // the reads into it, and small ones stay in the cache from the read to
+    // the scan: a MiB and two pages hold a picture and more, and the longest
+    // view asked for (a block of 1 MiB searched for a lost movie, from the
+    // page its start lies in).
+    constexpr size_t kWindow = (1u << 20) + 2 * ByteReader::kAlign;
     std::unique_ptr<FileReader> damaged = FileReader::open(damagedPath, kWindow);
     std::unique_ptr<FileReader> sample = modelPath == damagedPath ? nullptr : FileReader::open(modelPath, kWindow);
     ByteReader* modelSource = modelPath == damagedPath ? damaged.get() : sample.get();
