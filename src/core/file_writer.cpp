@@ -247,8 +247,12 @@ void FileWriter::copyFrom(ByteReader& src, uint64_t pos, uint64_t n)
 
 void FileWriter::copyData(ByteReader& src, uint64_t pos, uint64_t n)
 {
-    // A tap must see the bytes, so they take the buffer then.
-    bool kernel = n >= kKernelCopyFrom && !m_tap && m_fd >= 0 && src.fileDescriptor() >= 0;
+    // A tap must see the bytes, so they take the buffer then. So do bytes
+    // that land elsewhere within a page than they lie in the source: the
+    // kernel would write each page of the output in two pieces, which is
+    // slower to copy and far slower to write back to the disk.
+    bool kernel = n >= kKernelCopyFrom && !m_tap && m_fd >= 0 && src.fileDescriptor() >= 0
+               && pos % ByteReader::kAlign == this->pos() % ByteReader::kAlign;
     const size_t step = std::min<size_t>(src.maxView(), 1u << 20);
     while (n > 0) {
         if (kernel && !m_kernelCopyFails && pos < src.size()) {

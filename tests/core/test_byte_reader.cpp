@@ -240,7 +240,8 @@ private Q_SLOTS:
             if (tap)
                 w.setTap([&](const uint8_t* p, size_t n) { tapped.append(reinterpret_cast<const char*>(p), int(n)); });
             w.write("abc", 3);
-            w.copyFrom(r, 5, 100000);           // long: from file to file
+            w.copyFrom(r, 3, 100000);           // long, alike within a page: from file to file
+            w.copyFrom(r, 5, 100000);           // long, elsewhere within a page: through the buffer
             w.copyFrom(r, 7, 100);              // short: through the buffer
             w.copyFrom(r, 260000, 80000);       // past the end: 40000 bytes, then zeros
             w.copyFrom(r, 400000, 50000);       // wholly past the end
@@ -253,7 +254,7 @@ private Q_SLOTS:
         copies(*file, m_dir + QStringLiteral("/f.bin"), false);
         copies(*file, m_dir + QStringLiteral("/t.bin"), true);
 
-        QByteArray want = "abc" + data.mid(5, 100000) + data.mid(7, 100) + data.mid(260000)
+        QByteArray want = "abc" + data.mid(3, 100000) + data.mid(5, 100000) + data.mid(7, 100) + data.mid(260000)
                         + QByteArray(40000 + 50000, '\0');
         const QByteArray patch("\xA1\xB2\xC3\xD4", 4);
         const QByteArray fromFile = readAll(m_dir + QStringLiteral("/f.bin"));

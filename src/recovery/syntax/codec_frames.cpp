@@ -130,8 +130,14 @@ uint32_t AacFramer::frameSize(ByteReader& r, uint64_t pos, uint64_t end)
     end = std::min(end, r.size());
     if (pos >= end || m_asc.empty())
         return 0;
-    const size_t n = static_cast<size_t>(std::min<uint64_t>({end - pos, m_maxFrame, r.maxView()}));
-    return frameSize(r.view(pos, n), n);
+    const size_t n = static_cast<size_t>(std::min<uint64_t>(end - pos, m_maxFrame));
+    if (n <= r.maxView())
+        return frameSize(r.view(pos, n), n);
+    // A reader of small windows (one that reads little around each of many
+    // short stretches) serves a long frame through a copy.
+    m_copy.resize(n);
+    r.read(pos, m_copy.data(), n);
+    return frameSize(m_copy.data(), n);
 }
 
 // ---- esds ----------------------------------------------------------------------

@@ -56,6 +56,7 @@ private:
     void* m_decoder = nullptr;          // NeAACDecHandle
     std::vector<uint8_t> m_asc;
     std::vector<uint8_t> m_buffer;      // the frame's bytes, zero-padded for FAAD2's read ahead
+    std::vector<uint8_t> m_copy;        // a frame longer than the reader's view
     size_t m_maxFrame = 0;              // the most bytes handed to FAAD2 for one frame
     unsigned m_channels = 0;            // what the configuration names (0: a program config element says)
     bool m_spoiled = false;             // the last decode failed: rebuild before the next

@@ -117,7 +117,10 @@ public:
         uint64_t len = 0;
         for (int i = 0; i < m_lengthSize; ++i)
             len = len << 8 | p[i];
-        return len >= m_minUnit && (p[m_lengthSize] & 0x80) == 0;
+        // measure takes no first unit longer than a picture may be, or
+        // than the longest unit other than a slice: random bytes (the sound
+        // that the search walks through) seldom give so short a length.
+        return len >= m_minUnit && len <= std::max(m_maxPicture, kMaxFiller) && (p[m_lengthSize] & 0x80) == 0;
     }
 
     // Parameter sets sent inside the stream replace those of the sample
@@ -157,7 +160,8 @@ private:
     }
     // Units other than slices are small: parameter sets, messages and
     // delimiters. Filler data may run long in a constant-rate stream.
-    uint64_t maxParameterUnit(int type) const { return isFiller(type) ? 1u << 20 : 64u << 10; }
+    static constexpr uint64_t kMaxFiller = 1u << 20;
+    uint64_t maxParameterUnit(int type) const { return isFiller(type) ? kMaxFiller : 64u << 10; }
     bool isFiller(int type) const { return m_syntax.codec() == NalCodec::Hevc ? type == 38 : type == 12; }
     // Filler data is bytes of FF (the first few are looked at).
     bool fillerBytes(ByteReader& r, uint64_t unit, uint64_t len) const

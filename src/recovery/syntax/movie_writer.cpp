@@ -297,7 +297,11 @@ MovieOutput::~MovieOutput()
 bool MovieOutput::start(const QString& path, const QString& srcPath, MediaRange range, const QByteArray& ftyp,
                         const std::atomic<bool>* stop)
 {
-    m_src = FileReader::open(srcPath);
+    // Where the kernel can't copy the bytes page for page, the writer takes
+    // them a MiB at a time through the reader: a window of one such step
+    // (and the page its start is rounded down to) stays in the cache
+    // between the read and the write.
+    m_src = FileReader::open(srcPath, (1u << 20) + ByteReader::kAlign);
     if (!m_src || !m_out.open(path))
         return false;
     m_range = range;

@@ -10,8 +10,14 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
                               const ScanControl& control)
 {
     SyntaxOutcome out;
-    std::unique_ptr<FileReader> damaged = FileReader::open(damagedPath);
-    std::unique_ptr<FileReader> sample = modelPath == damagedPath ? nullptr : FileReader::open(modelPath);
+    // A reader's windows are new memory, whose first touch costs more than
+    // the reads into it, and small ones stay in the cache from the read to
+    // the scan: a MiB and two pages hold a picture and more, and the longest
+    // view asked for (a block of 1 MiB searched for a lost movie, from the
+    // page its start lies in).
+    constexpr size_t kWindow = (1u << 20) + 2 * ByteReader::kAlign;
+    std::unique_ptr<FileReader> damaged = FileReader::open(damagedPath, kWindow);
+    std::unique_ptr<FileReader> sample = modelPath == damagedPath ? nullptr : FileReader::open(modelPath, kWindow);
     ByteReader* modelSource = modelPath == damagedPath ? damaged.get() : sample.get();
     if (!damaged || !modelSource) {
         out.reason = QStringLiteral("can't open the file or the sample");
@@ -45,8 +51,9 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
     QElapsedTimer clock;
     clock.start();
     // Two threads cut the sound: the scan leaves the cores to them early on.
-    // They read a chunk at a time, so small windows do.
-    constexpr size_t kSoundWindow = 1u << 20;
+    // They read one stretch of sound at a time (often less than a KiB, one
+    // behind each picture), so each window fill costs little more than it.
+    constexpr size_t kSoundWindow = 16u << 10;
     std::unique_ptr<FileReader> soundReaders[2] = {FileReader::open(damagedPath, kSoundWindow),
                                                    FileReader::open(damagedPath, kSoundWindow)};
     ScanControl scanControl = control;
