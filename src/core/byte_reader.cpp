@@ -21,7 +21,8 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
         // windows rather than hand out a short buffer.
         m_window = n + 2 * kAlign;
         for (Window& w : m_windows) {
-            w.buf.clear();
+            w.buf.reset();
+            w.capacity = 0;
             w.len = 0;
         }
     }
@@ -29,7 +30,7 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
     Window& o = m_windows[other];
     if (pos >= o.start && n <= o.len && pos - o.start <= o.len - n) {
         m_recent = other;
-        return o.buf.data() + (pos - o.start);
+        return o.buf.get() + (pos - o.start);
     }
     // Wholly past the end: zeros, and both windows stay where they are.
     if (pos >= m_size) {
@@ -45,8 +46,10 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
     // from that short window and fills a whole one.
     const bool runsOn = runsOnFrom(m_windows[m_recent], pos) || runsOnFrom(o, pos);
     Window& w = o;
-    if (w.buf.size() != m_window)
-        w.buf.assign(m_window, 0);
+    if (w.capacity != m_window) {
+        w.buf.reset(new uint8_t[m_window]);
+        w.capacity = m_window;
+    }
     const uint64_t start = pos - pos % kAlign;
     const size_t needed = size_t(pos - start) + n;
     const size_t fill = runsOn ? m_window : std::min(m_window, std::max(kProbeFill, roundUp(needed)));
@@ -55,15 +58,15 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
     const size_t want = size_t(std::min<uint64_t>(fill, m_size - start));
     size_t got = 0;
     while (got < want) {
-        const size_t r = fetchOrZero(start + got, w.buf.data() + got, want - got);
+        const size_t r = fetchOrZero(start + got, w.buf.get() + got, want - got);
         if (r == 0)
             break;
         got += r;
     }
     m_fetched += got;
-    std::memset(w.buf.data() + got, 0, fill - got);
+    std::memset(w.buf.get() + got, 0, fill - got);
     m_recent = other;
-    return w.buf.data() + (pos - start);
+    return w.buf.get() + (pos - start);
 }
 
 size_t ByteReader::read(uint64_t pos, void* dst, size_t n)

@@ -52,7 +52,7 @@ public:
     {
         const Window& w = m_windows[m_recent];
         if (pos >= w.start && n <= w.len && pos - w.start <= w.len - n)
-            return w.buf.data() + (pos - w.start);
+            return w.buf.get() + (pos - w.start);
         return slowView(pos, n);
     }
     size_t maxView() const { return m_window - kAlign; }
@@ -97,7 +97,10 @@ private:
     size_t fetchOrZero(uint64_t pos, uint8_t* dst, size_t n);
 
     struct Window {
-        std::vector<uint8_t> buf;
+        // Made on first use and never cleared: a fill writes every byte
+        // that len then covers.
+        std::unique_ptr<uint8_t[]> buf;
+        size_t capacity = 0;
         uint64_t start = 0;
         size_t len = 0;        // bytes of buf that are valid (real or zero fill): a window or a short probe
     };
