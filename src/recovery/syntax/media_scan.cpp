@@ -38,8 +38,10 @@ public:
     // otherwise. previous: the sample in front of it, when known (not
     // behind a gap), for the syntax that numbers its pictures.
     virtual VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) = 0;
-    // A cheap test of the first bytes, before measure, for the resync search.
-    virtual bool mayStart(const uint8_t* p) const = 0;
+    // A cheap test of the first bytes, before measure, for the resync search
+    // (p: eight bytes; room: the bytes from there to the end of the data).
+    // False only where measure would find no sample.
+    virtual bool mayStart(const uint8_t* p, uint64_t room) const = 0;
     // Each picture carries a number that measure checks against the one
     // before (a strong test of where a picture starts).
     virtual bool numbersPictures() const { return false; }
@@ -112,12 +114,14 @@ public:
         return s;
     }
 
-    bool mayStart(const uint8_t* p) const override
+    bool mayStart(const uint8_t* p, uint64_t room) const override
     {
         uint64_t len = 0;
         for (int i = 0; i < m_lengthSize; ++i)
             len = len << 8 | p[i];
-        return len >= m_minUnit && (p[m_lengthSize] & 0x80) == 0;
+        // The first unit must fit in the data, as measure wants it to.
+        const uint64_t head = uint64_t(m_lengthSize);
+        return room > head && len >= m_minUnit && len <= room - head && (p[m_lengthSize] & 0x80) == 0;
     }
 
     // Parameter sets sent inside the stream replace those of the sample
@@ -211,7 +215,7 @@ public:
         s.keyframe = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override { return p[0] == 0xFF && p[1] == 0xD8 && p[2] == 0xFF; }
+    bool mayStart(const uint8_t* p, uint64_t) const override { return p[0] == 0xFF && p[1] == 0xD8 && p[2] == 0xFF; }
 
 private:
     bool m_twoFields;
@@ -226,7 +230,7 @@ public:
         s.keyframe = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override { return p[4] == 'i' && p[5] == 'c' && p[6] == 'p' && p[7] == 'f'; }
+    bool mayStart(const uint8_t* p, uint64_t) const override { return p[4] == 'i' && p[5] == 'c' && p[6] == 'p' && p[7] == 'f'; }
 };
 
 class Mpeg4Video final : public VideoSyntax {
@@ -244,7 +248,7 @@ public:
         s.openEnd = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override
+    bool mayStart(const uint8_t* p, uint64_t) const override
     {
         return p[0] == 0 && p[1] == 0 && p[2] == 1 && (p[3] == 0xB6 || p[3] == 0xB0 || p[3] == 0xB3 || p[3] <= 0x2F);
     }
@@ -523,7 +527,7 @@ private:
                     q = SkipToPossibleStart(q, limit) - 1;
                     continue;
                 }
-                if (m_video->mayStart(v) && videoStarts(q, end, false))
+                if (m_video->mayStart(v, end - q) && videoStarts(q, end, false))
                     return q;
             }
         }
@@ -615,7 +619,7 @@ private:
                 q = SkipToPossibleStart(q, end) - 1;
                 continue;
             }
-            if (m_video->mayStart(v) && videoStarts(q, end, false))
+            if (m_video->mayStart(v, end - q) && videoStarts(q, end, false))
                 return q;
         }
         return end;
