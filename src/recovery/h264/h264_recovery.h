@@ -73,6 +73,16 @@ public:
     }
     // True when the three bytes at pos, all inside the file, are a pattern.
     bool matchAt(ByteReader& r, uint64_t pos) const;
+    // The same for bytes already at hand: p holds the bytes at a position,
+    // left of them lie inside the file.
+    bool matchBytes(const uint8_t* p, uint64_t left) const
+    {
+        return left >= 3 && has(uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2]);
+    }
+    // The first position in [from, end) where matchAt holds or, with
+    // stopAtFill, that holds a byte 0x00 or 0xFF; end when there is none.
+    // A block at a time: scans call it to pass the bytes of a frame.
+    uint64_t next(ByteReader& r, uint64_t from, uint64_t end, bool stopAtFill = false) const;
 
 private:
     std::array<uint64_t, (1u << 16) / 64> m_lead{};   // which first two bytes occur

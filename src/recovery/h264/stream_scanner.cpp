@@ -93,12 +93,14 @@ StreamScanner::State StreamScanner::firstFrame()
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
-        if (IsFillerRun(m_in, m_pos, 128)) {
-            m_pos += 128;
+        // One view serves the tests of a position that is passed.
+        const uint8_t* v = m_in.view(m_pos, kFillerRun);
+        if (IsFillerRunBytes(v, kFillerRun)) {
+            m_pos += kFillerRun;
             continue;
         }
-        if (IsNalStart(m_in, m_pos, set)) {
-            const uint32_t length = m_in.be32(m_pos);
+        if (IsNalStartBytes(v, set)) {
+            const uint32_t length = ByteReader::loadBe32(v);
             if (length != 0 && !standAloneShortUnit(length)
                 && IsNalStart(m_in, m_pos + 4 + length, successorSet)) {
                 atomCheck();
@@ -107,7 +109,7 @@ StreamScanner::State StreamScanner::firstFrame()
             ++m_pos;
             continue;
         }
-        if (audioMode() && m_patterns.matchAt(m_in, m_pos))
+        if (audioMode() && m_patterns.matchBytes(v, m_size - m_pos))
             return State::Audio;   // the file starts with audio
         ++m_pos;
     }
