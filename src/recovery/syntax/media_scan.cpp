@@ -16,6 +16,8 @@ namespace {
 constexpr size_t kNalPeek = 96;
 // The largest raw AAC frame (8 channels of 6144 bits) and a margin.
 constexpr size_t kAacPeek = 8192;
+// Positions a search for a video sample tests from one view.
+constexpr size_t kCandidateBlock = 1024;
 constexpr uint64_t kProgressStep = 16u << 20;
 // Sound stretches queued for cutting at most; the scan waits for the first
 // when it would queue more, so that it keeps only a little ahead.
@@ -42,6 +44,15 @@ public:
     // (p: eight bytes; room: the bytes from there to the end of the data).
     // False only where measure would find no sample.
     virtual bool mayStart(const uint8_t* p, uint64_t room) const = 0;
+    // The first of n positions from p where the word is zero or mayStart
+    // holds; n when none. p holds n + 7 bytes, room counts from p.
+    virtual size_t firstCandidate(const uint8_t* p, size_t n, uint64_t room) const
+    {
+        for (size_t i = 0; i < n; ++i)
+            if (ByteReader::loadBe32(p + i) == 0 || mayStart(p + i, room - i))
+                return i;
+        return n;
+    }
     // Each picture carries a number that measure checks against the one
     // before (a strong test of where a picture starts).
     virtual bool numbersPictures() const { return false; }
@@ -122,6 +133,19 @@ public:
         // The first unit must fit in the data, as measure wants it to.
         const uint64_t head = uint64_t(m_lengthSize);
         return room > head && len >= m_minUnit && len <= room - head && (p[m_lengthSize] & 0x80) == 0;
+    }
+    // As the default, with the test written out for the usual four-byte
+    // lengths: the searches spend most of their time here.
+    size_t firstCandidate(const uint8_t* p, size_t n, uint64_t room) const override
+    {
+        if (m_lengthSize != 4)
+            return VideoSyntax::firstCandidate(p, n, room);
+        for (size_t i = 0; i < n; ++i) {
+            const uint32_t len = ByteReader::loadBe32(p + i);
+            if (len == 0 || (room - i > 4 && len >= m_minUnit && len <= room - i - 4 && (p[i + 4] & 0x80) == 0))
+                return i;
+        }
+        return n;
     }
 
     // Parameter sets sent inside the stream replace those of the sample
@@ -520,7 +544,9 @@ private:
             }
             const uint64_t limit = strict ? near : end;
             for (uint64_t q = from; q < limit; q += step) {
-                if ((q & 0xFFFFF) < step && m_control.stop && m_control.stop->load())
+                if (step == 1 && (q = nextCandidate(q, limit, end)) >= limit)
+                    break;
+                if ((step == 1 || (q & 0xFFFFF) < step) && m_control.stop && m_control.stop->load())
                     return 0;
                 const uint8_t* v = m_r.view(q, 8);
                 if (step == 1 && ByteReader::loadBe32(v) == 0) {
@@ -612,7 +638,9 @@ private:
         if (!m_video)
             return end;
         for (uint64_t q = from; q < end; ++q) {
-            if ((q & 0xFFFFF) == 0 && m_control.stop && m_control.stop->load())
+            if ((q = nextCandidate(q, end, end)) >= end)
+                break;
+            if (m_control.stop && m_control.stop->load())
                 return end;
             const uint8_t* v = m_r.view(q, 8);
             if (ByteReader::loadBe32(v) == 0) {
@@ -623,6 +651,23 @@ private:
                 return q;
         }
         return end;
+    }
+
+    // The first position in [from, limit) whose word is zero or where a
+    // video sample may start (mayStart, room counted to end); limit when
+    // none. The searches above test every position: this reads a block of
+    // them at a time.
+    uint64_t nextCandidate(uint64_t from, uint64_t limit, uint64_t end)
+    {
+        const size_t block = std::min<size_t>(kCandidateBlock, m_r.maxView() - 8);
+        for (uint64_t q = from; q < limit;) {
+            const size_t n = size_t(std::min<uint64_t>(block, limit - q));
+            const size_t i = m_video->firstCandidate(m_r.view(q, n + 7), n, end - q);
+            if (i < n)
+                return q + i;
+            q += n;
+        }
+        return std::max(from, limit);
     }
 
     ByteReader& m_r;
