@@ -90,10 +90,24 @@ StreamScanner::State StreamScanner::firstFrame()
 {
     const NalStartSet set = audioMode() ? m_rules.audioFirst : m_rules.videoOnlyFirst;
     const NalStartSet successorSet = m_rules.ownSuccessorSet ? m_rules.successor : set;
+    // A position that none of the tests below stops at is passed; a block of
+    // them is tested from one view.
+    auto passes = [&](const uint8_t* v, uint64_t pos) {
+        return !IsFillerRunBytes(v, kFillerRun) && !IsNalStartBytes(v, set)
+            && !(audioMode() && m_patterns.matchBytes(v, m_size - pos));
+    };
+    const size_t block = std::min<size_t>(kScanBlock, m_in.maxView() - kFillerRun);
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
-        // One view serves the tests of a position that is passed.
+        const size_t n = size_t(std::min<uint64_t>(block, m_size - m_pos));
+        const uint8_t* b = m_in.view(m_pos, n + kFillerRun);
+        size_t i = 0;
+        while (i < n && passes(b + i, m_pos + i))
+            ++i;
+        m_pos += i;
+        if (i == n)
+            continue;
         const uint8_t* v = m_in.view(m_pos, kFillerRun);
         if (IsFillerRunBytes(v, kFillerRun)) {
             m_pos += kFillerRun;
