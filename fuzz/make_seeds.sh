@@ -7,10 +7,12 @@ out=$1
 mkdir -p "$out"/{mov,avi,wmv,flv,mts,mkv,mpg,sowt,twos,lpcm,hevc,hevc-lpcm,index,aac}
 v=(-f lavfi -i "testsrc2=size=64x48:rate=25:duration=0.25")
 a=(-f lavfi -i "sine=frequency=440:sample_rate=44100:duration=0.25")
+# Uncompressed sound at a low rate: at 44.1 kHz it would make up most of a seed.
+pcm=(-f lavfi -i "sine=frequency=440:sample_rate=8000:duration=0.25")
 ff() { ffmpeg -y -v error -nostdin "$@"; }
 ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a aac -b:a 32k "$out/mov/h264_aac.mov"
 ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a aac -b:a 32k -movflags faststart "$out/mov/faststart.mp4"
-ff "${v[@]}" "${a[@]}" -c:v mjpeg -c:a pcm_s16le "$out/mov/mjpeg.mov"
+ff "${v[@]}" "${pcm[@]}" -c:v mjpeg -q:v 31 -c:a pcm_s16le "$out/mov/mjpeg.mov"
 ff "${v[@]}" "${a[@]}" -c:v mpeg4 -c:a aac -b:a 32k "$out/mov/mpeg4.3gp" 2>/dev/null || true
 ff "${v[@]}" "${a[@]}" -c:v mpeg4 -vtag XVID -c:a libmp3lame -b:a 32k "$out/avi/xvid_mp3.avi"
 ff "${v[@]}" -c:v mpeg4 "$out/avi/video_only.avi"
@@ -24,11 +26,11 @@ ff "${v[@]}" "${a[@]}" -c:v mpeg2video -c:a mp2 -f vob "$out/mpg/ps.mpg"
 ff "${v[@]}" -c:v mpeg1video -f mpeg1video "$out/mpg/es.mpg"
 # The damaged files of the scanner routes (their sample is fixed).
 h265=(-c:v libx265 -preset ultrafast -x265-params log-level=error:info=0 -tag:v hvc1)
-ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16le "$out/sowt/sowt.mov"
-ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16be "$out/twos/twos.mov"
-ff "${v[@]}" "${a[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s24le "$out/lpcm/lpcm.mov"
+ff "${v[@]}" "${pcm[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16le "$out/sowt/sowt.mov"
+ff "${v[@]}" "${pcm[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s16be "$out/twos/twos.mov"
+ff "${v[@]}" "${pcm[@]}" -c:v libx264 -preset ultrafast -c:a pcm_s24le "$out/lpcm/lpcm.mov"
 ff "${v[@]}" "${a[@]}" "${h265[@]}" -c:a aac -b:a 32k "$out/hevc/hevc_aac.mov"
-ff "${v[@]}" "${a[@]}" "${h265[@]}" -c:a pcm_s24le "$out/hevc-lpcm/hevc_lpcm.mov"
+ff "${v[@]}" "${pcm[@]}" "${h265[@]}" -c:a pcm_s24le "$out/hevc-lpcm/hevc_lpcm.mov"
 # Index scanner inputs: a selector byte and a pattern ahead of media data.
 for f in sowt/sowt.mov twos/twos.mov hevc-lpcm/hevc_lpcm.mov; do
   name=$(basename "$f" .mov)

@@ -5,15 +5,59 @@
 #include <QDebug>
 #include <QRandomGenerator>
 
+#include <zlib.h>
+
 namespace {
 enum : uint8_t { FlagCompressed = 1, FlagChecksum = 2, FlagHash = 4 };
 constexpr uint8_t kVersion = 3;
 }
 
+struct LogCipher::Packer {
+    z_stream stream {};
+    bool ready = false;
+    ~Packer()
+    {
+        if (ready)
+            deflateEnd(&stream);
+    }
+};
+
 LogCipher::LogCipher(uint64_t key)
     : m_random(quint32(QDateTime::currentMSecsSinceEpoch() & 0xFFFF))
 {
     setKey(key);
+}
+
+LogCipher::~LogCipher() = default;
+
+// What qCompress(plain, 9) gives (the length as four big-endian bytes, then
+// a zlib stream), from one compressor reset for each line.
+QByteArray LogCipher::compress(const QByteArray& plain)
+{
+    if (plain.isEmpty())
+        return QByteArray(4, '\0');
+    if (!m_packer) {
+        m_packer = std::make_unique<Packer>();
+        m_packer->ready = deflateInit(&m_packer->stream, 9) == Z_OK;
+    } else if (m_packer->ready) {
+        m_packer->ready = deflateReset(&m_packer->stream) == Z_OK;
+    }
+    if (!m_packer->ready)
+        return qCompress(plain, 9);
+    z_stream& z = m_packer->stream;
+    const uLong bound = deflateBound(&z, uLong(plain.size()));
+    QByteArray packed(int(4 + bound), Qt::Uninitialized);
+    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
+    z.avail_in = uInt(plain.size());
+    z.next_out = reinterpret_cast<Bytef*>(packed.data() + 4);
+    z.avail_out = uInt(bound);
+    if (deflate(&z, Z_FINISH) != Z_STREAM_END)
+        return qCompress(plain, 9);
+    packed.resize(int(4 + z.total_out));
+    const uint32_t n = uint32_t(plain.size());
+    for (int i = 0; i < 4; ++i)
+        packed[i] = char(n >> (24 - 8 * i));
+    return packed;
 }
 
 void LogCipher::setKey(uint64_t key)
@@ -38,7 +82,7 @@ QByteArray LogCipher::encryptToByteArray(const QByteArray& plain)
     QByteArray body = plain;
     uint8_t flags = 0;
     if (m_compression != CompressionNever) {
-        const QByteArray packed = qCompress(body, 9);
+        const QByteArray packed = compress(body);
         if (m_compression == CompressionAlways || packed.size() < body.size()) {
             body = packed;
             flags |= FlagCompressed;

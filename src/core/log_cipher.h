@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QString>
 #include <cstdint>
+#include <memory>
 
 class LogCipher {
 public:
@@ -20,6 +21,9 @@ public:
     enum ProtectionMode { ProtectionNone, ProtectionChecksum, ProtectionHash };
 
     explicit LogCipher(uint64_t key = kEngineKey);
+    ~LogCipher();
+    LogCipher(const LogCipher&) = delete;
+    LogCipher& operator=(const LogCipher&) = delete;
 
     void setKey(uint64_t key);
     void setCompressionMode(CompressionMode m) { m_compression = m; }
@@ -33,6 +37,12 @@ public:
     Error lastError() const { return m_lastError; }
 
 private:
+    // The compressor, kept from line to line: setting one up costs far more
+    // than compressing a line.
+    struct Packer;
+    QByteArray compress(const QByteArray& plain);
+
+    std::unique_ptr<Packer> m_packer;
     uint64_t m_key = 0;
     uint8_t m_keyBytes[8] = {};
     CompressionMode m_compression = CompressionAuto;

@@ -1,6 +1,7 @@
 #include "core/muxer.h"
 
 #include "core/file_writer.h"
+#include "core/output_folder.h"
 #include "core/repair_globals.h"
 
 #include <QDebug>
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QStorageInfo>
 
 #include <atomic>
 
@@ -161,8 +161,7 @@ MuxerResult RunMuxer(const QString& commandLine, const QString& workDir, int tim
         return result;
     if (!output.isEmpty() && QFileInfo::exists(partial)) {
         // A muxer that failed on a full disk leaves a cut file: it goes.
-        const QStorageInfo disk(QFileInfo(partial).absolutePath());
-        const bool full = result.exitCode != 0 && disk.bytesAvailable() < (1 << 20);
+        const bool full = result.exitCode != 0 && FreeBytes(QFileInfo(partial).absolutePath()) < (1 << 20);
         if (full)
             FileWriter::noteOutOfSpace();
         if (result.finished && !result.stopped && !full) {

@@ -5,8 +5,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QStorageInfo>
+#include <cerrno>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace {
@@ -65,9 +66,22 @@ QString SpaceMessage(const QString& folder, uint64_t inputSize)
         .arg((SpaceNeeded(inputSize) + 999999) / 1000000);
 }
 
+int64_t FreeBytes(const QString& folder)
+{
+    // The folder's own file system, asked directly: no walk over the mount
+    // table as a storage description would make.
+    struct statvfs fs {};
+    int result;
+    do
+        result = ::statvfs(QFile::encodeName(folder).constData(), &fs);
+    while (result != 0 && errno == EINTR);
+    if (result != 0)
+        return -1;
+    return int64_t(uint64_t(fs.f_bavail) * uint64_t(fs.f_frsize));
+}
+
 QString SpaceShortage(const QString& folder, uint64_t inputSize)
 {
-    const QStorageInfo disk(folder);
-    const qint64 free = disk.isValid() ? disk.bytesAvailable() : -1;
+    const int64_t free = FreeBytes(folder);
     return free >= 0 && uint64_t(free) < SpaceNeeded(inputSize) ? SpaceMessage(folder, inputSize) : QString();
 }

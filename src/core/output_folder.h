@@ -27,5 +27,8 @@ void RemoveStaleWork(const QString& folder);
 uint64_t SpaceNeeded(uint64_t inputSize);
 // "not enough space in FOLDER, about N MB needed".
 QString SpaceMessage(const QString& folder, uint64_t inputSize);
+// Bytes that an unprivileged writer may still put on folder's file system;
+// -1 when that can't be told (the folder doesn't exist).
+int64_t FreeBytes(const QString& folder);
 // SpaceMessage when folder's free space is below SpaceNeeded, else empty.
 QString SpaceShortage(const QString& folder, uint64_t inputSize);

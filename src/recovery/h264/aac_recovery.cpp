@@ -137,8 +137,7 @@ void QuickTimeRoute::SampleAudioStarts(ByteReader& r, uint64_t pos, bool wide, F
 // the next. The run ends at a video unit whose successor is a unit or audio.
 StreamScanner::State StreamScanner::audioState()
 {
-    while (m_pos < m_size && !m_patterns.matchAt(m_in, m_pos))
-        ++m_pos;
+    m_pos = m_patterns.next(m_in, m_pos, m_size);
     if (m_pos >= m_size)
         return State::End;
     m_audioStart = m_pos++;
@@ -146,20 +145,22 @@ StreamScanner::State StreamScanner::audioState()
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
-        if (m_patterns.matchAt(m_in, m_pos)) {
+        // The tests of this position read the bytes at hand until one looks
+        // elsewhere.
+        const uint8_t* v = m_in.view(m_pos, kFillerRun);
+        if (m_patterns.matchBytes(v, m_size - m_pos)) {
             writeAudioFrame(m_pos);
             m_audioStart = m_pos++;
             continue;
         }
         // A unit's length, a small atom's size and a filler run all begin
         // with 0x00 or 0xFF: any other byte can only be more of the frame.
-        const uint8_t first = m_in.u8(m_pos);
-        if (first != 0x00 && first != 0xFF) {
-            ++m_pos;
+        if (v[0] != 0x00 && v[0] != 0xFF) {
+            m_pos = m_patterns.next(m_in, m_pos + 1, m_size, true);
             continue;
         }
-        if (isUnit(m_pos)) {
-            const uint32_t c = m_in.be32(m_pos);
+        if (IsNalStartBytes(v, m_rules.audioUnit)) {
+            const uint32_t c = ByteReader::loadBe32(v);
             if (c != 0 && !standAloneShortUnit(c)) {
                 const uint64_t next = m_pos + 4 + c;
                 if (isSuccessor(next)) {
@@ -175,13 +176,13 @@ StreamScanner::State StreamScanner::audioState()
                 continue;
             }
         }
-        const uint32_t atomSize = m_in.be32(m_pos);
-        if (atomSize != 0 && IsInterleavedAtom(m_in.be32(m_pos + 4), false)) {
+        const uint32_t atomSize = ByteReader::loadBe32(v);
+        if (atomSize != 0 && IsInterleavedAtom(ByteReader::loadBe32(v + 4), false)) {
             m_pos += atomSize;
             continue;
         }
-        if (IsFillerRun(m_in, m_pos, 128)) {
-            m_pos += 128;
+        if (IsFillerRunBytes(v, kFillerRun)) {
+            m_pos += kFillerRun;
             continue;
         }
         ++m_pos;

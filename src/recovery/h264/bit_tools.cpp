@@ -1,19 +1,16 @@
 #include "recovery/h264/bit_tools.h"
 
-#include <QStringList>
 #include <algorithm>
 
 int64_t g_audioSampleRate = 0;
 int64_t g_audioChannels = 0;
 int AdtsHeaderBytes[7] = {0, 0, 0, 0, 0, 0, 0};
 
-const std::map<int32_t, QString>& AdtsSampleRateTable()
+const std::map<int32_t, uint32_t>& AdtsSampleRateTable()
 {
-    static const std::map<int32_t, QString> table = {
-        {96000, "0000"}, {88200, "0001"}, {64000, "0010"}, {48000, "0011"},
-        {44100, "0100"}, {32000, "0101"}, {24000, "0110"}, {22050, "0111"},
-        {16000, "1000"}, {12000, "1001"}, {11025, "1010"}, {8000, "1011"},
-        {7350, "1100"}};
+    static const std::map<int32_t, uint32_t> table = {
+        {96000, 0}, {88200, 1}, {64000, 2}, {48000, 3}, {44100, 4}, {32000, 5}, {24000, 6},
+        {22050, 7}, {16000, 8}, {12000, 9}, {11025, 10}, {8000, 11}, {7350, 12}};
     return table;
 }
 // Built before main runs so the first audio frame pays nothing for it.
@@ -26,38 +23,35 @@ uint32_t ReadBigEndian32(const uint8_t* bytes)
     return (uint32_t(bytes[0]) << 24) | (uint32_t(bytes[1]) << 16) | (uint32_t(bytes[2]) << 8) | bytes[3];
 }
 
-QString IntToBitString(int32_t value, uint32_t width)
-{
-    QString bits;
-    for (uint32_t v = value > 0 ? uint32_t(value) : 0; v > 0; v >>= 1)
-        bits.append((v & 1) ? QLatin1Char('1') : QLatin1Char('0'));
-    std::reverse(bits.begin(), bits.end());
-    while (uint32_t(bits.size()) < width)
-        bits.prepend(QLatin1Char('0'));
-    return bits;
-}
-
-QString BitStringToHexText(const QString& bits)
-{
-    static const char* const digits = "0123456789ABCDEF";
-    QString hex;
-    for (int i = 0; i + 4 <= bits.size(); i += 4) {
-        int nibble = 0;
-        for (int k = 0; k < 4; ++k)
-            nibble = nibble * 2 + (bits[i + k] == QLatin1Char('1') ? 1 : 0);
-        hex.append(QLatin1Char(digits[nibble]));
-    }
-    for (int at = 2; at < hex.size(); at += 3)
-        hex.insert(at, QLatin1Char(' '));
-    return hex;
-}
-
 bool AdtsRateSupported(int64_t rate)
 {
     if (rate == 0 || rate == 1000)
         return true;
     return AdtsSampleRateTable().count(int32_t(uint32_t(rate))) != 0;
 }
+
+namespace {
+// Fields written most significant bit first. A field takes at least its
+// width, and more when its value needs more bits (a value below 1 is 0).
+class HeaderBits {
+public:
+    void put(int64_t value, unsigned width)
+    {
+        const uint64_t v = value > 0 ? uint64_t(value) : 0;
+        unsigned bits = 0;
+        while (bits < 64 && (v >> bits) != 0)
+            ++bits;
+        for (int b = int(std::max(bits, width)) - 1; b >= 0; --b, ++m_count)
+            if (b < 64 && (v >> b & 1))
+                m_bytes[m_count / 8] |= uint8_t(0x80 >> (m_count % 8));
+    }
+    uint8_t byte(int i) const { return m_bytes[i]; }
+
+private:
+    uint8_t m_bytes[24] = {};
+    unsigned m_count = 0;
+};
+} // namespace
 
 bool BuildAdtsHeader(uint32_t frameSize)
 {
@@ -70,15 +64,20 @@ bool BuildAdtsHeader(uint32_t frameSize)
     const auto row = table.find(int32_t(uint32_t(g_audioSampleRate)));
     if (row == table.end())
         return false;
-    QString bits = QStringLiteral("111111111111000101");
-    bits += row->second;
-    bits += QLatin1Char('0');
-    bits += IntToBitString(int32_t(g_audioChannels), 3);
-    bits += QStringLiteral("0000");
-    bits += IntToBitString(int32_t(frameSize + 7), 13);
-    bits += QStringLiteral("1111111111100");
-    const QStringList pairs = BitStringToHexText(bits).split(QLatin1Char(' '));
+    HeaderBits h;
+    h.put(0xFFF, 12);                     // sync word
+    h.put(0, 1);                          // MPEG-4
+    h.put(0, 2);                          // layer
+    h.put(1, 1);                          // no CRC
+    h.put(1, 2);                          // profile: AAC LC
+    h.put(row->second, 4);                // frequency index
+    h.put(0, 1);                          // private bit
+    h.put(g_audioChannels, 3);
+    h.put(0, 4);                          // original, home, two copyright bits
+    h.put(int32_t(frameSize + 7), 13);    // frame length with the header
+    h.put(0x7FF, 11);                     // buffer fullness: variable rate
+    h.put(0, 2);                          // one raw block
     for (int i = 0; i < 7; ++i)
-        AdtsHeaderBytes[i] = i < pairs.size() ? pairs[i].toInt(nullptr, 16) : 0;
+        AdtsHeaderBytes[i] = h.byte(i);
     return true;
 }

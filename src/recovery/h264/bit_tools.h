@@ -10,12 +10,10 @@ extern int64_t g_audioSampleRate;   // low 32 bits key AdtsSampleRateTable
 extern int64_t g_audioChannels;
 extern int AdtsHeaderBytes[7];      // filled by BuildAdtsHeader, one byte each
 
-// Sample rate to the four frequency-index bits of an ADTS header.
-const std::map<int32_t, QString>& AdtsSampleRateTable();
+// Sample rate to the four-bit frequency index of an ADTS header.
+const std::map<int32_t, uint32_t>& AdtsSampleRateTable();
 
 uint32_t ReadBigEndian32(const uint8_t* bytes);
-QString IntToBitString(int32_t value, uint32_t width);
-QString BitStringToHexText(const QString& bits);
 
 // Fills AdtsHeaderBytes for a raw AAC frame of frameSize bytes. Returns false
 // when g_audioSampleRate has no ADTS frequency index; the caller then drops the

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 class ByteReader;
@@ -50,33 +51,46 @@ void SetEngineMessageStream(std::FILE* stream);
 void EngineMessage(const char* text);
 
 // A set of three-byte patterns, loaded from a unique sequence file. A test at
-// a position costs one lookup in a bit table of all 2^24 values instead of a
-// walk over the list, so the scan's cost doesn't grow with the list. The
-// scan tests every position of the sound it walks, and the large table
-// misses the processor's caches; a small table of the first two bytes,
-// which stays in them, turns most positions away first.
+// a position costs a few lookups instead of a walk over the list, so the
+// scan's cost doesn't grow with the list. The scan tests every position of
+// the sound it walks: a small bit table of the first two bytes, which stays
+// in the processor's caches, turns most positions away first. Behind it each
+// pair of first bytes in the set has a 256-bit block of its third bytes. Only
+// the blocks in use are made, so a set costs what it holds rather than a
+// table of all 2^24 values (a run makes several sets, most of them small).
 class PatternSet {
 public:
     // Loads the records of path; a missing file gives an empty set.
     bool load(const QString& path);
-    void add(uint32_t triple)
-    {
-        m_lead[triple >> 14] |= uint64_t(1) << (triple >> 8 & 63);
-        m_bits[triple >> 6] |= uint64_t(1) << (triple & 63);
-        ++m_count;
-    }
+    void add(uint32_t triple);
     bool empty() const { return m_count == 0; }
     int count() const { return m_count; }
     bool has(uint32_t triple) const
     {
-        return (m_lead[triple >> 14] >> (triple >> 8 & 63) & 1) && (m_bits[triple >> 6] >> (triple & 63) & 1);
+        const uint32_t lead = triple >> 8 & 0xFFFF;
+        return (m_lead[lead >> 6] >> (lead & 63) & 1)
+            && (m_blocks[m_blockOf[lead >> 8][lead & 255]][triple >> 6 & 3] >> (triple & 63) & 1);
     }
     // True when the three bytes at pos, all inside the file, are a pattern.
     bool matchAt(ByteReader& r, uint64_t pos) const;
+    // The same for bytes already at hand: p holds the bytes at a position,
+    // left of them lie inside the file.
+    bool matchBytes(const uint8_t* p, uint64_t left) const
+    {
+        return left >= 3 && has(uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2]);
+    }
+    // The first position in [from, end) where matchAt holds or, with
+    // stopAtFill, that holds a byte 0x00 or 0xFF; end when there is none.
+    // A block at a time: scans call it to pass the bytes of a frame.
+    uint64_t next(ByteReader& r, uint64_t from, uint64_t end, bool stopAtFill = false) const;
 
 private:
-    std::vector<uint64_t> m_lead = std::vector<uint64_t>((1u << 16) / 64, 0);
-    std::vector<uint64_t> m_bits = std::vector<uint64_t>((1u << 24) / 64, 0);
+    std::array<uint64_t, (1u << 16) / 64> m_lead{};   // which first two bytes occur
+    // The block of each first two bytes that occur, in pages of one first
+    // byte, made when that byte first occurs. An entry is written when its
+    // lead bit is set and read only behind that bit, so pages are not cleared.
+    std::array<std::unique_ptr<uint16_t[]>, 256> m_blockOf;
+    std::vector<std::array<uint64_t, 4>> m_blocks;   // 65536 at most, as the 16-bit entries allow
     int m_count = 0;
 };
 

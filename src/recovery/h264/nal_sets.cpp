@@ -79,9 +79,13 @@ bool IsNalStart(ByteReader& r, uint64_t position, NalStartSet set)
 
 bool IsFillerRun(ByteReader& r, uint64_t position, uint32_t length)
 {
+    return length != 0 && IsFillerRunBytes(r.view(position, length), length);
+}
+
+bool IsFillerRunBytes(const uint8_t* p, uint32_t length)
+{
     if (length == 0)
         return false;
-    const uint8_t* p = r.view(position, length);
     const uint8_t first = p[0];
     if (first != 0x00 && first != 0xFF)
         return false;

@@ -27,3 +27,4 @@ bool IsNalStartBytes(const uint8_t b[6], NalStartSet set);
 
 // True when length bytes at position are all 0x00 or all 0xFF.
 bool IsFillerRun(ByteReader& r, uint64_t position, uint32_t length);
+bool IsFillerRunBytes(const uint8_t* p, uint32_t length);

@@ -90,15 +90,31 @@ StreamScanner::State StreamScanner::firstFrame()
 {
     const NalStartSet set = audioMode() ? m_rules.audioFirst : m_rules.videoOnlyFirst;
     const NalStartSet successorSet = m_rules.ownSuccessorSet ? m_rules.successor : set;
+    // A position that none of the tests below stops at is passed; a block of
+    // them is tested from one view.
+    auto passes = [&](const uint8_t* v, uint64_t pos) {
+        return !IsFillerRunBytes(v, kFillerRun) && !IsNalStartBytes(v, set)
+            && !(audioMode() && m_patterns.matchBytes(v, m_size - pos));
+    };
+    const size_t block = std::min<size_t>(kScanBlock, m_in.maxView() - kFillerRun);
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
-        if (IsFillerRun(m_in, m_pos, 128)) {
-            m_pos += 128;
+        const size_t n = size_t(std::min<uint64_t>(block, m_size - m_pos));
+        const uint8_t* b = m_in.view(m_pos, n + kFillerRun);
+        size_t i = 0;
+        while (i < n && passes(b + i, m_pos + i))
+            ++i;
+        m_pos += i;
+        if (i == n)
+            continue;
+        const uint8_t* v = m_in.view(m_pos, kFillerRun);
+        if (IsFillerRunBytes(v, kFillerRun)) {
+            m_pos += kFillerRun;
             continue;
         }
-        if (IsNalStart(m_in, m_pos, set)) {
-            const uint32_t length = m_in.be32(m_pos);
+        if (IsNalStartBytes(v, set)) {
+            const uint32_t length = ByteReader::loadBe32(v);
             if (length != 0 && !standAloneShortUnit(length)
                 && IsNalStart(m_in, m_pos + 4 + length, successorSet)) {
                 atomCheck();
@@ -107,7 +123,7 @@ StreamScanner::State StreamScanner::firstFrame()
             ++m_pos;
             continue;
         }
-        if (audioMode() && m_patterns.matchAt(m_in, m_pos))
+        if (audioMode() && m_patterns.matchBytes(v, m_size - m_pos))
             return State::Audio;   // the file starts with audio
         ++m_pos;
     }

@@ -51,6 +51,10 @@ public:
 
     // Largest raw AAC frame an ADTS header can carry (13-bit length, 7 bytes of header).
     static constexpr uint32_t kMaxAacFrame = 8184;
+    // A run of this many bytes of 0x00 or 0xFF is filler, passed whole.
+    static constexpr uint32_t kFillerRun = 128;
+    // Positions a search tests from one view.
+    static constexpr size_t kScanBlock = 1024;
 
 private:
     enum class State { Video, Resync, Audio, End };

@@ -8,6 +8,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace {
 std::FILE* g_messageStream = nullptr;   // null: standard output
 }
@@ -28,42 +30,62 @@ void ReduceToUnique(const QString& source, const QString& target)
 {
     QFile in(source);
     QFile out(target);
-    const bool inOpen = in.open(QIODevice::ReadOnly);
-    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate) || !inOpen) {
+    // Unbuffered: the reads are large and the target is written once.
+    const bool inOpen = in.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered) || !inOpen) {
         EngineMessage("Error opening file.\n");
         return;   // the source counts as empty; the target stays empty
     }
-    // Membership in a bit table of all 2^24 values keeps this linear in the
-    // source, however many distinct records it holds.
+    // Membership in a pattern set keeps this linear in the source, however
+    // many distinct records it holds.
     PatternSet seen;
     QByteArray unique;
-    const qint64 block = 3 * 65536;
+    // One small buffer for all reads: most sources are a few records long.
+    constexpr qint64 block = 3 * 4096;
+    char chunk[block];
     for (;;) {
-        const QByteArray chunk = in.read(block);
-        const int whole = chunk.size() - chunk.size() % 3;   // a short tail is ignored
-        const auto* p = reinterpret_cast<const uint8_t*>(chunk.constData());
+        const qint64 got = std::max<qint64>(in.read(chunk, block), 0);
+        const int whole = int(got - got % 3);   // a short tail is ignored
+        const auto* p = reinterpret_cast<const uint8_t*>(chunk);
         for (int i = 0; i < whole; i += 3) {
             const uint32_t t = uint32_t(p[i]) << 16 | uint32_t(p[i + 1]) << 8 | p[i + 2];
             if (seen.has(t))
                 continue;
             seen.add(t);
-            unique.append(chunk.constData() + i, 3);
+            unique.append(chunk + i, 3);
             if (seen.count() == kMaxUniqueRecords) {
                 EngineMessage("Maximum unique sequences reached.\n");
                 out.write(unique);
                 return;
             }
         }
-        if (chunk.size() < block)
+        if (got < block)
             break;
     }
     out.write(unique);
 }
 
+void PatternSet::add(uint32_t triple)
+{
+    const uint32_t lead = triple >> 8 & 0xFFFF;
+    uint64_t& leadWord = m_lead[lead >> 6];
+    const uint64_t leadBit = uint64_t(1) << (lead & 63);
+    std::unique_ptr<uint16_t[]>& page = m_blockOf[lead >> 8];
+    if (!(leadWord & leadBit)) {
+        leadWord |= leadBit;
+        if (!page)
+            page.reset(new uint16_t[256]);
+        page[lead & 255] = uint16_t(m_blocks.size());
+        m_blocks.push_back({});
+    }
+    m_blocks[page[lead & 255]][triple >> 6 & 3] |= uint64_t(1) << (triple & 63);
+    ++m_count;
+}
+
 bool PatternSet::load(const QString& path)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     const QByteArray all = f.readAll();
     const auto* p = reinterpret_cast<const uint8_t*>(all.constData());
@@ -78,6 +100,26 @@ bool PatternSet::matchAt(ByteReader& r, uint64_t pos) const
     if (m_count == 0 || pos >= r.size() || r.size() - pos < 3)
         return false;
     return has(r.be24(pos));
+}
+
+uint64_t PatternSet::next(ByteReader& r, uint64_t from, uint64_t end, bool stopAtFill) const
+{
+    end = std::min(end, r.size());
+    // Blocks small enough to lie in the window most reads come from.
+    const size_t block = std::min<size_t>(1024, r.maxView() - 2);
+    for (uint64_t pos = from; pos < end;) {
+        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
+        const uint8_t* p = r.view(pos, n + 2);   // a pattern may start in the last byte
+        const uint64_t left = r.size() - pos;    // matchAt wants three bytes inside the file
+        for (size_t i = 0; i < n; ++i) {
+            if (stopAtFill && (p[i] == 0x00 || p[i] == 0xFF))
+                return pos + i;
+            if (matchBytes(p + i, left - i))
+                return pos + i;
+        }
+        pos += n;
+    }
+    return std::max(from, end);
 }
 
 void QuickTimeRoute::WriteVideoUniqueFileIndex(const ChainPaths& p)

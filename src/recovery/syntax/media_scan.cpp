@@ -16,6 +16,8 @@ namespace {
 constexpr size_t kNalPeek = 96;
 // The largest raw AAC frame (8 channels of 6144 bits) and a margin.
 constexpr size_t kAacPeek = 8192;
+// Positions a search for a video sample tests from one view.
+constexpr size_t kCandidateBlock = 1024;
 constexpr uint64_t kProgressStep = 16u << 20;
 // Sound stretches queued for cutting at most; the scan waits for the first
 // when it would queue more, so that it keeps only a little ahead.
@@ -38,8 +40,19 @@ public:
     // otherwise. previous: the sample in front of it, when known (not
     // behind a gap), for the syntax that numbers its pictures.
     virtual VideoSample measure(ByteReader& r, uint64_t pos, uint64_t end, const VideoSample* previous) = 0;
-    // A cheap test of the first bytes, before measure, for the resync search.
-    virtual bool mayStart(const uint8_t* p) const = 0;
+    // A cheap test of the first bytes, before measure, for the resync search
+    // (p: eight bytes; room: the bytes from there to the end of the data).
+    // False only where measure would find no sample.
+    virtual bool mayStart(const uint8_t* p, uint64_t room) const = 0;
+    // The first of n positions from p where the word is zero or mayStart
+    // holds; n when none. p holds n + 7 bytes, room counts from p.
+    virtual size_t firstCandidate(const uint8_t* p, size_t n, uint64_t room) const
+    {
+        for (size_t i = 0; i < n; ++i)
+            if (ByteReader::loadBe32(p + i) == 0 || mayStart(p + i, room - i))
+                return i;
+        return n;
+    }
     // Each picture carries a number that measure checks against the one
     // before (a strong test of where a picture starts).
     virtual bool numbersPictures() const { return false; }
@@ -112,15 +125,33 @@ public:
         return s;
     }
 
-    bool mayStart(const uint8_t* p) const override
+    bool mayStart(const uint8_t* p, uint64_t room) const override
     {
         uint64_t len = 0;
         for (int i = 0; i < m_lengthSize; ++i)
             len = len << 8 | p[i];
-        // measure takes no first unit longer than a picture may be, or
-        // than the longest unit other than a slice: random bytes (the sound
-        // that the search walks through) seldom give so short a length.
-        return len >= m_minUnit && len <= std::max(m_maxPicture, kMaxFiller) && (p[m_lengthSize] & 0x80) == 0;
+        // measure takes no first unit that runs past the data, nor one
+        // longer than a picture may be or than the longest unit other than
+        // a slice: random bytes (the sound that the search walks through)
+        // seldom give so short a length.
+        const uint64_t head = uint64_t(m_lengthSize);
+        return room > head && len >= m_minUnit && len <= std::min(room - head, maxFirstUnit())
+            && (p[m_lengthSize] & 0x80) == 0;
+    }
+    // As the default, with the test written out for the usual four-byte
+    // lengths: the searches spend most of their time here.
+    size_t firstCandidate(const uint8_t* p, size_t n, uint64_t room) const override
+    {
+        if (m_lengthSize != 4)
+            return VideoSyntax::firstCandidate(p, n, room);
+        const uint64_t longest = maxFirstUnit();
+        for (size_t i = 0; i < n; ++i) {
+            const uint32_t len = ByteReader::loadBe32(p + i);
+            if (len == 0 || (room - i > 4 && len >= m_minUnit && len <= std::min(room - i - 4, longest)
+                             && (p[i + 4] & 0x80) == 0))
+                return i;
+        }
+        return n;
     }
 
     // Parameter sets sent inside the stream replace those of the sample
@@ -161,6 +192,7 @@ private:
     // Units other than slices are small: parameter sets, messages and
     // delimiters. Filler data may run long in a constant-rate stream.
     static constexpr uint64_t kMaxFiller = 1u << 20;
+    uint64_t maxFirstUnit() const { return std::max(m_maxPicture, kMaxFiller); }
     uint64_t maxParameterUnit(int type) const { return isFiller(type) ? kMaxFiller : 64u << 10; }
     bool isFiller(int type) const { return m_syntax.codec() == NalCodec::Hevc ? type == 38 : type == 12; }
     // Filler data is bytes of FF (the first few are looked at).
@@ -215,7 +247,7 @@ public:
         s.keyframe = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override { return p[0] == 0xFF && p[1] == 0xD8 && p[2] == 0xFF; }
+    bool mayStart(const uint8_t* p, uint64_t) const override { return p[0] == 0xFF && p[1] == 0xD8 && p[2] == 0xFF; }
 
 private:
     bool m_twoFields;
@@ -230,7 +262,7 @@ public:
         s.keyframe = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override { return p[4] == 'i' && p[5] == 'c' && p[6] == 'p' && p[7] == 'f'; }
+    bool mayStart(const uint8_t* p, uint64_t) const override { return p[4] == 'i' && p[5] == 'c' && p[6] == 'p' && p[7] == 'f'; }
 };
 
 class Mpeg4Video final : public VideoSyntax {
@@ -248,7 +280,7 @@ public:
         s.openEnd = true;
         return s;
     }
-    bool mayStart(const uint8_t* p) const override
+    bool mayStart(const uint8_t* p, uint64_t) const override
     {
         return p[0] == 0 && p[1] == 0 && p[2] == 1 && (p[3] == 0xB6 || p[3] == 0xB0 || p[3] == 0xB3 || p[3] <= 0x2F);
     }
@@ -520,14 +552,16 @@ private:
             }
             const uint64_t limit = strict ? near : end;
             for (uint64_t q = from; q < limit; q += step) {
-                if ((q & 0xFFFFF) < step && m_control.stop && m_control.stop->load())
+                if (step == 1 && (q = nextCandidate(q, limit, end)) >= limit)
+                    break;
+                if ((step == 1 || (q & 0xFFFFF) < step) && m_control.stop && m_control.stop->load())
                     return 0;
                 const uint8_t* v = m_r.view(q, 8);
                 if (step == 1 && ByteReader::loadBe32(v) == 0) {
                     q = SkipToPossibleStart(q, limit) - 1;
                     continue;
                 }
-                if (m_video->mayStart(v) && videoStarts(q, end, false))
+                if (m_video->mayStart(v, end - q) && videoStarts(q, end, false))
                     return q;
             }
         }
@@ -612,17 +646,36 @@ private:
         if (!m_video)
             return end;
         for (uint64_t q = from; q < end; ++q) {
-            if ((q & 0xFFFFF) == 0 && m_control.stop && m_control.stop->load())
+            if ((q = nextCandidate(q, end, end)) >= end)
+                break;
+            if (m_control.stop && m_control.stop->load())
                 return end;
             const uint8_t* v = m_r.view(q, 8);
             if (ByteReader::loadBe32(v) == 0) {
                 q = SkipToPossibleStart(q, end) - 1;
                 continue;
             }
-            if (m_video->mayStart(v) && videoStarts(q, end, false))
+            if (m_video->mayStart(v, end - q) && videoStarts(q, end, false))
                 return q;
         }
         return end;
+    }
+
+    // The first position in [from, limit) whose word is zero or where a
+    // video sample may start (mayStart, room counted to end); limit when
+    // none. The searches above test every position: this reads a block of
+    // them at a time.
+    uint64_t nextCandidate(uint64_t from, uint64_t limit, uint64_t end)
+    {
+        const size_t block = std::min<size_t>(kCandidateBlock, m_r.maxView() - 8);
+        for (uint64_t q = from; q < limit;) {
+            const size_t n = size_t(std::min<uint64_t>(block, limit - q));
+            const size_t i = m_video->firstCandidate(m_r.view(q, n + 7), n, end - q);
+            if (i < n)
+                return q + i;
+            q += n;
+        }
+        return std::max(from, limit);
     }
 
     ByteReader& m_r;

@@ -317,11 +317,18 @@ bool MovieOutput::start(const QString& path, const QString& srcPath, MediaRange 
     m_out.beginBox("mdat", bytes + 8 > 0xFFFFFFFFu);
     m_dataStart = m_out.pos();
     // Pieces of 64 MiB, so that a stop ends even the copy of a huge file soon.
-    m_copier = std::thread([this, bytes] {
+    auto copy = [this, bytes] {
         constexpr uint64_t kPiece = 64u << 20;
         for (uint64_t done = 0; done < bytes && !(m_stop && m_stop->load()); done += kPiece)
             m_out.copyFrom(*m_src, m_range.begin + done, std::min(kPiece, bytes - done));
-    });
+    };
+    // Beside the scan on a thread of its own; under a MiB it is done sooner
+    // than a thread starts.
+    constexpr uint64_t kThreadedCopy = 1u << 20;
+    if (bytes < kThreadedCopy)
+        copy();
+    else
+        m_copier = std::thread(copy);
     return true;
 }
 

@@ -376,12 +376,23 @@ NalSyntax::NalSyntax(NalCodec codec) : m_codec(codec) { clear(); }
 void NalSyntax::clear()
 {
     m_lengthSize = 4;
-    m_avcSps.assign(32, AvcSps());
-    m_avcPps.assign(256, AvcPps());
-    m_hevcSps.assign(16, HevcSps());
-    m_hevcPps.assign(64, HevcPps());
+    // The tables grow to the ids met (see Keep): most streams use id 0 only.
+    m_avcSps.clear();
+    m_avcPps.clear();
+    m_hevcSps.clear();
+    m_hevcPps.clear();
     m_hevcVps = 0;
 }
+
+namespace {
+template <typename Set>
+void Keep(std::vector<Set>& table, int id, const Set& set)
+{
+    if (size_t(id) >= table.size())
+        table.resize(size_t(id) + 1);
+    table[size_t(id)] = set;
+}
+} // namespace
 
 const AvcSps* NalSyntax::avcSps(int id) const
 {
@@ -477,14 +488,14 @@ bool NalSyntax::learnParameterSet(const uint8_t* nal, size_t n)
             AvcSps s;
             if (!ParseAvcSps(r, s, id))
                 return false;
-            m_avcSps[size_t(id)] = s;
+            Keep(m_avcSps, id, s);
             return true;
         }
         if (type == 8) {
             AvcPps p;
             if (!ParseAvcPps(r, p, id))
                 return false;
-            m_avcPps[size_t(id)] = p;
+            Keep(m_avcPps, id, p);
             return true;
         }
         return false;
@@ -504,14 +515,14 @@ bool NalSyntax::learnParameterSet(const uint8_t* nal, size_t n)
         HevcSps s;
         if (!ParseHevcSps(r, s, id))
             return false;
-        m_hevcSps[size_t(id)] = s;
+        Keep(m_hevcSps, id, s);
         return true;
     }
     if (type == 34) {
         HevcPps p;
         if (!ParseHevcPps(r, p, id))
             return false;
-        m_hevcPps[size_t(id)] = p;
+        Keep(m_hevcPps, id, p);
         return true;
     }
     return false;

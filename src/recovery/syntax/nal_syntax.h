@@ -138,10 +138,11 @@ private:
 
     NalCodec m_codec;
     int m_lengthSize = 4;
-    std::vector<AvcSps> m_avcSps;      // 32, by seq_parameter_set_id
-    std::vector<AvcPps> m_avcPps;      // 256
-    std::vector<HevcSps> m_hevcSps;    // 16
-    std::vector<HevcPps> m_hevcPps;    // 64
+    // By id, up to the highest id met (of at most 32, 256, 16 and 64).
+    std::vector<AvcSps> m_avcSps;
+    std::vector<AvcPps> m_avcPps;
+    std::vector<HevcSps> m_hevcSps;
+    std::vector<HevcPps> m_hevcPps;
     uint16_t m_hevcVps = 0;            // bit per vps id seen
 };
 

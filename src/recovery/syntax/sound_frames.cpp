@@ -32,15 +32,20 @@ bool AacElementPlausible(const uint8_t* p)
 
 AacRangeSplitter::AacRangeSplitter(const QByteArray& asc, ByteReader& reader,
                                    const std::vector<ByteReader*>& threadReaders, const std::atomic<bool>* stop)
-    : m_stop(stop)
+    : m_stop(stop), m_asc(asc), m_threadReaders(threadReaders)
 {
-    const auto* config = reinterpret_cast<const uint8_t*>(asc.constData());
     m_own.reader = &reader;
-    m_ok = m_own.framer.init(config, size_t(asc.size()));
-    for (ByteReader* r : threadReaders) {
+    m_ok = m_own.framer.init(reinterpret_cast<const uint8_t*>(asc.constData()), size_t(asc.size()));
+}
+
+void AacRangeSplitter::startThreads()
+{
+    m_threadsStarted = true;
+    const auto* config = reinterpret_cast<const uint8_t*>(m_asc.constData());
+    for (ByteReader* r : m_threadReaders) {
         auto c = std::make_unique<Cutter>();
         c->reader = r;
-        if (!m_ok || !r || !c->framer.init(config, size_t(asc.size())))
+        if (!m_ok || !r || !c->framer.init(config, size_t(m_asc.size())))
             continue;
         m_cutters.push_back(std::move(c));
         Cutter* cutter = m_cutters.back().get();
@@ -61,6 +66,9 @@ AacRangeSplitter::~AacRangeSplitter()
 
 size_t AacRangeSplitter::submit(uint64_t begin, uint64_t end)
 {
+    // The threads start with the first stretch: many files have none.
+    if (!m_threadsStarted)
+        startThreads();
     const size_t index = m_submitted++;
     if (m_threads.empty()) {
         m_done[index] = split(m_own, begin, end);

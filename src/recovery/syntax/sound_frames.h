@@ -57,6 +57,7 @@ private:
         ByteReader* reader = nullptr;
         AacFramer framer;
     };
+    void startThreads();
     Result split(Cutter& c, uint64_t begin, uint64_t end);
     // The next position in [from, end) where two frames follow each other
     // (or one ends the stretch); end when none.
@@ -64,6 +65,9 @@ private:
     void work(Cutter& c);
 
     const std::atomic<bool>* m_stop;
+    QByteArray m_asc;
+    std::vector<ByteReader*> m_threadReaders;
+    bool m_threadsStarted = false;
     Cutter m_own;                      // on the caller's thread
     std::vector<std::unique_ptr<Cutter>> m_cutters;   // one per thread
     bool m_ok = false;

@@ -53,9 +53,14 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
     // Two threads cut the sound: the scan leaves the cores to them early on.
     // They read one stretch of sound at a time (often less than a KiB, one
     // behind each picture), so each window fill costs little more than it.
+    // Under a MiB of media data the scan's own thread cuts it sooner than
+    // threads start.
     constexpr size_t kSoundWindow = 16u << 10;
-    std::unique_ptr<FileReader> soundReaders[2] = {FileReader::open(damagedPath, kSoundWindow),
-                                                   FileReader::open(damagedPath, kSoundWindow)};
+    constexpr uint64_t kThreadedSound = 1u << 20;
+    std::unique_ptr<FileReader> soundReaders[2];
+    if (out.mediaBytes >= kThreadedSound)
+        for (auto& reader : soundReaders)
+            reader = FileReader::open(damagedPath, kSoundWindow);
     ScanControl scanControl = control;
     for (const auto& reader : soundReaders)
         if (reader)
