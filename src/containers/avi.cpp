@@ -712,8 +712,7 @@ bool AviRoute::writeFile(RepairJob& job, ByteReader& headers, bool hasAudio)
     LogCipher cipher;
     ByteReader& in = *job.input;
     // A chunk whose recorded size is its own is copied whole, and chunks
-    // that follow each other in the input as one range, which the writer
-    // hands to the kernel.
+    // that follow each other in the input as one range (one copyFrom).
     const auto copyChunks = [&](uint64_t count) {
         uint64_t copied = 0, runStart = 0, runEnd = 0;
         while (logOpen && copied < count && !log.atEnd() && !job.stopped()) {

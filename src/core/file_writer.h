@@ -83,8 +83,9 @@ public:
     void patch(uint64_t at, const void* data, size_t n);
 
     // Copies n bytes at pos of src into the output (zero-filled past src's end).
-    // A long range of a file goes from file to file inside the kernel; its
-    // holes (a sparse file's) stay holes.
+    // A long range of a file that lies at the same offset within a page as
+    // it lands goes from file to file inside the kernel, other ranges through
+    // the buffer; holes (a sparse file's) stay holes.
     void copyFrom(ByteReader& src, uint64_t pos, uint64_t n);
 
     // QuickTime boxes: size placeholder (32-bit, or 1 + 64-bit when wide),

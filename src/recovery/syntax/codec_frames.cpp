@@ -224,18 +224,12 @@ QByteArray decoderSpecificInfo(const uint8_t* d, size_t n, bool (*wanted)(uint8_
 }
 
 bool isAacObjectType(uint8_t t) { return t == 0x40 || (t >= 0x66 && t <= 0x68); }
-bool isMpeg4VideoObjectType(uint8_t t) { return t == 0x20; }
 
 } // namespace
 
 QByteArray AudioSpecificConfigFromEsds(const uint8_t* esds, size_t n)
 {
     return decoderSpecificInfo(esds, n, isAacObjectType);
-}
-
-QByteArray Mpeg4VideoConfigFromEsds(const uint8_t* esds, size_t n)
-{
-    return decoderSpecificInfo(esds, n, isMpeg4VideoObjectType);
 }
 
 // ---- scanning helpers ------------------------------------------------------------

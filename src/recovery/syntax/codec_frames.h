@@ -67,10 +67,8 @@ private:
 // four bytes of version and flags): ES descriptor (tag 3), decoder config
 // (tag 4), decoder specific info (tag 5), each with a size of one to four
 // bytes of seven bits. Empty when absent, cut, or for another object type.
-// AAC: object types 0x40 and 0x66..0x68; MPEG-4 visual (its VOS/VOL headers):
-// object type 0x20.
+// AAC: object types 0x40 and 0x66..0x68.
 QByteArray AudioSpecificConfigFromEsds(const uint8_t* esds, size_t n);
-QByteArray Mpeg4VideoConfigFromEsds(const uint8_t* esds, size_t n);
 
 // JPEG: SOI, marker segments with checked lengths up to a scan, the
 // entropy-coded data (stuffed FF00 and restart markers belong to it) up to
