@@ -89,26 +89,20 @@ private Q_SLOTS:
     // The header's bytes, its thirteen-bit length, and the rate defaults.
     void adtsHeaders()
     {
-        for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000; two channels always
-            g_audioSampleRate = rate;
-            g_audioChannels = 1;
-            QVERIFY(BuildAdtsHeader(100));
-            QCOMPARE(g_audioSampleRate, int64_t(48000));
-            QCOMPARE(g_audioChannels, int64_t(2));
+        for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000
+            QVERIFY(BuildAdtsHeader(100, rate));
             QCOMPARE((AdtsHeaderBytes[2] >> 2) & 0xF, 3);
         }
-        g_audioSampleRate = 44100;
-        QVERIFY(BuildAdtsHeader(0x173 - 7));
+        QVERIFY(BuildAdtsHeader(0x173 - 7, 44100));   // two channels always
         QByteArray header;
         for (int b : AdtsHeaderBytes)
             header.append(char(b));
         QCOMPARE(header, QByteArray::fromHex("FFF150802E7FFC"));
-        QVERIFY(BuildAdtsHeader(8184));   // the largest frame: thirteen bits, header included
+        QVERIFY(BuildAdtsHeader(8184, 44100));   // the largest frame: thirteen bits, header included
         for (int i = 0; i < 7; ++i)
             header[i] = char(AdtsHeaderBytes[i]);
         QCOMPARE(AdtsLength(header.constData()), 8191);
-        g_audioSampleRate = 12345;   // no frequency index: refused
-        QVERIFY(!BuildAdtsHeader(100));
+        QVERIFY(!BuildAdtsHeader(100, 12345));   // no frequency index: refused
     }
 
     void nalStartsAndFillerRuns()

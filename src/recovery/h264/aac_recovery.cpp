@@ -198,7 +198,7 @@ void StreamScanner::writeAudioFrame(uint64_t end)
     uint32_t size = uint32_t(std::min<uint64_t>(end - m_audioStart, 0xFFFFFFFFu));
     if (size > kMaxAacFrame)
         size = std::min(g_averageAudioFrame, kMaxAacFrame);
-    if (size == 0 || !BuildAdtsHeader(size))
+    if (size == 0 || !BuildAdtsHeader(size, g_audioSampleRate))
         return;
     uint8_t header[7];
     for (int i = 0; i < 7; ++i)
