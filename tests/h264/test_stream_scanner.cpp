@@ -50,6 +50,7 @@ struct ScanResult {
 class TestStreamScanner : public QObject {
     Q_OBJECT
     QString m_dir;
+    ChainFacts m_facts;   // what the sample taught: the sound's rate and mean frame size
 
     ScanResult scan(const QByteArray& file, bool audioMode, const QList<QByteArray>& patterns = {})
     {
@@ -61,7 +62,7 @@ class TestStreamScanner : public QObject {
         PatternSet set;
         for (const QByteArray& p : patterns)
             set.add(uint32_t(uint8_t(p[0])) << 16 | uint32_t(uint8_t(p[1])) << 8 | uint8_t(p[2]));
-        StreamScanner s(in, video, audioMode ? &audio : nullptr, set, kParams);
+        StreamScanner s(in, video, audioMode ? &audio : nullptr, set, kParams, m_facts);
         s.run();
         video.close();
         audio.close();
@@ -81,8 +82,8 @@ private Q_SLOTS:
     void init()
     {
         m_dir = freshDir(QStringLiteral("scanner"));
-        g_audioSampleRate = 48000;
-        g_averageAudioFrame = 0;
+        m_facts = ChainFacts();
+        m_facts.audioSampleRate = 48000;
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
@@ -177,7 +178,7 @@ private Q_SLOTS:
 
     void interleavedAudio()
     {
-        g_audioSampleRate = 44100;
+        m_facts.audioSampleRate = 44100;
         const QByteArray p2 = QByteArray::fromHex("211A93");
         QByteArray file = kMdat;
         QList<QByteArray> video;
@@ -215,7 +216,7 @@ private Q_SLOTS:
         // Above the cap the frame is cut to the sample's mean size; with no
         // mean size it is dropped.
         for (int size : {8184, 8185, 9000}) {
-            g_averageAudioFrame = size == 9000 ? 0 : 640;
+            m_facts.averageAudioFrame = size == 9000 ? 0 : 640;
             const QByteArray file = kMdat + Unit(0x65, 100) + Unit(0x41, 80) + AudioFrame(size) + Unit(0x41, 90)
                                   + Unit(0x01, 70);
             const ScanResult r = scan(file, true, {kPattern});

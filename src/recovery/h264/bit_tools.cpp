@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-int64_t g_audioSampleRate = 0;
-int64_t g_audioChannels = 0;
 int AdtsHeaderBytes[7] = {0, 0, 0, 0, 0, 0, 0};
 
 const std::map<int32_t, uint32_t>& AdtsSampleRateTable()

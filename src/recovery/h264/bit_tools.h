@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <map>
 
-extern int64_t g_audioSampleRate;   // low 32 bits key AdtsSampleRateTable
-extern int64_t g_audioChannels;
 extern int AdtsHeaderBytes[7];      // filled by BuildAdtsHeader, one byte each
 
 // Sample rate to the four-bit frequency index of an ADTS header.
