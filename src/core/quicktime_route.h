@@ -9,6 +9,7 @@
 #include "core/movie_facts.h"
 #include "core/repair_globals.h"
 #include "core/route.h"
+#include "recovery/h264/chain_facts.h"
 
 #include <QByteArray>
 #include <QList>
@@ -76,6 +77,8 @@ public:
         bool pcm = false;
     };
     ChainFlavour m_chain;
+    // What the chain's walks learn and its muxer runs are named, for this file.
+    ChainFacts m_chainFacts;
     // Without a sample: remux when the file's own chunk table is usable.
     void RemuxFromOwnIndex(const QString& inputPath);
     // With a sample: learn from it, then run the chain down to the muxer.

@@ -91,9 +91,10 @@ private Q_SLOTS:
         QFETCH(bool, withAudio);
         QFETCH(uint, samples);
         QFETCH(int, runs);
-        g_videoSampleCount = samples;
-        g_movieDuration = 10000;
-        g_movieTimescale = 1000;
+        ChainFacts& f = m_t->m_chainFacts;
+        f.videoSampleCount = samples;
+        f.movieDuration = 10000;
+        f.movieTimescale = 1000;
         withAudio ? m_t->MuxVideoAndAudio(m_p) : m_t->MuxVideoOnly(m_p);
 
         const QList<QStringList> c = calls();
@@ -139,7 +140,6 @@ private Q_SLOTS:
     void noOutputIsANegativeVerdict()
     {
         qputenv("FAKE_NO_OUTPUT", "1");
-        g_videoSampleCount = 0;
         m_t->MuxVideoAndAudio(m_p);
         QVERIFY(m_t->m_passFailed);
         QVERIFY(!g_moovRead);
@@ -153,7 +153,7 @@ private Q_SLOTS:
     {
         const QString out = m_t->m_workDir + QStringLiteral("/my clip.mov");
         writeAll(out, "old result");
-        g_videoSampleCount = 250;
+        m_t->m_chainFacts.videoSampleCount = 250;
         m_t->MuxVideoOnly(m_p);
         QCOMPARE(readAll(out), QByteArray("made\n"));
     }

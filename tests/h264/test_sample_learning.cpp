@@ -22,6 +22,7 @@ QString Clip(const QString& name, const char* extra = "")
 
 struct Learnt {
     QByteArray indexing, video, videoText, audioText;
+    ChainFacts facts;
 };
 
 } // namespace
@@ -47,7 +48,7 @@ class TestSampleLearning : public QObject {
         for (FileWriter& f : w)
             f.close();
         return {readAll(m_dir + names[1]), readAll(m_dir + names[0]), readAll(m_dir + names[2]),
-                readAll(m_dir + names[3])};
+                readAll(m_dir + names[3]), t.m_chainFacts};
     }
 
     QList<QJsonObject> batch(const QStringList& args) { return runBatch(QStringList{QStringLiteral("--quiet")} + args).verdicts(); }
@@ -57,9 +58,6 @@ private Q_SLOTS:
     {
         m_dir = freshDir(QStringLiteral("learning"));
         g_stopRequested = false;
-        g_movieTimescale = g_movieDuration = g_videoSampleCount = 0;
-        g_audioSampleRate = g_audioChannels = 0;
-        g_averageAudioFrame = 0;
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
@@ -92,8 +90,9 @@ private Q_SLOTS:
         QCOMPARE(l.video, l.indexing);
 
         // Rate inputs from mvhd and the video stsz: 50 frames in 2 seconds.
-        QCOMPARE(g_videoSampleCount, 50u);
-        QCOMPARE(ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale), 25);
+        const ChainFacts& f = l.facts;
+        QCOMPARE(f.videoSampleCount, 50u);
+        QCOMPARE(ComputeFrameRate(f.videoSampleCount, f.movieDuration, f.movieTimescale), 25);
         // Frame starts: the first chunk's chain (SEI, then the IDR slice)
         // and one record per later chunk, all of them whole records.
         QCOMPARE(l.videoText.size() % 3, 0);
@@ -101,9 +100,9 @@ private Q_SLOTS:
         QVERIFY(l.videoText.indexOf(char(0x65)) > 0);
         // Sound: the sample's rate and channels, a record per chunk and the
         // fixed record at the end.
-        QCOMPARE(g_audioSampleRate, int64_t(44100));
-        QCOMPARE(g_audioChannels, int64_t(2));
-        QVERIFY(g_averageAudioFrame > 100 && g_averageAudioFrame < 1000);
+        QCOMPARE(f.audioSampleRate, int64_t(44100));
+        QCOMPARE(f.audioChannels, int64_t(2));
+        QVERIFY(f.averageAudioFrame > 100 && f.averageAudioFrame < 1000);
         QVERIFY(l.audioText.size() > 6);
         QVERIFY(l.audioText.endsWith(QByteArray::fromHex("211A0B")));
     }

@@ -50,6 +50,7 @@ struct ScanResult {
 class TestStreamScanner : public QObject {
     Q_OBJECT
     QString m_dir;
+    ChainFacts m_facts;   // what the sample taught: the sound's rate and mean frame size
 
     ScanResult scan(const QByteArray& file, bool audioMode, const QList<QByteArray>& patterns = {})
     {
@@ -61,7 +62,7 @@ class TestStreamScanner : public QObject {
         PatternSet set;
         for (const QByteArray& p : patterns)
             set.add(uint32_t(uint8_t(p[0])) << 16 | uint32_t(uint8_t(p[1])) << 8 | uint8_t(p[2]));
-        StreamScanner s(in, video, audioMode ? &audio : nullptr, set, kParams);
+        StreamScanner s(in, video, audioMode ? &audio : nullptr, set, kParams, m_facts);
         s.run();
         video.close();
         audio.close();
@@ -81,34 +82,28 @@ private Q_SLOTS:
     void init()
     {
         m_dir = freshDir(QStringLiteral("scanner"));
-        g_audioSampleRate = 48000;
-        g_averageAudioFrame = 0;
+        m_facts = ChainFacts();
+        m_facts.audioSampleRate = 48000;
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
 
     // The header's bytes, its thirteen-bit length, and the rate defaults.
     void adtsHeaders()
     {
-        for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000; two channels always
-            g_audioSampleRate = rate;
-            g_audioChannels = 1;
-            QVERIFY(BuildAdtsHeader(100));
-            QCOMPARE(g_audioSampleRate, int64_t(48000));
-            QCOMPARE(g_audioChannels, int64_t(2));
+        for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000
+            QVERIFY(BuildAdtsHeader(100, rate));
             QCOMPARE((AdtsHeaderBytes[2] >> 2) & 0xF, 3);
         }
-        g_audioSampleRate = 44100;
-        QVERIFY(BuildAdtsHeader(0x173 - 7));
+        QVERIFY(BuildAdtsHeader(0x173 - 7, 44100));   // two channels always
         QByteArray header;
         for (int b : AdtsHeaderBytes)
             header.append(char(b));
         QCOMPARE(header, QByteArray::fromHex("FFF150802E7FFC"));
-        QVERIFY(BuildAdtsHeader(8184));   // the largest frame: thirteen bits, header included
+        QVERIFY(BuildAdtsHeader(8184, 44100));   // the largest frame: thirteen bits, header included
         for (int i = 0; i < 7; ++i)
             header[i] = char(AdtsHeaderBytes[i]);
         QCOMPARE(AdtsLength(header.constData()), 8191);
-        g_audioSampleRate = 12345;   // no frequency index: refused
-        QVERIFY(!BuildAdtsHeader(100));
+        QVERIFY(!BuildAdtsHeader(100, 12345));   // no frequency index: refused
     }
 
     void nalStartsAndFillerRuns()
@@ -183,7 +178,7 @@ private Q_SLOTS:
 
     void interleavedAudio()
     {
-        g_audioSampleRate = 44100;
+        m_facts.audioSampleRate = 44100;
         const QByteArray p2 = QByteArray::fromHex("211A93");
         QByteArray file = kMdat;
         QList<QByteArray> video;
@@ -221,7 +216,7 @@ private Q_SLOTS:
         // Above the cap the frame is cut to the sample's mean size; with no
         // mean size it is dropped.
         for (int size : {8184, 8185, 9000}) {
-            g_averageAudioFrame = size == 9000 ? 0 : 640;
+            m_facts.averageAudioFrame = size == 9000 ? 0 : 640;
             const QByteArray file = kMdat + Unit(0x65, 100) + Unit(0x41, 80) + AudioFrame(size) + Unit(0x41, 90)
                                   + Unit(0x01, 70);
             const ScanResult r = scan(file, true, {kPattern});

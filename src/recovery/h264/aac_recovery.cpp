@@ -54,7 +54,7 @@ void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText)
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
         if (code == "trak"_4cc) {
-            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_chainFacts.trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = mediaHeader.next(r, m_pos);
             if (hit >= 0) {
@@ -69,8 +69,8 @@ void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText)
         if (m_inAudioTrak) {
             m_movie.hasSoundTrak = true;
             if (code == "stsd"_4cc) {
-                g_audioChannels = r.be32(m_pos + 34);
-                g_audioSampleRate = r.be32(m_pos + 42);
+                m_chainFacts.audioChannels = r.be32(m_pos + 34);
+                m_chainFacts.audioSampleRate = r.be32(m_pos + 42);
             } else if (code == "stsz"_4cc) {
                 ReadAudioFrameSizes(r, m_pos);
             } else if (code == "stco"_4cc || code == "co64"_4cc) {
@@ -91,22 +91,22 @@ void QuickTimeRoute::WalkSampleSound(ByteReader& r, FileWriter& audioText)
 void QuickTimeRoute::ReadAudioFrameSizes(ByteReader& r, uint64_t pos)
 {
     const uint32_t constant = r.be32(pos + 8);
-    g_audioSampleCount = r.be32(pos + 12);
-    if (g_audioSampleCount == 0)
+    m_chainFacts.audioSampleCount = r.be32(pos + 12);
+    if (m_chainFacts.audioSampleCount == 0)
         return;
     if (constant != 0) {
-        g_averageAudioFrame = constant;
+        m_chainFacts.averageAudioFrame = constant;
         return;
     }
-    if (m_chain.hevc && g_audioSampleCount < 2)
+    if (m_chain.hevc && m_chainFacts.audioSampleCount < 2)
         return;
     const uint64_t first = pos + 16;
     const uint64_t room = first < r.size() ? (r.size() - first) / 4 : 0;
-    const uint64_t count = std::min<uint64_t>(g_audioSampleCount, room);
+    const uint64_t count = std::min<uint64_t>(m_chainFacts.audioSampleCount, room);
     uint64_t sum = 0;
     for (uint64_t i = 0; i < count; ++i)
         sum += r.be32(first + 4 * i);
-    g_averageAudioFrame = uint32_t(sum / g_audioSampleCount);
+    m_chainFacts.averageAudioFrame = uint32_t(sum / m_chainFacts.audioSampleCount);
 }
 
 // The chunk table of the sound track (code at pos): the first three bytes of
@@ -197,8 +197,8 @@ void StreamScanner::writeAudioFrame(uint64_t end)
 {
     uint32_t size = uint32_t(std::min<uint64_t>(end - m_audioStart, 0xFFFFFFFFu));
     if (size > kMaxAacFrame)
-        size = std::min(g_averageAudioFrame, kMaxAacFrame);
-    if (size == 0 || !BuildAdtsHeader(size))
+        size = std::min(m_averageAudioFrame, kMaxAacFrame);
+    if (size == 0 || !BuildAdtsHeader(size, m_audioSampleRate))
         return;
     uint8_t header[7];
     for (int i = 0; i < 7; ++i)

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-int64_t g_audioSampleRate = 0;
-int64_t g_audioChannels = 0;
 int AdtsHeaderBytes[7] = {0, 0, 0, 0, 0, 0, 0};
 
 const std::map<int32_t, uint32_t>& AdtsSampleRateTable()
@@ -53,15 +51,15 @@ private:
 };
 } // namespace
 
-bool BuildAdtsHeader(uint32_t frameSize)
+bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate)
 {
-    if (g_audioSampleRate == 0 || g_audioSampleRate == 1000)
-        g_audioSampleRate = 48000;
-    g_audioChannels = 2;   // the header always says two channels
+    if (sampleRate == 0 || sampleRate == 1000)
+        sampleRate = 48000;
+    constexpr int64_t kChannels = 2;   // the header always says two channels
     const auto& table = AdtsSampleRateTable();
     // A rate with no ADTS index cannot be written as AAC/ADTS; report it so the
     // pass drops the audio instead of writing frames no decoder accepts.
-    const auto row = table.find(int32_t(uint32_t(g_audioSampleRate)));
+    const auto row = table.find(int32_t(uint32_t(sampleRate)));
     if (row == table.end())
         return false;
     HeaderBits h;
@@ -72,7 +70,7 @@ bool BuildAdtsHeader(uint32_t frameSize)
     h.put(1, 2);                          // profile: AAC LC
     h.put(row->second, 4);                // frequency index
     h.put(0, 1);                          // private bit
-    h.put(g_audioChannels, 3);
+    h.put(kChannels, 3);
     h.put(0, 4);                          // original, home, two copyright bits
     h.put(int32_t(frameSize + 7), 13);    // frame length with the header
     h.put(0x7FF, 11);                     // buffer fullness: variable rate

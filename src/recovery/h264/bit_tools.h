@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <map>
 
-extern int64_t g_audioSampleRate;   // low 32 bits key AdtsSampleRateTable
-extern int64_t g_audioChannels;
 extern int AdtsHeaderBytes[7];      // filled by BuildAdtsHeader, one byte each
 
 // Sample rate to the four-bit frequency index of an ADTS header.
@@ -15,9 +13,11 @@ const std::map<int32_t, uint32_t>& AdtsSampleRateTable();
 
 uint32_t ReadBigEndian32(const uint8_t* bytes);
 
-// Fills AdtsHeaderBytes for a raw AAC frame of frameSize bytes. Returns false
-// when g_audioSampleRate has no ADTS frequency index; the caller then drops the
-// audio and keeps the video-only result.
-bool BuildAdtsHeader(uint32_t frameSize);
+// Fills AdtsHeaderBytes for a raw AAC frame of frameSize bytes at sampleRate
+// (its low 32 bits key AdtsSampleRateTable; 0 and 1000 stand for 48000); the
+// header always says two channels. Returns false when the rate has no ADTS
+// frequency index; the caller then drops the audio and keeps the video-only
+// result.
+bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate);
 // True when BuildAdtsHeader can name the rate (0 and 1000 stand for 48000).
 bool AdtsRateSupported(int64_t rate);

@@ -132,8 +132,8 @@ void QuickTimeRoute::DecideFromOwnIndex(const QString& inputPath, OwnIndexAction
 
 // Walks the movie from m_pos, one position at a time, to the chunk table of
 // the first video track that has two chunks or more. Returns its code (stco
-// or co64) with m_pos on it and g_chunkCount set, or 0 when there is none,
-// the walk was stopped, or cut is set and a video track is reached.
+// or co64) with m_pos on it and m_chainFacts.chunkCount set, or 0 when there
+// is none, the walk was stopped, or cut is set and a video track is reached.
 uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 {
     const uint64_t size = r.size();
@@ -141,7 +141,7 @@ uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
         if (code == "trak"_4cc) {
-            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_chainFacts.trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = vmhd.next(r, m_pos);
             if (hit < 0)
@@ -154,8 +154,8 @@ uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
             if (cut)
                 return 0;
             if (code == "stco"_4cc || code == "co64"_4cc) {
-                g_chunkCount = r.be32(m_pos + 8);
-                if (g_chunkCount >= 2)
+                m_chainFacts.chunkCount = r.be32(m_pos + 8);
+                if (m_chainFacts.chunkCount >= 2)
                     return code;
                 m_inVideoTrak = false;
             }
@@ -227,11 +227,11 @@ void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWrite
     while (m_pos < size && !g_stopRequested) {
         const uint32_t code = r.be32(m_pos);
         if (code == "mvhd"_4cc) {
-            g_movieTimescale = r.be32(m_pos + 16);
-            g_movieDuration = r.be32(m_pos + 20);
+            m_chainFacts.movieTimescale = r.be32(m_pos + 16);
+            m_chainFacts.movieDuration = r.be32(m_pos + 20);
         }
         if (code == "trak"_4cc) {
-            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_chainFacts.trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             // Searched to the end of the file, not of the track: a sound
             // track first in the movie still leads to the video's tables.
@@ -243,7 +243,7 @@ void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWrite
         }
         if (m_inVideoTrak) {
             if (code == "stsz"_4cc) {
-                g_videoSampleCount = r.be32(m_pos + 12);
+                m_chainFacts.videoSampleCount = r.be32(m_pos + 12);
             } else if (code == "stsd"_4cc) {
                 int64_t avcC = avcCSearch.next(r, m_pos);
                 if (avcC >= 0 && !hevc) {
@@ -273,8 +273,8 @@ void QuickTimeRoute::WalkSampleMovie(ByteReader& r, FileWriter& video, FileWrite
         if (m_inAudioTrak) {
             m_movie.hasSoundTrak = true;
             if (code == "stsd"_4cc) {
-                g_audioChannels = r.be32(m_pos + 34);
-                g_audioSampleRate = r.be32(m_pos + 42);
+                m_chainFacts.audioChannels = r.be32(m_pos + 34);
+                m_chainFacts.audioSampleRate = r.be32(m_pos + 42);
             } else if (code == "mdat"_4cc) {
                 if (!WalkToMovie(r, m_pos, true, nullptr, nullptr, hevc))
                     return;
@@ -320,11 +320,11 @@ void QuickTimeRoute::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wid
 {
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
-    g_chunkCount = r.be32(pos + 8);
+    m_chainFacts.chunkCount = r.be32(pos + 8);
     pos += 12;
     // No more entries than the file holds.
     const uint64_t room = pos < size ? (size - pos) / width : 0;
-    const uint64_t count = std::min<uint64_t>(g_chunkCount, room);
+    const uint64_t count = std::min<uint64_t>(m_chainFacts.chunkCount, room);
     auto record = [&](uint64_t at) { videoText.write(r.view(at + 4, 3), 3); };
     for (uint64_t i = 0; i < count && !g_stopRequested; ++i, pos += width) {
         uint64_t c = wide ? r.be64(pos) : r.be32(pos);
@@ -369,7 +369,7 @@ void QuickTimeRoute::RepairH264Sowt(const QString& inputPath, const QString& ref
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
-    g_nullTrackSampleSize = g_videoChunkEntries = g_audioChunkEntries = 0;
+    m_chainFacts.nullTrackSampleSize = m_chainFacts.videoChunkEntries = m_chainFacts.audioChunkEntries = 0;
     if (!g_referenceMode) {
         DecideFromOwnIndex(inputPath, OwnIndexAction::RemuxSowt);
     } else {
@@ -393,7 +393,7 @@ void QuickTimeRoute::RepairH264Twos(const QString& inputPath, const QString& ref
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
-    g_nullTrackSampleSize = g_videoChunkEntries = g_audioChunkEntries = 0;
+    m_chainFacts.nullTrackSampleSize = m_chainFacts.videoChunkEntries = m_chainFacts.audioChunkEntries = 0;
     if (!g_referenceMode) {
         DecideFromOwnIndex(inputPath, OwnIndexAction::ScanTwos);
     } else {
@@ -427,7 +427,7 @@ void QuickTimeRoute::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
         if (code == "mdat"_4cc)
             break;
         if (code == "trak"_4cc) {
-            g_trakBytesLeft = r.be32(m_pos - 4);
+            m_chainFacts.trakBytesLeft = r.be32(m_pos - 4);
             m_trakPos = m_pos;
             const int64_t hit = kinds.next(r, m_pos);
             if (hit >= 0) {
@@ -440,7 +440,7 @@ void QuickTimeRoute::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
         }
         const bool table = code == "stco"_4cc || code == "co64"_4cc;
         if (m_inVideoTrak && table) {
-            g_videoChunkEntries = r.be32(m_pos + 8);
+            m_chainFacts.videoChunkEntries = r.be32(m_pos + 8);
             if (videoText) {
                 SampleFrameStartsWith(r, m_pos, code == "co64"_4cc, *videoText, NalStartSet::IndexScanBytes);
                 m_inVideoTrak = false;
@@ -449,14 +449,14 @@ void QuickTimeRoute::WalkSampleIndexTracks(ByteReader& r, FileWriter* videoText)
             m_inVideoTrak = false;
         } else if (m_inAudioTrak) {
             if (code == "stsd"_4cc) {
-                g_audioChannels = r.be32(m_pos + 34);
-                g_audioSampleRate = r.be32(m_pos + 42);
+                m_chainFacts.audioChannels = r.be32(m_pos + 34);
+                m_chainFacts.audioSampleRate = r.be32(m_pos + 42);
             } else if (table) {
-                g_audioChunkEntries = r.be32(m_pos + 8);
+                m_chainFacts.audioChunkEntries = r.be32(m_pos + 8);
                 m_inAudioTrak = false;
             }
         } else if (m_inNullTrak && code == "stsz"_4cc) {
-            g_nullTrackSampleSize = r.be32(m_pos + 8);
+            m_chainFacts.nullTrackSampleSize = r.be32(m_pos + 8);
             m_inNullTrak = false;
         }
         ++m_pos;

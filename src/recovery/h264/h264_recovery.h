@@ -1,7 +1,7 @@
 #pragma once
-// Shared pieces of the sample-driven H.264 recovery: the values learnt from
-// the sample, the scratch file names, the three-byte pattern sets, and the
-// muxer command lines as text.
+// Shared pieces of the sample-driven H.264 recovery: the scratch file names,
+// the three-byte pattern sets, and the muxer command lines as text. What the
+// chain learns on its way is the route's ChainFacts (chain_facts.h).
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -11,18 +11,6 @@
 #include <vector>
 
 class ByteReader;
-
-// ---- Values learnt from the sample (process-wide, like the rest of the engine) ----
-extern uint32_t g_movieTimescale;     // mvhd
-extern uint32_t g_movieDuration;      // mvhd
-extern uint32_t g_videoSampleCount;   // stsz of the video track
-extern uint32_t g_chunkCount;         // entries of the last chunk table read
-extern uint32_t g_trakBytesLeft;      // size of the last trak met
-extern uint32_t g_audioSampleCount;   // stsz of the sound track
-extern uint32_t g_averageAudioFrame;  // mean AAC frame size of the sample
-extern int g_frameRate;               // frames per second given to the muxer
-extern QString g_outputName;          // output name, relative to the workspace
-extern QString g_outputNameRated;     // "1_" + output name: the second muxer run
 
 // The file names of the chain, all inside the workspace folder.
 struct ChainPaths {
@@ -106,8 +94,6 @@ bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen = n
 bool IsInterleavedAtom(uint32_t code, bool withFtyp);
 
 // ---- PCM sound of the lpcm chain ----
-extern uint32_t g_pcmBits;       // bits per channel of the sample's sound (0: not given)
-extern uint32_t g_pcmChannels;   // channels of the sample's sound
 // The raw format, rate and channel texts given to the muxer. A bit depth the
 // muxer has no name for keeps the previous format text.
 QString PcmFormatText(uint32_t bits, const QString& previous);

@@ -28,10 +28,6 @@
 #include <algorithm>
 #include <cstring>
 
-uint32_t g_videoChunkEntries = 0;
-uint32_t g_audioChunkEntries = 0;
-uint32_t g_nullTrackSampleSize = 0;
-
 namespace {
 
 // NAL header bytes that may follow a delimiter in a twos file, and the units
@@ -459,7 +455,7 @@ void QuickTimeRoute::ScanIndexHevcPcm(const QString& inputPath, const QString& v
 
 void QuickTimeRoute::ScanIndexTwos(const QString& inputPath)
 {
-    const uint32_t skip = g_nullTrackSampleSize ? g_nullTrackSampleSize : 1024;
+    const uint32_t skip = m_chainFacts.nullTrackSampleSize ? m_chainFacts.nullTrackSampleSize : 1024;
     RunIndexScan(inputPath, [&](IndexScanner& s) { s.runTwos(skip); });
 }
 

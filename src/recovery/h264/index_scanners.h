@@ -11,11 +11,6 @@
 
 class ByteReader;
 
-// Values the index passes note in the sample's (or the file's own) tracks.
-extern uint32_t g_videoChunkEntries;    // entries of the video chunk table
-extern uint32_t g_audioChunkEntries;    // entries of the sound chunk table
-extern uint32_t g_nullTrackSampleSize;  // constant sample size of an nmhd track (0: none seen)
-
 struct IndexLine {
     enum Kind { Video, Audio, Zero };
     Kind kind;

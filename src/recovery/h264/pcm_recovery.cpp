@@ -16,9 +16,6 @@
 #include <algorithm>
 #include <cstring>
 
-uint32_t g_pcmBits = 0;
-uint32_t g_pcmChannels = 0;
-
 namespace {
 
 const char kStartCode[4] = {0, 0, 0, 1};
@@ -52,8 +49,8 @@ QString PcmChannelText(uint32_t channels)
 void QuickTimeRoute::LearnSamplePcm(const ChainPaths& p)
 {
     g_remuxed = g_remuxRan = g_muxerBusy = true;
-    g_pcmBits = g_pcmChannels = 0;
-    g_audioSampleRate = 0;
+    m_chainFacts.pcmBits = m_chainFacts.pcmChannels = 0;
+    m_chainFacts.audioSampleRate = 0;
     FileWriter audioText;
     audioText.open(p.audioText);
     std::unique_ptr<ByteReader> ref = OpenReadOnly(m_referencePath);
@@ -88,10 +85,10 @@ void QuickTimeRoute::WalkSampleLpcmSound(ByteReader& r, FileWriter& audioText, b
         }
         if (m_inAudioTrak) {
             if (code == "mdhd"_4cc) {
-                g_audioSampleRate = r.be32(m_pos + 16);
+                m_chainFacts.audioSampleRate = r.be32(m_pos + 16);
             } else if (code == "stsd"_4cc) {
-                g_pcmChannels = r.be16(m_pos + 62);
-                g_pcmBits = r.be32(m_pos + 68);
+                m_chainFacts.pcmChannels = r.be16(m_pos + 62);
+                m_chainFacts.pcmBits = r.be32(m_pos + 68);
             } else if (code == "stco"_4cc || code == "co64"_4cc) {
                 const bool wide = code == "co64"_4cc;
                 const unsigned width = wide ? 8 : 4;

@@ -11,17 +11,6 @@
 #include <utility>
 #include <QFileInfo>
 
-uint32_t g_movieTimescale = 0;
-uint32_t g_movieDuration = 0;
-uint32_t g_videoSampleCount = 0;
-uint32_t g_chunkCount = 0;
-uint32_t g_trakBytesLeft = 0;
-uint32_t g_audioSampleCount = 0;
-uint32_t g_averageAudioFrame = 0;
-int g_frameRate = 30;
-QString g_outputName;
-QString g_outputNameRated;
-
 namespace {
 
 QString Quoted(const QString& s)
@@ -39,14 +28,14 @@ bool OutputReady(const QString& path)
 // The second run timed the video at the recording's own rate (the first ran
 // at the default): its file, when it made one, takes the first one's place,
 // so that the result under the file's name plays at the right speed.
-void KeepRatedOutput(const QString& workDir)
+void KeepRatedOutput(const QString& workDir, const ChainFacts& facts)
 {
-    const QString rated = workDir + QLatin1Char('/') + g_outputNameRated;
+    const QString rated = workDir + QLatin1Char('/') + facts.outputNameRated;
     if (!OutputReady(rated)) {
         QFile::remove(rated);
         return;
     }
-    const QString plain = workDir + QLatin1Char('/') + g_outputName;
+    const QString plain = workDir + QLatin1Char('/') + facts.outputName;
     QFile::remove(plain);
     QFile::rename(rated, plain);
 }
@@ -129,51 +118,53 @@ void QuickTimeRoute::RemoveChainFiles(const ChainPaths& p)
 
 void QuickTimeRoute::PrepareMuxOutput()
 {
-    g_outputName = m_fileName;
-    g_outputNameRated = QStringLiteral("1_") + m_fileName;
+    m_chainFacts.outputName = m_fileName;
+    m_chainFacts.outputNameRated = QStringLiteral("1_") + m_fileName;
     QDir().mkpath(m_workDir);
     // The muxer asks before it overwrites, and nobody would answer.
-    QFile::remove(m_workDir + QLatin1Char('/') + g_outputName);
-    QFile::remove(m_workDir + QLatin1Char('/') + g_outputNameRated);
+    QFile::remove(m_workDir + QLatin1Char('/') + m_chainFacts.outputName);
+    QFile::remove(m_workDir + QLatin1Char('/') + m_chainFacts.outputNameRated);
 }
 
 // The first run: during the scan when that worked, else now from the files.
 void QuickTimeRoute::MuxVideoAndAudio(const ChainPaths& p)
 {
-    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
-    const QString rateText = QString::number(g_frameRate);
+    m_chainFacts.frameRate =
+        ComputeFrameRate(m_chainFacts.videoSampleCount, m_chainFacts.movieDuration, m_chainFacts.movieTimescale);
+    const QString rateText = QString::number(m_chainFacts.frameRate);
     g_remuxed = g_remuxRan = g_muxerBusy = true;
     if (!std::exchange(m_firstMuxDone, false)) {
         PrepareMuxOutput();
-        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputName), m_workDir);
+        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, m_chainFacts.outputName), m_workDir);
     }
-    if (NeedsSecondRun(g_frameRate) && !g_stopRequested) {
-        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, g_outputNameRated, rateText), m_workDir);
-        KeepRatedOutput(m_workDir);
+    if (NeedsSecondRun(m_chainFacts.frameRate) && !g_stopRequested) {
+        RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, m_chainFacts.outputNameRated, rateText), m_workDir);
+        KeepRatedOutput(m_workDir, m_chainFacts);
     }
     RemoveChainFiles(p);
     g_muxerBusy = false;
-    if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
+    if (!OutputReady(m_workDir + QLatin1Char('/') + m_chainFacts.outputName) && !g_stopRequested)
         H264PassFailed();
 }
 
 void QuickTimeRoute::MuxVideoOnly(const ChainPaths& p)
 {
     g_muxerBusy = true;
-    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale);
-    const QString rateText = QString::number(g_frameRate);
+    m_chainFacts.frameRate =
+        ComputeFrameRate(m_chainFacts.videoSampleCount, m_chainFacts.movieDuration, m_chainFacts.movieTimescale);
+    const QString rateText = QString::number(m_chainFacts.frameRate);
     g_remuxed = g_remuxRan = true;
     if (!std::exchange(m_firstMuxDone, false)) {
         PrepareMuxOutput();
-        RunMuxer(MuxVideoOnlyCommand(p.video, g_outputName), m_workDir);
+        RunMuxer(MuxVideoOnlyCommand(p.video, m_chainFacts.outputName), m_workDir);
     }
-    if (NeedsSecondRun(g_frameRate) && !g_stopRequested) {
-        RunMuxer(MuxVideoOnlyCommand(p.video, g_outputNameRated, rateText), m_workDir);
-        KeepRatedOutput(m_workDir);
+    if (NeedsSecondRun(m_chainFacts.frameRate) && !g_stopRequested) {
+        RunMuxer(MuxVideoOnlyCommand(p.video, m_chainFacts.outputNameRated, rateText), m_workDir);
+        KeepRatedOutput(m_workDir, m_chainFacts);
     }
     RemoveChainFiles(p);
     g_muxerBusy = false;
-    if (!OutputReady(m_workDir + QLatin1Char('/') + g_outputName) && !g_stopRequested)
+    if (!OutputReady(m_workDir + QLatin1Char('/') + m_chainFacts.outputName) && !g_stopRequested)
         H264PassFailed();
 }
 
@@ -195,7 +186,7 @@ void QuickTimeRoute::RemuxDamagedFileLpcm(const QString& inputPath)
 
 void QuickTimeRoute::RemuxDamagedFileSowt(const QString& inputPath)
 {
-    g_outputName = m_fileName;
+    m_chainFacts.outputName = m_fileName;
     m_movie.hasSoundTrak = true;   // the sowt command always copies the sound
     RemuxOwnIndex(inputPath, false);
     QFile::remove(m_workDir + QStringLiteral("/videotext.txt"));
@@ -224,13 +215,13 @@ void QuickTimeRoute::MuxVideoAndPcm(const ChainPaths& p)
     // leaves it as it was.
     static QString format = QStringLiteral("s24le");
     g_remuxed = g_remuxRan = g_muxerBusy = true;
-    g_outputName = m_fileName;
-    format = PcmFormatText(g_pcmBits, format);
+    m_chainFacts.outputName = m_fileName;
+    format = PcmFormatText(m_chainFacts.pcmBits, format);
     QDir().mkpath(m_workDir);
-    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    const QString out = m_workDir + QLatin1Char('/') + m_chainFacts.outputName;
     QFile::remove(out);
-    RunMuxer(MuxVideoAndPcmCommand(p.video, format, PcmRateText(g_audioSampleRate), PcmChannelText(g_pcmChannels),
-                                   p.pcm, g_outputName),
+    RunMuxer(MuxVideoAndPcmCommand(p.video, format, PcmRateText(m_chainFacts.audioSampleRate),
+                                   PcmChannelText(m_chainFacts.pcmChannels), p.pcm, m_chainFacts.outputName),
              m_workDir);
     RemoveChainFiles(p);
     g_muxerBusy = false;

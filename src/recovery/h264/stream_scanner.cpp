@@ -28,9 +28,11 @@ bool IsInterleavedAtom(uint32_t code, bool withFtyp)
 }
 
 StreamScanner::StreamScanner(ByteReader& in, FileWriter& video, FileWriter* audio,
-                             const PatternSet& audioPatterns, QByteArray paramBlock, NalScanRules rules)
+                             const PatternSet& audioPatterns, QByteArray paramBlock, const ChainFacts& facts,
+                             NalScanRules rules)
     : m_in(in), m_video(video), m_audio(audio), m_patterns(audioPatterns),
-      m_paramBlock(std::move(paramBlock)), m_rules(rules), m_size(in.size())
+      m_paramBlock(std::move(paramBlock)), m_rules(rules), m_audioSampleRate(facts.audioSampleRate),
+      m_averageAudioFrame(facts.averageAudioFrame), m_size(in.size())
 {
 }
 
@@ -334,7 +336,8 @@ void QuickTimeRoute::ScanStreams(FileWriter& video, const ChainPaths& p)
     // The first run names the fixed rate; a second one, if any, runs later.
     const auto firstMux = [this](bool withAudio, const QString& v, const QString& a) {
         PrepareMuxOutput();
-        return withAudio ? MuxVideoAndAudioCommand(v, a, g_outputName) : MuxVideoOnlyCommand(v, g_outputName);
+        const QString& out = m_chainFacts.outputName;
+        return withAudio ? MuxVideoAndAudioCommand(v, a, out) : MuxVideoOnlyCommand(v, out);
     };
     if (!ScanChainStreams(video, p, NalScanRules::h264(), audioMode, firstMux))
         return;
@@ -358,10 +361,11 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
     m_report->setRange(100);
 
     audioMode = m_movie.hasSoundTrak;
-    if (audioMode && !AdtsRateSupported(g_audioSampleRate)) {
+    if (audioMode && !AdtsRateSupported(m_chainFacts.audioSampleRate)) {
         // AAC at a rate that an ADTS header can't name can't be handed to the
         // muxer: the file still gets its video.
-        qWarning() << "The sample's audio rate" << g_audioSampleRate << "has no ADTS form; the audio is left out.";
+        qWarning() << "The sample's audio rate" << m_chainFacts.audioSampleRate
+                   << "has no ADTS form; the audio is left out.";
         audioMode = false;
     }
     PatternSet patterns;
@@ -376,7 +380,7 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
     }
     const uint64_t units = ScanIntoStreams(in.get(), video, audioMode, patterns, paramBlock, rules);
 
-    const QString out = m_workDir + QLatin1Char('/') + g_outputName;
+    const QString out = m_workDir + QLatin1Char('/') + m_chainFacts.outputName;
     // Without a single video unit the muxer has nothing to make a file of.
     if (units == 0 || g_stopRequested) {
         if (overlap.running())
@@ -412,7 +416,8 @@ uint64_t QuickTimeRoute::ScanIntoStreams(ByteReader* in, FileWriter& video, bool
 {
     uint64_t units = 0;
     if (in) {
-        StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, rules);
+        StreamScanner scanner(*in, video, audioMode ? &m_audioOut : nullptr, patterns, paramBlock, m_chainFacts,
+                              rules);
         scanner.setProgress([this](unsigned percent) { m_report->setValue(percent); });
         QElapsedTimer clock;
         clock.start();

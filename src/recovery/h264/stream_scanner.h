@@ -4,6 +4,7 @@
 // index. A video unit is told by its own structure (a plausible length and
 // NAL header, and another such header where the length says the next unit
 // starts); an audio frame by the three-byte patterns learnt from the sample.
+#include "recovery/h264/chain_facts.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/nal_sets.h"
 
@@ -36,10 +37,11 @@ struct NalScanRules {
 
 class StreamScanner {
 public:
-    // audio is null in video-only mode. progress receives whole percentages
-    // of the input, each one once.
+    // audio is null in video-only mode. Of facts the sample's sound rate and
+    // mean AAC frame size are taken, for the frames' headers. progress
+    // receives whole percentages of the input, each one once.
     StreamScanner(ByteReader& in, FileWriter& video, FileWriter* audio, const PatternSet& audioPatterns,
-                  QByteArray paramBlock, NalScanRules rules = NalScanRules::h264());
+                  QByteArray paramBlock, const ChainFacts& facts, NalScanRules rules = NalScanRules::h264());
     void setProgress(std::function<void(unsigned)> progress) { m_progress = std::move(progress); }
 
     void run();
@@ -83,6 +85,8 @@ private:
     const PatternSet& m_patterns;
     QByteArray m_paramBlock;
     NalScanRules m_rules;
+    int64_t m_audioSampleRate;       // keys the ADTS header's frequency index
+    uint32_t m_averageAudioFrame;    // an overlong frame is cut to this (0: dropped)
     std::function<void(unsigned)> m_progress;
     uint64_t m_size;
 

@@ -54,16 +54,18 @@ bool OwnChunkTableUsable(ByteReader& r, uint64_t first, bool wide, uint32_t coun
 void MuxHevcOnce(QuickTimeRoute& t, const ChainPaths& p,
                  const std::function<QString(const QString& out, const QString& rate)>& command)
 {
+    ChainFacts& facts = t.m_chainFacts;
     g_muxerBusy = true;
-    g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale, kHevcDefaultRate);
+    facts.frameRate =
+        ComputeFrameRate(facts.videoSampleCount, facts.movieDuration, facts.movieTimescale, kHevcDefaultRate);
     g_remuxed = g_remuxRan = true;
     // One run: the rate is known before it, so no run at a fixed rate first.
     // It may have been taken during the scan.
     if (!std::exchange(t.m_firstMuxDone, false)) {
         t.PrepareMuxOutput();
-        RunMuxer(command(g_outputName, QString::number(g_frameRate)), t.m_workDir);
+        RunMuxer(command(facts.outputName, QString::number(facts.frameRate)), t.m_workDir);
     }
-    const QString out = t.m_workDir + QLatin1Char('/') + g_outputName;
+    const QString out = t.m_workDir + QLatin1Char('/') + facts.outputName;
     t.RemoveChainFiles(p);
     g_muxerBusy = false;
     const QFileInfo info(out);
@@ -110,7 +112,7 @@ void QuickTimeRoute::RemuxHevcFromOwnIndex(const QString& inputPath)
 
     const uint32_t table = FindOwnVideoChunkTable(r, false);
     const NalStartSet set = m_chain.pcm ? NalStartSet::HevcLpcmBytes : NalStartSet::HevcOwnIndexBytes;
-    if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == "co64"_4cc, g_chunkCount, set)) {
+    if (table != 0 && OwnChunkTableUsable(r, m_pos + 12, table == "co64"_4cc, m_chainFacts.chunkCount, set)) {
         // The lpcm command always copies sound.
         m_movie.hasSoundTrak = sound || m_chain.pcm;
         file.reset();
@@ -188,10 +190,10 @@ void QuickTimeRoute::HevcFrameStarts(ByteReader& r, uint64_t pos, bool wide, Fil
     };
     const uint64_t size = r.size();
     const unsigned width = wide ? 8 : 4;
-    g_chunkCount = r.be32(pos + 8);
+    m_chainFacts.chunkCount = r.be32(pos + 8);
     pos += 12;
     const uint64_t room = pos < size ? (size - pos) / width : 0;
-    const uint64_t count = std::min<uint64_t>(g_chunkCount, room);
+    const uint64_t count = std::min<uint64_t>(m_chainFacts.chunkCount, room);
     auto record = [&](uint64_t at) { videoText.write(r.view(at + 4, 3), 3); };
     // A unit takes at least five bytes, so a file can't hold more steps than
     // this; chunks that point into each other can't make the walk quadratic.
@@ -226,10 +228,13 @@ void QuickTimeRoute::ScanHevcStreams(FileWriter& video, const ChainPaths& p)
 {
     bool audioMode = false;
     const auto firstMux = [this](bool withAudio, const QString& v, const QString& a) {
-        g_frameRate = ComputeFrameRate(g_videoSampleCount, g_movieDuration, g_movieTimescale, kHevcDefaultRate);
+        ChainFacts& facts = m_chainFacts;
+        facts.frameRate =
+            ComputeFrameRate(facts.videoSampleCount, facts.movieDuration, facts.movieTimescale, kHevcDefaultRate);
         PrepareMuxOutput();
-        const QString rate = QString::number(g_frameRate);
-        return withAudio ? MuxVideoAndAudioCommand(v, a, g_outputName, rate) : MuxVideoOnlyCommand(v, g_outputName, rate);
+        const QString rate = QString::number(facts.frameRate);
+        return withAudio ? MuxVideoAndAudioCommand(v, a, facts.outputName, rate)
+                         : MuxVideoOnlyCommand(v, facts.outputName, rate);
     };
     if (!ScanChainStreams(video, p, NalScanRules::hevc(), audioMode, firstMux))
         return;
