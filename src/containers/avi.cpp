@@ -411,7 +411,6 @@ Verdict AviRoute::repair(RepairJob& job, Reporter& report)
         if (m_reference)
             report.setValue(m_reference->size() < 0x300000 ? 5000 : 50000);
     }
-    g_remuxed = false;
     report.showFileProgress(job.fileName);
     report.setRange(500000);
     if (!job.input)

@@ -18,7 +18,7 @@ void QuickTimeRoute::RemuxCameraFile(const QString& path)
     const ulong half = ulong(m_fileSize / 2);
     m_report->setRange(ulong(m_fileSize));
 
-    g_remuxed = true;
+    m_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
     const QString workDir = m_workDir;

@@ -55,7 +55,6 @@ QString DatRoute::encode(RepairJob& job, Reporter& report)
     const ulong half = ulong(size / 2);
     report.setRange(ulong(size));
 
-    g_remuxed = true;
     g_remuxRan = true;
     g_muxerBusy = true;
     const QString& workDir = job.workDir;

@@ -73,7 +73,6 @@ Verdict MatroskaRoute::repair(RepairJob& job, Reporter& report)
             report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
         }
     }
-    g_remuxed = false;
     if (!job.input)
         return Verdict::failed().viaAviSignal();
     ByteReader& headerStream = sample ? *sample : *job.input;

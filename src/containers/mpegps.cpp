@@ -142,7 +142,6 @@ Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
         if (sample)
             report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
     }
-    g_remuxed = false;
     if (!job.input)
         return Verdict::failed().viaAviSignal();
     // A program stream has audio (C0) or video (E0) packet heads.

@@ -46,7 +46,7 @@ constexpr size_t kBlock = 1u << 20;
 
 void QuickTimeRoute::ScanJpegFrames()
 {
-    g_remuxed = false;
+    m_remuxed = false;
     LogCipher cipher;
     const uint64_t range = std::min<uint64_t>(m_fileSize, 0x40000000u);
     m_report->setRange(ulong(range));
@@ -132,7 +132,7 @@ void QuickTimeRoute::ScanJpegFrames()
 
 void QuickTimeRoute::ScanMpeg4Frames()
 {
-    g_remuxed = false;
+    m_remuxed = false;
     m_carried->is3gp = false;
     LogCipher cipher;
     m_report->setRange(ulong(m_fileSize));
@@ -230,7 +230,7 @@ void QuickTimeRoute::ScanMpeg4Frames()
 
 void QuickTimeRoute::ScanProResFrames()
 {
-    g_remuxed = false;
+    m_remuxed = false;
     LogCipher cipher;
     m_report->setRange(ulong(m_fileSize));
     ByteReader& f = *m_file;

@@ -342,6 +342,4 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
     if (!reference && g_stopRequested)
         return;
     g_moovRead = true;
-    if (reference)
-        m_refFile.reset();
 }

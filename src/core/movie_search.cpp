@@ -212,8 +212,8 @@ bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
 {
     const QFileInfo info(referencePath);
     m_referencePath = info.absolutePath() + QLatin1Char('/') + info.fileName();
-    m_refFile = OpenReadOnly(m_referencePath);
-    if (!m_refFile)
+    m_refFile.reset();
+    if (!Sample(m_referencePath))
         return false;
     bool movieFound = false;
     m_pos = 4;
@@ -224,8 +224,7 @@ bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
     m_moovPos = 0;
     m_report->setRange(50000);
 
-    // Walk; it ends when the position passes the size. The reader closes
-    // m_refFile, so nothing reads after it has run.
+    // Walk; it ends when the position passes the size.
     ByteReader* r = m_refFile.get();
     while (!g_stopRequested && m_pos <= size) {
         const uint32_t code = r->be32(m_pos);

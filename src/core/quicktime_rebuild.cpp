@@ -180,7 +180,7 @@ void WriteCo64(FileWriter& w, const std::vector<QuickTimeRoute::RebuildChunk>& c
 
 void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
 {
-    if (g_remuxed) {
+    if (m_remuxed) {
         g_repairedPaths << m_workDir + QStringLiteral("/") + m_fileName;
         return;
     }
@@ -314,7 +314,7 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
         if (m_movie.isSowt) {
             // Speed check: a sound track twice as long as the video means the
             // video's timing is half what it should be.
-            g_remuxed = false;
+            m_remuxed = false;
             m_movie.isSowt = false;
             const QString f = m_workDir + QLatin1Char('/') + m_fileName;
             RunMuxer(SplitVideoCommand(f), m_workDir);
@@ -461,7 +461,7 @@ void QuickTimeRoute::WriteAudioTrack()
 
 void QuickTimeRoute::ReadTrackDurations(const QString& path)
 {
-    g_remuxed = false;
+    m_remuxed = false;
     m_videoSeconds = m_audioSeconds = 0;
     std::unique_ptr<ByteReader> r = OpenReadOnly(path);
     if (!r)

@@ -64,6 +64,13 @@ QuickTimeRoute::~QuickTimeRoute() = default;
 
 std::unique_ptr<ByteReader> QuickTimeRoute::OpenReadOnly(const QString& path) { return FileReader::open(path); }
 
+ByteReader* QuickTimeRoute::Sample(const QString& path)
+{
+    if (!m_refFile)
+        m_refFile = OpenReadOnly(path);
+    return m_refFile.get();
+}
+
 void QuickTimeRoute::WriteLogLine(LogCipher& cipher, const QString& line) { WriteCipheredLine(m_log, cipher, line); }
 
 Verdict QuickTimeRoute::repair(RepairJob& job, Reporter& report)
@@ -122,8 +129,9 @@ Verdict QuickTimeRoute::RepairFile(const RepairJob& job)
             m_report->setValue(ulong(done * 1000 / std::max<uint64_t>(total, 1)));
         };
         const bool firstPass = referencePath.isEmpty() && !job.referenceMode;
-        bySyntax = syntax::RecoverBySyntax(job.inputPath, firstPass ? job.inputPath : m_referencePath,
-                                           syntaxPath, control);
+        ByteReader* sample = firstPass ? nullptr : Sample(m_referencePath);
+        if (firstPass || sample)
+            bySyntax = syntax::RecoverBySyntax(job.inputPath, sample, syntaxPath, control);
         if (job.stopped()) {
             QFile::remove(syntaxPath);
             return Verdict::stopped();

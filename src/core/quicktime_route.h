@@ -34,6 +34,10 @@ public:
 
     // Opens path read-only; null when it can't be opened.
     static std::unique_ptr<ByteReader> OpenReadOnly(const QString& path);
+    // The sample, opened at its first use and read by every stage of the
+    // file from then on (the movie search, the codec-syntax recovery and the
+    // pattern passes); null when it can't be opened.
+    ByteReader* Sample(const QString& path);
     // One enciphered line, closed by CR LF, to logFile.txt (when open).
     void WriteLogLine(LogCipher& cipher, const QString& line);
 
@@ -43,6 +47,9 @@ public:
     RunCarryOver* m_carried;
     RunCarryOver m_ownCarry;                // the carry-over of a file that stands alone
     bool m_passFailed = false;              // a recovery pass ended without a result
+    // A pass (or the camera remux) left a finished file: the rebuild only
+    // lists it. Starts false for every file.
+    bool m_remuxed = false;
 
     // The steps of one file; repair() sets the job's reader, log and names first.
     Verdict RepairFile(const RepairJob& job);

@@ -8,7 +8,6 @@ QString g_referencePath;
 QString g_customWorkRoot;
 
 bool g_moovRead = false;
-bool g_remuxed = false;
 QStringList g_repairedPaths;
 
 QString g_programDir;

@@ -18,7 +18,6 @@ extern QString g_customWorkRoot;            // folder chosen by the user for scr
 
 // Per run and per file.
 extern bool g_moovRead;                     // a movie reader ran to its end
-extern bool g_remuxed;                      // the last pass left a finished file
 extern QStringList g_repairedPaths;         // output paths of the run
 
 // Folders fixed at start-up.

@@ -19,8 +19,12 @@ class LogCipher;
 // a later MPEG-4 movie of the same run is then read as 3GPP too, until the
 // MPEG-4 frame scan or a sample with sowt sound clears the mark (cameras
 // that write 3GPP write it for every clip of a card).
+// The muxer is told the sample format of PCM sound by the sample's bit depth;
+// an odd depth (not 16, 24 or 32) keeps the format last told in the run,
+// 24-bit at first: such a sample comes from the camera of the clip before.
 struct RunCarryOver {
     bool is3gp = false;
+    QString pcmFormat = QStringLiteral("s24le");
 };
 
 // What a repair recovered: its video frames, seconds of sound and the bytes

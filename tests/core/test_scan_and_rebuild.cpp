@@ -108,7 +108,7 @@ private Q_SLOTS:
     void init()
     {
         m_dir = freshDir(QStringLiteral("scan rebuild"));   // a blank in the path on purpose
-        g_stopRequested = g_remuxed = false;
+        g_stopRequested = false;
         g_repairedPaths.clear();
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
@@ -259,20 +259,19 @@ private Q_SLOTS:
     }
 
     // Nothing whole in the index: no file, a negative verdict. A pass that
-    // already left a finished file (g_remuxed) names it as the output.
+    // already left a finished file (m_remuxed) names it as the output.
     void nothingToRebuild()
     {
         FileRoute t;
         QVERIFY(rebuild(t, source(), {Line(V, 4000, 200), "Zero(Zero) at = 0 Size = 10"}).isEmpty());
         QVERIFY(t.m_passFailed);
         QVERIFY(g_repairedPaths.isEmpty());
-        g_remuxed = true;
         FileRoute t2;
+        t2.m_remuxed = true;
         t2.m_workDir = m_dir;
         t2.m_fileName = QStringLiteral("x.mp4");
         t2.RebuildQuickTimeFile(QString());
         QCOMPARE(g_repairedPaths, QStringList({m_dir + QStringLiteral("/x.mp4")}));
-        g_remuxed = false;
     }
 
     // Two seconds of video. 64 bytes of sound at 4 samples a second are four

@@ -113,8 +113,31 @@ private Q_SLOTS:
         for (const QString& f : scratch())
             QVERIFY2(!QFile::exists(f), qPrintable(f));
         QVERIFY(!g_muxerBusy);
-        QVERIFY(g_remuxed);
+        QVERIFY(m_t->m_remuxed);
         QVERIFY(!m_t->m_passFailed);
+    }
+
+    // The PCM format is the sample's depth; an odd depth keeps the one the
+    // run last used, which lasts from file to file.
+    void pcmFormatLastsThroughTheRun()
+    {
+        RunCarryOver run;
+        const auto formatFor = [&](uint32_t bits, RunCarryOver* carried) {
+            QuickTimeRoute t;
+            if (carried)
+                t.m_carried = carried;
+            t.m_workDir = m_t->m_workDir;
+            t.m_fileName = m_t->m_fileName;
+            t.m_chainFacts.pcmBits = bits;
+            QFile::remove(t.m_workDir + QLatin1Char('/') + t.m_fileName);
+            QFile::remove(m_calls);
+            t.MuxVideoAndPcm(m_p);
+            const QStringList args = calls().value(0);
+            return args.value(args.indexOf(QStringLiteral("-f"), args.indexOf(m_p.video)) + 1);
+        };
+        QCOMPARE(formatFor(16, &run), QStringLiteral("s16le"));
+        QCOMPARE(formatFor(20, &run), QStringLiteral("s16le"));
+        QCOMPARE(formatFor(20, nullptr), QStringLiteral("s24le"));
     }
 
     void remuxOfDamagedFile_data()

@@ -24,14 +24,13 @@ const char kFixedRecord[3] = {0x21, 0x1A, 0x0B};
 
 bool QuickTimeRoute::LearnSampleAac(const ChainPaths& p)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_audioOut.open(p.audio);
     FileWriter audioText;
     audioText.open(p.audioText);
     if (!m_movie.hasSoundTrak)
         return false;
-    std::unique_ptr<ByteReader> ref = OpenReadOnly(m_referencePath);
-    if (ref) {
+    if (ByteReader* ref = Sample(m_referencePath)) {
         m_fileSize = m_inputSize = ref->size();
         WalkSampleSound(*ref, audioText);
     }

@@ -49,7 +49,7 @@ bool WalkToMovie(ByteReader& r, uint64_t& pos, bool passBeam, bool* mdatSeen, ui
 
 void QuickTimeRoute::RepairH264Aac(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chain = {false, false};
     if (!g_referenceMode)
@@ -170,7 +170,7 @@ uint32_t QuickTimeRoute::FindOwnVideoChunkTable(ByteReader& r, bool cut)
 void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& referencePath)
 {
     const bool hevc = m_chain.hevc;
-    // The output is listed by the rebuild step, which sees g_remuxed.
+    // The output is listed by the rebuild step, which sees m_remuxed.
     QDir().mkpath(m_workDir);
     ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
     if (hevc)
@@ -180,12 +180,10 @@ void QuickTimeRoute::LearnFromSample(const QString& inputPath, const QString& re
     indexing.open(paths.indexing);
     videoText.open(paths.videoText);
 
-    std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
-    if (ref) {
+    if (ByteReader* ref = Sample(referencePath)) {
         m_fileSize = m_inputSize = ref->size();
         WalkSampleMovie(*ref, video, indexing, videoText);
     }
-    ref.reset();
     indexing.close();
     videoText.close();
 
@@ -353,7 +351,7 @@ void QuickTimeRoute::SampleFrameStartsWith(ByteReader& r, uint64_t pos, bool wid
 // the video runs instead of AAC frames told by patterns.
 void QuickTimeRoute::RepairH264Lpcm(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chain = {false, true};
     if (!g_referenceMode)
@@ -367,7 +365,7 @@ void QuickTimeRoute::RepairH264Lpcm(const QString& inputPath, const QString& ref
 // the index scanner turns the damaged file into lines for the rebuild.
 void QuickTimeRoute::RepairH264Sowt(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chainFacts.nullTrackSampleSize = m_chainFacts.videoChunkEntries = m_chainFacts.audioChunkEntries = 0;
     if (!g_referenceMode) {
@@ -377,10 +375,8 @@ void QuickTimeRoute::RepairH264Sowt(const QString& inputPath, const QString& ref
         const ChainPaths paths = ChainPaths::in(m_workDir, inputPath);
         FileWriter videoText;
         videoText.open(paths.videoText);
-        std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
-        if (ref)
+        if (ByteReader* ref = Sample(referencePath))
             WalkSampleIndexTracks(*ref, &videoText);
-        ref.reset();
         videoText.close();
         WriteVideoUniqueFileIndex(paths);
     }
@@ -391,16 +387,14 @@ void QuickTimeRoute::RepairH264Sowt(const QString& inputPath, const QString& ref
 // unit delimiters of the file itself.
 void QuickTimeRoute::RepairH264Twos(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chainFacts.nullTrackSampleSize = m_chainFacts.videoChunkEntries = m_chainFacts.audioChunkEntries = 0;
     if (!g_referenceMode) {
         DecideFromOwnIndex(inputPath, OwnIndexAction::ScanTwos);
     } else {
-        std::unique_ptr<ByteReader> ref = OpenReadOnly(referencePath);
-        if (ref)
+        if (ByteReader* ref = Sample(referencePath))
             WalkSampleIndexTracks(*ref, nullptr);
-        ref.reset();
         ScanIndexTwos(inputPath);
     }
     g_muxerBusy = false;

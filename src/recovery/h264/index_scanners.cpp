@@ -461,7 +461,7 @@ void QuickTimeRoute::ScanIndexTwos(const QString& inputPath)
 
 void QuickTimeRoute::RunIndexScan(const QString&, const std::function<void(IndexScanner&)>& scan)
 {
-    g_remuxed = false;
+    m_remuxed = false;
     if (!m_file) {
         H264PassFailed();
         return;

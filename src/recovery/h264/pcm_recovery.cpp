@@ -48,13 +48,12 @@ QString PcmChannelText(uint32_t channels)
 
 void QuickTimeRoute::LearnSamplePcm(const ChainPaths& p)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_chainFacts.pcmBits = m_chainFacts.pcmChannels = 0;
     m_chainFacts.audioSampleRate = 0;
     FileWriter audioText;
     audioText.open(p.audioText);
-    std::unique_ptr<ByteReader> ref = OpenReadOnly(m_referencePath);
-    if (ref)
+    if (ByteReader* ref = Sample(m_referencePath))
         WalkSampleLpcmSound(*ref, audioText, m_chain.hevc && m_chain.pcm);
 }
 
@@ -272,7 +271,7 @@ void QuickTimeRoute::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
 {
     FileWriter pcm;
     pcm.open(p.pcm);
-    g_remuxed = true;
+    m_remuxed = true;
     m_report->setRange(100);
     QByteArray paramBlock;
     {

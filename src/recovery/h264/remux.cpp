@@ -132,7 +132,7 @@ void QuickTimeRoute::MuxVideoAndAudio(const ChainPaths& p)
     m_chainFacts.frameRate =
         ComputeFrameRate(m_chainFacts.videoSampleCount, m_chainFacts.movieDuration, m_chainFacts.movieTimescale);
     const QString rateText = QString::number(m_chainFacts.frameRate);
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     if (!std::exchange(m_firstMuxDone, false)) {
         PrepareMuxOutput();
         RunMuxer(MuxVideoAndAudioCommand(p.video, p.audio, m_chainFacts.outputName), m_workDir);
@@ -153,7 +153,7 @@ void QuickTimeRoute::MuxVideoOnly(const ChainPaths& p)
     m_chainFacts.frameRate =
         ComputeFrameRate(m_chainFacts.videoSampleCount, m_chainFacts.movieDuration, m_chainFacts.movieTimescale);
     const QString rateText = QString::number(m_chainFacts.frameRate);
-    g_remuxed = g_remuxRan = true;
+    m_remuxed = g_remuxRan = true;
     if (!std::exchange(m_firstMuxDone, false)) {
         PrepareMuxOutput();
         RunMuxer(MuxVideoOnlyCommand(p.video, m_chainFacts.outputName), m_workDir);
@@ -196,7 +196,7 @@ void QuickTimeRoute::RemuxDamagedFileSowt(const QString& inputPath)
 // source's name; the sound is copied when a sound track was noted.
 void QuickTimeRoute::RemuxOwnIndex(const QString& inputPath, bool halfwayProgress)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     QDir().mkpath(m_workDir);
     if (halfwayProgress)
         m_report->setValue(50);
@@ -211,11 +211,9 @@ void QuickTimeRoute::RemuxOwnIndex(const QString& inputPath, bool halfwayProgres
 
 void QuickTimeRoute::MuxVideoAndPcm(const ChainPaths& p)
 {
-    // The last format the muxer was told; a bit depth it has no name for
-    // leaves it as it was.
-    static QString format = QStringLiteral("s24le");
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_chainFacts.outputName = m_fileName;
+    QString& format = m_carried->pcmFormat;
     format = PcmFormatText(m_chainFacts.pcmBits, format);
     QDir().mkpath(m_workDir);
     const QString out = m_workDir + QLatin1Char('/') + m_chainFacts.outputName;

@@ -357,7 +357,7 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
         if (indexing.open(QIODevice::ReadOnly))
             paramBlock = indexing.readAll();
     }
-    g_remuxed = true;
+    m_remuxed = true;
     m_report->setRange(100);
 
     audioMode = m_movie.hasSoundTrak;

@@ -58,7 +58,7 @@ void MuxHevcOnce(QuickTimeRoute& t, const ChainPaths& p,
     g_muxerBusy = true;
     facts.frameRate =
         ComputeFrameRate(facts.videoSampleCount, facts.movieDuration, facts.movieTimescale, kHevcDefaultRate);
-    g_remuxed = g_remuxRan = true;
+    t.m_remuxed = g_remuxRan = true;
     // One run: the rate is known before it, so no run at a fixed rate first.
     // It may have been taken during the scan.
     if (!std::exchange(t.m_firstMuxDone, false)) {
@@ -77,7 +77,7 @@ void MuxHevcOnce(QuickTimeRoute& t, const ChainPaths& p,
 
 void QuickTimeRoute::RepairHevcAac(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chain = {true, false};
     if (!g_referenceMode)
@@ -91,7 +91,7 @@ void QuickTimeRoute::RepairHevcAac(const QString& inputPath, const QString& refe
 // set has no type 0 or 1 units and no parameter sets.
 void QuickTimeRoute::RepairHevcLpcm(const QString& inputPath, const QString& referencePath)
 {
-    g_remuxed = g_remuxRan = g_muxerBusy = true;
+    m_remuxed = g_remuxRan = g_muxerBusy = true;
     m_fileName = QFileInfo(inputPath).fileName();
     m_chain = {true, true};
     if (!g_referenceMode)

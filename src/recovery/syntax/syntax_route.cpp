@@ -6,7 +6,7 @@
 
 namespace syntax {
 
-SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPath, const QString& outPath,
+SyntaxOutcome RecoverBySyntax(const QString& damagedPath, ByteReader* sample, const QString& outPath,
                               const ScanControl& control)
 {
     SyntaxOutcome out;
@@ -17,10 +17,9 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPa
     // page its start lies in).
     constexpr size_t kWindow = (1u << 20) + 2 * ByteReader::kAlign;
     std::unique_ptr<FileReader> damaged = FileReader::open(damagedPath, kWindow);
-    std::unique_ptr<FileReader> sample = modelPath == damagedPath ? nullptr : FileReader::open(modelPath, kWindow);
-    ByteReader* modelSource = modelPath == damagedPath ? damaged.get() : sample.get();
-    if (!damaged || !modelSource) {
-        out.reason = QStringLiteral("can't open the file or the sample");
+    ByteReader* modelSource = sample ? sample : damaged.get();
+    if (!damaged) {
+        out.reason = QStringLiteral("can't open the file");
         return out;
     }
     MovieModel model;

@@ -19,9 +19,10 @@ struct SyntaxOutcome {
     QString reason;             // why nothing was written, for the log
 };
 
-// Recovers damagedPath into outPath with what modelPath's movie teaches
-// (modelPath may be damagedPath itself). The input files are only read.
-SyntaxOutcome RecoverBySyntax(const QString& damagedPath, const QString& modelPath, const QString& outPath,
+// Recovers damagedPath into outPath with what a movie teaches: the sample's
+// (already open), or with sample null the damaged file's own. The input
+// files are only read.
+SyntaxOutcome RecoverBySyntax(const QString& damagedPath, ByteReader* sample, const QString& outPath,
                               const ScanControl& control);
 
 } // namespace syntax
