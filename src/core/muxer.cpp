@@ -14,7 +14,7 @@
 #include <atomic>
 
 std::atomic<bool> g_muxerBusy{false};
-bool g_remuxRan = false;
+std::atomic<bool> g_remuxRan{false};
 
 namespace {
 std::atomic<bool> g_stopMuxer{false};   // set by StopMuxer from any thread

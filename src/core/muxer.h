@@ -15,11 +15,14 @@
 
 class QProcess;
 
-// Set while a muxer run is under way that can't be cut short (read by the
-// window while the repair thread runs).
+// Set while a muxer run is under way that can't be cut short. Written by the
+// routes that run the muxer; read by the window's Stop while the repair
+// thread runs.
 extern std::atomic<bool> g_muxerBusy;
-// Set once a muxer has run in this process.
-extern bool g_remuxRan;
+// Set once a muxer has run in this process. Written by the routes that run
+// the muxer; read by the window on its way back to page 1 (unsaved results
+// of such runs are deleted).
+extern std::atomic<bool> g_remuxRan;
 
 struct MuxerResult {
     bool started = false;      // the program could be started
