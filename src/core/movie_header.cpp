@@ -137,28 +137,27 @@ uint64_t NextReactedWord(ByteReader& r, uint64_t from, uint64_t end, bool honour
 
 void QuickTimeRoute::ReadMovieHeader()
 {
-    ScanMovieHeader(false);
+    m_movie = ScanMovieHeader(false);
 }
 
 void QuickTimeRoute::ReadReferenceMovieHeader()
 {
-    ScanMovieHeader(true);
+    m_movie = ScanMovieHeader(true);
 }
 
-void QuickTimeRoute::ScanMovieHeader(bool reference)
+MovieFacts QuickTimeRoute::ScanMovieHeader(bool reference)
 {
     ByteReader* file = reference ? m_refFile.get() : m_file;
     if (!file)
-        return;
+        return m_movie;
     ByteReader& r = *file;
 
     // The facts start afresh, but for two: the sample's reader leaves isJpeg
     // as the damaged file's set it, and whether the movie has sound is
     // cleared once per file, not per reader.
-    MovieFacts fresh;
-    fresh.isJpeg = reference && m_movie.isJpeg;
-    fresh.hasSoundTrak = m_movie.hasSoundTrak;
-    m_movie = fresh;
+    MovieFacts facts;
+    facts.isJpeg = reference && m_movie.isJpeg;
+    facts.hasSoundTrak = m_movie.hasSoundTrak;
     m_trakPos = 0;
     m_inAudioTrak = m_inVideoTrak = m_haveVideoTrak = m_inNullTrak = m_inGenericTrak = false;
     int sttsCount = 0;
@@ -167,7 +166,7 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
     m_moovBodyPos = m_pos;
     const uint64_t fileSize = reference ? m_refFileSize : m_fileSize;
     if (m_moovSize >= fileSize)
-        return;
+        return facts;
     // The damaged file is scanned to its end; the sample only over its moov.
     const uint64_t scanEnd = reference ? m_moovBodyPos + m_moovSize : m_fileSize;
     uint64_t& countDown = reference ? m_refFileSize : m_inputSize;
@@ -217,52 +216,52 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
 
         if (m_inVideoTrak) {
             if (w == "mdhd"_4cc) {
-                m_movie.videoTimeScale = r.be32(m_pos + 16);
+                facts.videoTimeScale = r.be32(m_pos + 16);
             } else if (!reference && w == "jpeg"_4cc) {
-                m_movie.isJpeg = true;
+                facts.isJpeg = true;
             } else if (w == "es26"_4cc || w == "mp4v"_4cc) {
                 if (m_carried->is3gp)
-                    m_movie.isMpeg4In3gp = true;
+                    facts.isMpeg4In3gp = true;
             } else if (w == "apch"_4cc || w == "apcn"_4cc || w == "apcs"_4cc || w == "apco"_4cc
                        || w == "ap4h"_4cc) {
-                m_movie.isProRes = true;
+                facts.isProRes = true;
             } else if (w == "hvc1"_4cc || w == "hev1"_4cc) {
-                m_movie.isHevc = true;
+                facts.isHevc = true;
             } else if (w == "mdat"_4cc) {
                 done = true;
             } else if (w == "stsc"_4cc) {
-                if (!reference && m_movie.videoSampleDelta == 0) {
+                if (!reference && facts.videoSampleDelta == 0) {
                     // The stts behind the stsc gives the frame duration.
                     const uint32_t s = r.be32(m_pos - 4);
                     if (r.be32(m_pos + s) == "stts"_4cc)
-                        m_movie.videoSampleDelta = r.be32(m_pos + s + 16);
+                        facts.videoSampleDelta = r.be32(m_pos + s + 16);
                 }
                 m_inVideoTrak = false;
             } else if (w == "tkhd"_4cc) {
-                m_movie.frameWidth = r.be32(m_pos + 78);
-                m_movie.frameHeight = r.be32(m_pos + 82);
+                facts.frameWidth = r.be32(m_pos + 78);
+                facts.frameHeight = r.be32(m_pos + 82);
                 if (reference && m_log && m_log->isOpen()) {
-                    m_log->write(QByteArray("FrameWidth = ") + QByteArray::number(m_movie.frameWidth) + "\r\n");
-                    m_log->write(QByteArray("FrameHeight = ") + QByteArray::number(m_movie.frameHeight) + "\r\n");
+                    m_log->write(QByteArray("FrameWidth = ") + QByteArray::number(facts.frameWidth) + "\r\n");
+                    m_log->write(QByteArray("FrameHeight = ") + QByteArray::number(facts.frameHeight) + "\r\n");
                 }
             } else if (w == "stsd"_4cc) {
-                m_movie.videoStsdSize = r.be32(m_pos - 4);
-                if (reference || m_movie.videoStsdSize < 1000)
-                    m_movie.videoStsd = copyAtom(m_pos, m_movie.videoStsdSize);
+                facts.videoStsdSize = r.be32(m_pos - 4);
+                if (reference || facts.videoStsdSize < 1000)
+                    facts.videoStsd = copyAtom(m_pos, facts.videoStsdSize);
             } else if (w == "stts"_4cc) {
                 if (reference) {
-                    m_movie.videoSampleDelta = r.be32(m_pos + 16);
+                    facts.videoSampleDelta = r.be32(m_pos + 16);
                     m_inVideoTrak = false;
                     if (++sttsCount >= 2)
                         done = true;
                 } else if (sttsCount == 2) {
                     done = true;
                 } else {
-                    m_movie.videoSampleDelta = r.be32(m_pos + 16);
+                    facts.videoSampleDelta = r.be32(m_pos + 16);
                     ++sttsCount;
                 }
             } else if (w == "ctts"_4cc) {
-                m_movie.cttsOffset2 = 0;
+                facts.cttsOffset2 = 0;
                 if (!reference) {
                     // The word where the next atom's size stands is compared with stsc.
                     const uint32_t s = r.be32(m_pos - 4);
@@ -270,21 +269,21 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
                     if (next < m_inputSize && r.be32(next) != "stsc"_4cc)
                         m_inVideoTrak = false;
                 }
-                m_movie.cttsEntries = r.be32(m_pos + 8);
-                if (m_movie.cttsEntries > 1) {
-                    m_movie.hasCtts = true;
+                facts.cttsEntries = r.be32(m_pos + 8);
+                if (facts.cttsEntries > 1) {
+                    facts.hasCtts = true;
                     m_pos += 12;
-                    m_movie.cttsCount0 = r.be32(m_pos);
-                    m_movie.cttsOffset0 = r.be32(m_pos + 4);
+                    facts.cttsCount0 = r.be32(m_pos);
+                    facts.cttsOffset0 = r.be32(m_pos + 4);
                     m_pos += 8;
-                    m_movie.cttsCount1 = r.be32(m_pos);
-                    m_movie.cttsOffset1 = r.be32(m_pos + 4);
+                    facts.cttsCount1 = r.be32(m_pos);
+                    facts.cttsOffset1 = r.be32(m_pos + 4);
                     m_pos += 8;
-                    if (m_movie.cttsCount1 == 2) {
-                        m_movie.cttsOffset2 = m_movie.cttsOffset1;
-                    } else if (m_movie.cttsCount1 == 1) {
-                        m_movie.cttsCount2 = r.be32(m_pos);
-                        m_movie.cttsOffset2 = r.be32(m_pos + 4);
+                    if (facts.cttsCount1 == 2) {
+                        facts.cttsOffset2 = facts.cttsOffset1;
+                    } else if (facts.cttsCount1 == 1) {
+                        facts.cttsCount2 = r.be32(m_pos);
+                        facts.cttsOffset2 = r.be32(m_pos + 4);
                     }
                 }
             }
@@ -294,30 +293,30 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
             static const uint32_t audioCodes[] = {"stsd"_4cc, "mdhd"_4cc, "twos"_4cc, "sowt"_4cc, "lpcm"_4cc,
                                                   "stsz"_4cc, "stts"_4cc, "mdat"_4cc};
             if (std::find(std::begin(audioCodes), std::end(audioCodes), w) != std::end(audioCodes))
-                m_movie.hasSoundTrak = true;
+                facts.hasSoundTrak = true;
             if (w == "stsd"_4cc) {
-                m_movie.audioStsdSize = r.be32(m_pos - 4);
-                if (m_movie.audioStsdSize < 670)
-                    m_movie.audioStsd = copyAtom(m_pos, m_movie.audioStsdSize);
-                m_movie.audioStsdRate = r.be32(m_pos + 42);
+                facts.audioStsdSize = r.be32(m_pos - 4);
+                if (facts.audioStsdSize < 670)
+                    facts.audioStsd = copyAtom(m_pos, facts.audioStsdSize);
+                facts.audioStsdRate = r.be32(m_pos + 42);
             } else if (w == "mdhd"_4cc) {
-                m_movie.soundTimeScale = r.be32(m_pos + 16);
+                facts.soundTimeScale = r.be32(m_pos + 16);
             } else if (w == "twos"_4cc) {
-                m_movie.isTwos = true;
+                facts.isTwos = true;
             } else if (w == "sowt"_4cc) {
-                m_movie.isSowt = true;
+                facts.isSowt = true;
                 if (reference)
                     m_carried->is3gp = false;
             } else if (w == "lpcm"_4cc) {
-                m_movie.isLpcm = true;
-                if (m_movie.isHevc) {
-                    m_movie.isLpcmHevc = true;
-                    m_movie.isHevc = false;
+                facts.isLpcm = true;
+                if (facts.isHevc) {
+                    facts.isLpcmHevc = true;
+                    facts.isHevc = false;
                 }
             } else if (w == "stsz"_4cc) {
                 const uint32_t a = r.be32(m_pos + 16);
                 const uint32_t b = r.be32(m_pos + 20);
-                m_movie.audioFrameSize = a == 4 ? b : b - 50;
+                facts.audioFrameSize = a == 4 ? b : b - 50;
                 m_inAudioTrak = false;
                 if (reference) {
                     if (m_inVideoTrak)
@@ -327,7 +326,7 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
                     done = true;
                 }
             } else if (w == "stts"_4cc) {
-                m_movie.audioSampleDelta = r.be32(m_pos + 16);
+                facts.audioSampleDelta = r.be32(m_pos + 16);
                 ++sttsCount;
             } else if (w == "mdat"_4cc) {
                 done = true;
@@ -340,6 +339,7 @@ void QuickTimeRoute::ScanMovieHeader(bool reference)
             --countDown;
     }
     if (!reference && g_stopRequested)
-        return;
+        return facts;
     g_moovRead = true;
+    return facts;
 }

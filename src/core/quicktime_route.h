@@ -230,6 +230,7 @@ public:
     bool SearchMovieWindow(ByteReader& r, bool& movieFound, uint64_t& steps, uint64_t stepLimit,
                            ulong range, bool progress, bool reference);
     // The readers' scan, shared by both; reference selects the sample's rules.
-    void ScanMovieHeader(bool reference);
+    // Returns what it learned (m_movie as it stands when there is no file).
+    MovieFacts ScanMovieHeader(bool reference);
 
 };
