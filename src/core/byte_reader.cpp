@@ -131,8 +131,8 @@ uint64_t NextNonZero(ByteReader& r, uint64_t from, uint64_t end)
     end = std::min(end, r.size());
     const size_t block = std::min<size_t>(1u << 20, r.maxView());
     for (uint64_t pos = from; pos < end;) {
-        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
-        const uint8_t* p = r.view(pos, n);
+        size_t n = 0;
+        const uint8_t* p = r.viewSome(pos, size_t(std::min<uint64_t>(block, end - pos)), n);
         size_t i = 0;
         for (uint64_t word; i + 8 <= n; i += 8) {
             std::memcpy(&word, p + i, 8);

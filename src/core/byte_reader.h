@@ -11,6 +11,7 @@
 // how many real (not zero-filled) bytes it served.
 #include <QByteArray>
 #include <QString>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -56,6 +57,24 @@ public:
         return slowView(pos, n);
     }
     size_t maxView() const { return m_window - kAlign; }
+    // Pointer to between 1 and want bytes at pos (0 < want <= maxView()),
+    // their count in got: what a window holds from pos on already, else a
+    // fresh fill of want. For scans that take any amount at a time: a short
+    // search near the end of a window then costs no refill of the bytes
+    // the window has.
+    const uint8_t* viewSome(uint64_t pos, size_t want, size_t& got)
+    {
+        for (const int i : {m_recent, 1 - m_recent}) {
+            const Window& w = m_windows[i];
+            if (w.len && pos >= w.start && pos - w.start < w.len) {
+                m_recent = i;
+                got = size_t(std::min<uint64_t>(want, w.len - (pos - w.start)));
+                return w.buf.get() + (pos - w.start);
+            }
+        }
+        got = want;
+        return slowView(pos, want);
+    }
 
     uint8_t u8(uint64_t pos) { return *view(pos, 1); }
     uint16_t be16(uint64_t pos) { const uint8_t* p = view(pos, 2); return uint16_t(p[0] << 8 | p[1]); }

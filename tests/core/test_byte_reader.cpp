@@ -197,6 +197,25 @@ private Q_SLOTS:
         QVERIFY2(r.fetchedBytes() < 3 * uint64_t(size), qPrintable(QString::number(r.fetchedBytes())));
     }
 
+    // Short searches one behind the other, each allowed to look as far as a
+    // window holds (a marker search through pictures of 20 KiB): the bytes
+    // come whole and right, and the file is fetched about once.
+    void searchesTakeWhatTheWindowHolds()
+    {
+        const int size = 8 << 20;
+        const QByteArray data = randomBytes(size, 7);
+        const size_t window = (1u << 20) + 2 * ByteReader::kAlign;
+        MemoryReader r(data, window);
+        for (uint64_t pos = 0; pos < uint64_t(size); pos += 20000) {
+            size_t got = 0;
+            const uint8_t* p = r.viewSome(pos, r.maxView(), got);
+            QVERIFY(got >= 1 && got <= r.maxView());
+            QCOMPARE(QByteArray(reinterpret_cast<const char*>(p), 16), expected(data, pos, 16));
+            QCOMPARE(QByteArray(reinterpret_cast<const char*>(p) + got - 1, 1), expected(data, pos + got - 1, 1));
+        }
+        QVERIFY2(r.fetchedBytes() < 2 * uint64_t(size), qPrintable(QString::number(r.fetchedBytes())));
+    }
+
     void onlyFilesOpen()
     {
         QVERIFY(!FileReader::open(m_dir + QStringLiteral("/missing.mov")));

@@ -248,8 +248,8 @@ uint64_t findByte(ByteReader& r, uint64_t from, uint64_t end, uint8_t b)
 {
     const size_t block = scanBlock(r);
     while (from < end) {
-        const size_t n = static_cast<size_t>(std::min<uint64_t>(block, end - from));
-        const uint8_t* p = r.view(from, n);
+        size_t n = 0;
+        const uint8_t* p = r.viewSome(from, static_cast<size_t>(std::min<uint64_t>(block, end - from)), n);
         if (const void* hit = memchr(p, b, n))
             return from + static_cast<uint64_t>(static_cast<const uint8_t*>(hit) - p);
         from += n;
@@ -262,8 +262,8 @@ uint64_t skipZeros(ByteReader& r, uint64_t from, uint64_t end)
 {
     const size_t block = scanBlock(r);
     while (from < end) {
-        const size_t n = static_cast<size_t>(std::min<uint64_t>(block, end - from));
-        const uint8_t* p = r.view(from, n);
+        size_t n = 0;
+        const uint8_t* p = r.viewSome(from, static_cast<size_t>(std::min<uint64_t>(block, end - from)), n);
         const uint8_t* hit = std::find_if(p, p + n, [](uint8_t c) { return c != 0; });
         if (hit != p + n)
             return from + static_cast<uint64_t>(hit - p);
@@ -375,8 +375,11 @@ uint64_t findStartCode(ByteReader& r, uint64_t from, uint64_t end)
     uint64_t q = from + 2;
     const uint64_t last = end - 1;   // the 01 must leave room for the code byte
     while (q < last) {
-        const size_t n = static_cast<size_t>(std::min<uint64_t>(block, last - q));
-        const uint8_t* base = r.view(q - 2, n + 2);
+        size_t got = 0;
+        const uint8_t* base = r.viewSome(q - 2, static_cast<size_t>(std::min<uint64_t>(block, last - q)) + 2, got);
+        if (got < 3)
+            base = r.view(q - 2, got = 3);
+        const size_t n = got - 2;
         const uint8_t* p = base + 2;
         const uint8_t* stop = p + n;
         while (const void* hit = memchr(p, 0x01, static_cast<size_t>(stop - p))) {
