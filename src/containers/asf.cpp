@@ -275,14 +275,8 @@ Verdict AsfRoute::repair(RepairJob& job, Reporter& report)
     report.showFileProgress(job.fileName);
     // The header objects come from the sample when one is given (a sample
     // that can't be opened gives none), else from the damaged file itself.
-    std::unique_ptr<FileReader> sample;
-    ByteReader* headerSource = job.input;
-    if (!job.referencePath.isEmpty()) {
-        sample = FileReader::open(job.referencePath);
-        headerSource = sample.get();
-    }
+    ByteReader* headerSource = job.referencePath.isEmpty() ? job.input : job.sample;
     const bool found = headerSource && readHeaderObjects(*headerSource, job);
-    sample.reset();
     if (!found || !job.input) {
         // A file without a header is told twice: once for the header walk,
         // once for the file.

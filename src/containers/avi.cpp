@@ -396,7 +396,7 @@ private:
     bool writeFile(RepairJob& job, ByteReader& headers, bool hasAudio);
 
     const uint64_t m_partLimit;
-    std::unique_ptr<ByteReader> m_reference;   // the sample, when one of this container opens
+    ByteReader* m_reference = nullptr;   // the job's sample, when it is of this container
     QString m_indexPath;                       // the scratch index in the work folder
     HeaderSearch m_headers;
     ChunkCounts m_counts;
@@ -406,10 +406,9 @@ Verdict AviRoute::repair(RepairJob& job, Reporter& report)
 {
     // The suffix table sends only AVI and DivX files here; a sample of
     // another container is ignored and the file is repaired on its own.
-    if (!job.referencePath.isEmpty() && SameRoute(QFileInfo(job.referencePath).suffix(), job.suffix)) {
-        m_reference = FileReader::open(job.referencePath);
-        if (m_reference)
-            report.setValue(m_reference->size() < 0x300000 ? 5000 : 50000);
+    if (job.sample && SameRoute(QFileInfo(job.referencePath).suffix(), job.suffix)) {
+        m_reference = job.sample;
+        report.setValue(m_reference->size() < 0x300000 ? 5000 : 50000);
     }
     report.showFileProgress(job.fileName);
     report.setRange(500000);

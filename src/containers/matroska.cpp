@@ -65,13 +65,10 @@ private:
 Verdict MatroskaRoute::repair(RepairJob& job, Reporter& report)
 {
     report.showFileProgress(job.fileName);
-    std::unique_ptr<FileReader> sample;
-    if (!job.referencePath.isEmpty()) {
-        sample = FileReader::open(job.referencePath);
-        if (sample) {
-            report.showFileProgress(QFileInfo(job.referencePath).fileName());
-            report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
-        }
+    ByteReader* sample = job.sample;
+    if (sample) {
+        report.showFileProgress(QFileInfo(job.referencePath).fileName());
+        report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
     }
     if (!job.input)
         return Verdict::failed().viaAviSignal();

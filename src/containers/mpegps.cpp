@@ -136,12 +136,9 @@ private:
 Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
 {
     report.showFileProgress(job.fileName);
-    std::unique_ptr<FileReader> sample;
-    if (!job.referencePath.isEmpty()) {
-        sample = FileReader::open(job.referencePath);
-        if (sample)
-            report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
-    }
+    ByteReader* sample = job.sample;
+    if (sample)
+        report.setRange(sample->size() < 0x300000 ? 5000 : 50000);
     if (!job.input)
         return Verdict::failed().viaAviSignal();
     // A program stream has audio (C0) or video (E0) packet heads.

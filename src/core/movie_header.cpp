@@ -147,7 +147,7 @@ void QuickTimeRoute::ReadReferenceMovieHeader()
 
 MovieFacts QuickTimeRoute::ScanMovieHeader(bool reference)
 {
-    ByteReader* file = reference ? m_refFile.get() : m_file;
+    ByteReader* file = reference ? m_refFile : m_file;
     if (!file)
         return m_movie;
     ByteReader& r = *file;

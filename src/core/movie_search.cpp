@@ -212,7 +212,6 @@ bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
 {
     const QFileInfo info(referencePath);
     m_referencePath = info.absolutePath() + QLatin1Char('/') + info.fileName();
-    m_refFile.reset();
     if (!Sample(m_referencePath))
         return false;
     bool movieFound = false;
@@ -225,7 +224,7 @@ bool QuickTimeRoute::FindReferenceMovie(const QString& referencePath)
     m_report->setRange(50000);
 
     // Walk; it ends when the position passes the size.
-    ByteReader* r = m_refFile.get();
+    ByteReader* r = m_refFile;
     while (!g_stopRequested && m_pos <= size) {
         const uint32_t code = r->be32(m_pos);
         if (IsSkippableTopLevel(code)) {

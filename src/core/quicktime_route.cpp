@@ -66,9 +66,11 @@ std::unique_ptr<ByteReader> QuickTimeRoute::OpenReadOnly(const QString& path) { 
 
 ByteReader* QuickTimeRoute::Sample(const QString& path)
 {
-    if (!m_refFile)
-        m_refFile = OpenReadOnly(path);
-    return m_refFile.get();
+    if (!m_refFile) {
+        m_ownSample = OpenReadOnly(path);
+        m_refFile = m_ownSample.get();
+    }
+    return m_refFile;
 }
 
 void QuickTimeRoute::WriteLogLine(LogCipher& cipher, const QString& line) { WriteCipheredLine(m_log, cipher, line); }
@@ -79,6 +81,7 @@ Verdict QuickTimeRoute::repair(RepairJob& job, Reporter& report)
     if (job.carried)
         m_carried = job.carried;
     m_file = job.input;
+    m_refFile = job.sample;
     m_log = job.log;
     m_workDir = job.workDir;
     m_logPath = job.logPath;

@@ -34,9 +34,9 @@ public:
 
     // Opens path read-only; null when it can't be opened.
     static std::unique_ptr<ByteReader> OpenReadOnly(const QString& path);
-    // The sample, opened at its first use and read by every stage of the
-    // file from then on (the movie search, the codec-syntax recovery and the
-    // pattern passes); null when it can't be opened.
+    // The sample that every stage of the file reads (the movie search, the
+    // codec-syntax recovery and the pattern passes): the job's, or one
+    // opened here at its first use; null when it can't be opened.
     ByteReader* Sample(const QString& path);
     // One enciphered line, closed by CR LF, to logFile.txt (when open).
     void WriteLogLine(LogCipher& cipher, const QString& line);
@@ -171,7 +171,8 @@ public:
 
     // ---- Files and positions ----
     ByteReader* m_file = nullptr;           // the damaged file (the job's reader); null when not open
-    std::unique_ptr<ByteReader> m_refFile;  // the reference file
+    ByteReader* m_refFile = nullptr;        // the sample: the job's, else m_ownSample
+    std::unique_ptr<ByteReader> m_ownSample;   // a sample opened for a route run without a job
     FileWriter m_outFile;                   // the file being rebuilt
     FileWriter* m_log = nullptr;            // logFile.txt of the file (the job's); may be closed
     uint64_t m_pos = 0;                     // shared scratch position of every walk and writer

@@ -127,6 +127,8 @@ void ThreadVideoRepair::RepairFiles(QStringList files, QString referencePath)
         job.workDir = m_workDir;
         job.logPath = m_logPath;
         job.input = m_file.get();
+        const std::unique_ptr<ByteReader> sample = referencePath.isEmpty() ? nullptr : FileReader::open(referencePath);
+        job.sample = sample.get();
         job.log = &m_logHandle;
         job.stop = &g_stopRequested;
         job.outputs = &g_repairedPaths;

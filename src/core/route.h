@@ -48,6 +48,7 @@ struct RepairJob {
     QString workDir;                    // the folder the results go to
     QString logPath;                    // workDir + "/logFile.txt", the routes' scratch list
     ByteReader* input = nullptr;        // the damaged file; null when it can't be opened
+    ByteReader* sample = nullptr;       // the sample, opened once for every stage; null without one
     FileWriter* log = nullptr;          // logFile.txt, open while the route runs (may be closed)
     const std::atomic<bool>* stop = nullptr;   // the run's stop request
     QStringList* outputs = nullptr;     // the run's results: a route adds each file it writes

@@ -25,7 +25,14 @@ Verdict RouteRun::run() { return run(*RouteForSuffix(job.suffix)); }
 
 Verdict RouteRun::run(Route& route)
 {
+    // The sample is opened for the route, as the driver does.
+    const std::unique_ptr<ByteReader> sample =
+        job.referencePath.isEmpty() || job.sample ? nullptr : FileReader::open(job.referencePath);
+    if (sample)
+        job.sample = sample.get();
     const Verdict v = route.repair(job, *this);
+    if (sample)
+        job.sample = nullptr;
     sendVerdict(job, v);
     log.close();
     return v;
