@@ -7,7 +7,7 @@ std::atomic<bool> g_forgetReference{false};
 QString g_referencePath;
 QString g_customWorkRoot;
 
-bool g_moovRead = false;
+std::atomic<bool> g_moovRead{false};
 QStringList g_repairedPaths;
 
 QString g_programDir;

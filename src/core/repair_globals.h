@@ -34,7 +34,7 @@ extern QString g_customWorkRoot;
 // A movie reader ran to its end. Written by the movie readers and the
 // container routes during a run, cleared by the window between runs and on
 // a negative row.
-extern bool g_moovRead;
+extern std::atomic<bool> g_moovRead;
 // The output paths of the run. Written by the driver and the routes (through
 // RepairJob::outputs) during a run; read by the window and the batch runner
 // after it (results, clean-up of unsaved results).

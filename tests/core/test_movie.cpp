@@ -434,7 +434,7 @@ private Q_SLOTS:
             t.m_movie.frameWidth = t.m_movie.videoTimeScale = 7;
             g_moovRead = moovReadBefore;
             QVERIFY(readDamaged(t, p));
-            QCOMPARE(g_moovRead, moovReadBefore);
+            QCOMPARE(g_moovRead.load(), moovReadBefore);
             QCOMPARE(flagsOf(t), QString());
             QVERIFY(!t.m_movie.hasCtts && t.m_movie.videoStsd.isEmpty());
             QCOMPARE(t.m_movie.frameWidth + t.m_movie.videoTimeScale, 0u);
