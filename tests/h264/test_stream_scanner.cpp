@@ -90,20 +90,17 @@ private Q_SLOTS:
     // The header's bytes, its thirteen-bit length, and the rate defaults.
     void adtsHeaders()
     {
+        AdtsHeaderBytes h;
+        const auto bytes = [&h] { return QByteArray(reinterpret_cast<const char*>(h.data()), int(h.size())); };
         for (int64_t rate : {int64_t(0), int64_t(1000)}) {   // stand for 48000
-            QVERIFY(BuildAdtsHeader(100, rate));
-            QCOMPARE((AdtsHeaderBytes[2] >> 2) & 0xF, 3);
+            QVERIFY(BuildAdtsHeader(100, rate, h));
+            QCOMPARE((h[2] >> 2) & 0xF, 3);
         }
-        QVERIFY(BuildAdtsHeader(0x173 - 7, 44100));   // two channels always
-        QByteArray header;
-        for (int b : AdtsHeaderBytes)
-            header.append(char(b));
-        QCOMPARE(header, QByteArray::fromHex("FFF150802E7FFC"));
-        QVERIFY(BuildAdtsHeader(8184, 44100));   // the largest frame: thirteen bits, header included
-        for (int i = 0; i < 7; ++i)
-            header[i] = char(AdtsHeaderBytes[i]);
-        QCOMPARE(AdtsLength(header.constData()), 8191);
-        QVERIFY(!BuildAdtsHeader(100, 12345));   // no frequency index: refused
+        QVERIFY(BuildAdtsHeader(0x173 - 7, 44100, h));   // two channels always
+        QCOMPARE(bytes(), QByteArray::fromHex("FFF150802E7FFC"));
+        QVERIFY(BuildAdtsHeader(8184, 44100, h));   // the largest frame: thirteen bits, header included
+        QCOMPARE(AdtsLength(bytes().constData()), 8191);
+        QVERIFY(!BuildAdtsHeader(100, 12345, h));   // no frequency index: refused
     }
 
     void nalStartsAndFillerRuns()

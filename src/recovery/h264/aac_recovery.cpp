@@ -197,13 +197,11 @@ void StreamScanner::writeAudioFrame(uint64_t end)
     uint32_t size = uint32_t(std::min<uint64_t>(end - m_audioStart, 0xFFFFFFFFu));
     if (size > kMaxAacFrame)
         size = std::min(m_averageAudioFrame, kMaxAacFrame);
-    if (size == 0 || !BuildAdtsHeader(size, m_audioSampleRate))
+    AdtsHeaderBytes header;
+    if (size == 0 || !BuildAdtsHeader(size, m_audioSampleRate, header))
         return;
-    uint8_t header[7];
-    for (int i = 0; i < 7; ++i)
-        header[i] = uint8_t(AdtsHeaderBytes[i]);
     reportProgress();
-    m_audio->write(header, 7);
+    m_audio->write(header.data(), header.size());
     m_audio->copyFrom(m_in, m_audioStart, size);
     ++m_audioFrames;
 }

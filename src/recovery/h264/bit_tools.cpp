@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-int AdtsHeaderBytes[7] = {0, 0, 0, 0, 0, 0, 0};
 
 const std::map<int32_t, uint32_t>& AdtsSampleRateTable()
 {
@@ -51,7 +50,7 @@ private:
 };
 } // namespace
 
-bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate)
+bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate, AdtsHeaderBytes& header)
 {
     if (sampleRate == 0 || sampleRate == 1000)
         sampleRate = 48000;
@@ -76,6 +75,6 @@ bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate)
     h.put(0x7FF, 11);                     // buffer fullness: variable rate
     h.put(0, 2);                          // one raw block
     for (int i = 0; i < 7; ++i)
-        AdtsHeaderBytes[i] = h.byte(i);
+        header[size_t(i)] = uint8_t(h.byte(i));
     return true;
 }
