@@ -135,6 +135,19 @@ struct ChunkCounts {
     uint64_t moviSize = 4;        // the movi list's contents: its tag and every chunk
 };
 
+// Seconds of the sound chunks as the stream header times them: dwLength
+// units (samples of dwSampleSize bytes, or chunks when that is 0) of
+// dwScale / dwRate seconds each. A player reads the same figure; a rate of 0
+// times nothing.
+double SoundSeconds(const ChunkCounts& counts, ByteReader& headers, const AviOffsets& at)
+{
+    const uint32_t scale = headers.le32(uint64_t(at.audioHandler) + 16);
+    const uint32_t rate = headers.le32(uint64_t(at.audioHandler) + 20);
+    const uint32_t sampleSize = headers.le32(uint64_t(at.audioTail) + 8);
+    const uint64_t units = sampleSize ? counts.audioPayload / sampleSize : counts.audio;
+    return rate ? double(units) * scale / rate : 0;
+}
+
 // Size of a strf at pos whose payload and the tag behind it lie inside the
 // source, or -1. Sizes past the end or above kMaxFormatSize are not formats.
 int64_t FormatSizeAt(ByteReader& src, uint64_t srcSize, uint64_t strfPos, bool& tagAccepted)
@@ -443,7 +456,13 @@ Verdict AviRoute::repair(RepairJob& job, Reporter& report)
     const bool written = writeFile(job, headers, hasAudio);
     if (job.stopped())
         return Verdict::stopped();
-    return (written ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
+    if (!written)
+        return Verdict::failed().viaAviSignal();
+    const uint64_t outSize = uint64_t(std::max<qint64>(QFileInfo(job.outputPath()).size(), 0));
+    const double seconds = hasAudio ? SoundSeconds(m_counts, headers, m_headers.at) : 0;
+    return Verdict::repaired(job.outputPath())
+        .withFigures(m_counts.videoWithData, seconds, in.size(), outSize)
+        .viaAviSignal();
 }
 
 void AviRoute::scanChunks(RepairJob& job, Reporter& report)

@@ -6,6 +6,7 @@
 // file reaches the next.
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
+#include "core/output_figures.h"
 
 #include <QString>
 #include <QStringList>
@@ -96,6 +97,17 @@ struct Verdict {
         Verdict v;
         if (job.stopped())
             v.outcome = Outcome::Stopped;
+        return v;
+    }
+    // The same verdict with the figures of what the route wrote: frames of
+    // its video stream, seconds of its sound. A route that counts these as it
+    // writes spares the muxer's read-back of the output, a second pass over
+    // the whole file.
+    Verdict withFigures(uint64_t videoFrames, double audioSeconds, uint64_t inputSize, uint64_t outputSize) const
+    {
+        Verdict v = *this;
+        v.hasFigures = true;
+        v.figures = {videoFrames, audioSeconds, copiesInput ? SkippedBytes(inputSize, outputSize) : 0};
         return v;
     }
     // The same verdict, sent as WriteAVIFileStatus.

@@ -1,6 +1,7 @@
 #pragma once
 // Shared by the container tests: reelwright-batch on a set of inputs, with
 // what every run must keep (exit code 0, no input changed).
+#include "core/output_figures.h"
 #include "support/test_videos.h"
 
 #include <QDateTime>
@@ -22,6 +23,7 @@ struct Batch {
     QList<bool> repaired;     // the verdicts, in order
     QStringList signalNames;  // the signal that carried each verdict
     QStringList outputs;      // as the closing line lists them
+    QList<QJsonObject> verdicts;
     bool ok(int i = 0) const { return repaired.value(i); }
 };
 
@@ -46,6 +48,7 @@ inline Batch repairFiles(const QStringList& inputs, const QStringList& args = {}
     for (const QJsonObject& v : r.verdicts()) {
         b.repaired << v.value("repaired").toBool();
         b.signalNames << v.value("signal").toString();
+        b.verdicts << v;
     }
     for (const QJsonValue& o : r.end().value("outputs").toArray())
         b.outputs << o.toString();
@@ -81,9 +84,30 @@ inline bool keepsHoles(const QString& dir)
 
 inline Batch repairBytes(const QString& path, const QByteArray& bytes, const QStringList& args = {})
 {
-    if (!testvideo::writeAll(path, bytes))
-        return Batch{"cannot write " + path, {}, {}, {}};
+    if (!testvideo::writeAll(path, bytes)) {
+        Batch b;
+        b.fault = "cannot write " + path;
+        return b;
+    }
     return repairFiles({path}, args);
+}
+
+// What verdict i says its output holds against what the muxer reads back
+// from that output: empty when the frames agree and the seconds of sound lie
+// within a frame of sound (0.05 s) of each other.
+inline QString figuresFault(const Batch& b, int i = 0)
+{
+    const QJsonObject v = b.verdicts.value(i);
+    const QString output = v.value("output").toString();
+    const OutputFigures back = MeasureOutput(output);
+    if (!back.measured)
+        return "no read-back of " + output;
+    const uint64_t frames = uint64_t(v.value("videoFrames").toDouble());
+    const double seconds = v.value("audioSeconds").toDouble();
+    if (frames == back.videoFrames && qAbs(seconds - back.audioSeconds) < 0.05)
+        return {};
+    return QString("%1 says %2 frames, %3 s; the read-back %4 frames, %5 s")
+        .arg(output).arg(frames).arg(seconds).arg(back.videoFrames).arg(back.audioSeconds);
 }
 
 } // namespace containers

@@ -481,6 +481,7 @@ private Q_SLOTS:
         QCOMPARE(b.signalNames, QStringList{"WriteAVIFileStatus"});
         QVERIFY(b.ok());
         QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        QVERIFY2(containers::figuresFault(b).isEmpty(), qPrintable(containers::figuresFault(b)));
 
         const bool holes = damage == "holes";
         for (const QString stream : {"v:0", "a:0"}) {
