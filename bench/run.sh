@@ -9,11 +9,14 @@
 # whole). The h264, hevc and sowt files lose their movie (a recording cut off)
 # and are repaired from a sample; the others are repaired as they are.
 # Per route one line: the repair's wall time, MB/s and peak memory, the same
-# figures for cat and for ffmpeg's stream copy, cp's time (each writing
-# command timed to its output on disk, best of two), the ratios, the
+# figures for cat and for ffmpeg's stream copy, cp's time, the ratios, the
 # engine's own scan rate where it logs one, and the route's target with
-# "met" or "MISSED". Exit status 1 when a route missed its target or made no
-# output.
+# "met" or "MISSED". Each time is the best of two runs, each started after a
+# sync. The repair's seconds and MB/s run to its exit (what the user waits
+# for); "disk s" adds the sync behind it, to its output on disk. The copies
+# (cp, ffcopy) are timed to their output on disk, and so are the ratios of
+# the repair to them. Exit status 1 when a route missed its target or made
+# no output.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 size_mb=200
@@ -55,14 +58,15 @@ grow() {
 
 # Each route's targets, as its own benchmark states them. Keys: ffc (repair
 # at most N times ffmpeg's stream copy), cp (at most N times cp), scan (the
-# logged scan rate at least N MB/s), mem (peak below N MB).
+# logged scan rate at least N MB/s), mem (peak below N MB), rate (the repair
+# at least N MB/s).
 declare -A targets=(
-  [h264]="ffc=1 cp=1.5 scan=1000 mem=100"
-  [hevc]="scan=150"
-  [sowt]="ffc=4 scan=150"
-  [mjpeg]="cp=3 mem=100"
-  [avi]="cp=3" [wmv]="cp=3" [flv]="cp=3" [mkv]="cp=3" [mpeg]="cp=3"
-  [mts]=""
+  [h264]="ffc=1 cp=1.5 scan=1000 mem=100 rate=600"
+  [hevc]="scan=150 rate=600"
+  [sowt]="ffc=4 scan=150 rate=600"
+  [mjpeg]="cp=3 mem=100 rate=600"
+  [avi]="cp=3 rate=600" [wmv]="cp=3 rate=600" [flv]="cp=3 rate=600" [mkv]="cp=3 rate=600" [mpeg]="cp=3 rate=600"
+  [mts]="rate=600"
 )
 
 make_route() {   # route: sets original, damaged, sample, ext
@@ -114,8 +118,8 @@ logged_rate() {
   { grep -aoE '(Syntax|Stream|Index) scan: [^(]*\(([0-9]+) MB/s\)' "$1" || true; } | sed -E 's/.*\(([0-9]+) MB\/s\).*/\1/' | tail -1
 }
 
-printf '%-6s %6s | %-22s | %-22s | %-22s | %6s | %7s %7s %7s | %5s | %s\n' \
-  route MB "repair s  MB/s  MB" "cat s  MB/s  MB" "ffcopy s  MB/s  MB" "cp s" "rep/cat" "rep/cp" "rep/ffc" scan "target: verdict"
+printf '%-6s %6s | %-22s | %6s | %-22s | %-22s | %6s | %7s %7s %7s | %5s | %s\n' \
+  route MB "repair s  MB/s  MB" "disk s" "cat s  MB/s  MB" "ffcopy s  MB/s  MB" "cp s" "rep/cat" "rep/cp" "rep/ffc" scan "target: verdict"
 failed=0
 for r in "${routes[@]}"; do
   make_route "$r"
@@ -139,7 +143,7 @@ for r in "${routes[@]}"; do
     REELWRIGHT_MUX_AFTER_SCAN=1 timed after "$batch" "${ref[@]}" --work-root "$work" "$in"
     scan=$(logged_rate "$work/after.err")
   fi
-  awk -v r="$r" -v s="$size" -v w="$rep_wall" -v k="$rep_kib" -v c="$cat_wall" -v ck="$cat_kib" \
+  awk -v r="$r" -v s="$size" -v w="$rep_exit" -v d="$rep_wall" -v k="$rep_kib" -v c="$cat_wall" -v ck="$cat_kib" \
       -v p="$cp_wall" -v f="$ffc_wall" -v fk="$ffc_kib" -v scan="${scan:-}" -v t="${targets[$r]:-}" -v st="$status" '
     function rate(sec) { return s / 1e6 / (sec > 0 ? sec : 0.01) }
     function ratio(a, b) { return b > 0 ? a / b : 0 }
@@ -148,16 +152,17 @@ for r in "${routes[@]}"; do
       n = split(t, parts, " ")
       for (i = 1; i <= n; i++) {
         split(parts[i], kv, "="); key = kv[1]; lim = kv[2] + 0
-        if (key == "ffc") { text = text sprintf(" repair<=%gx ffcopy", lim); if (ratio(w, f) > lim) verdict = "MISSED" }
-        if (key == "cp")  { text = text sprintf(" repair<=%gx cp", lim);     if (ratio(w, p) > lim) verdict = "MISSED" }
+        if (key == "ffc") { text = text sprintf(" repair<=%gx ffcopy", lim); if (ratio(d, f) > lim) verdict = "MISSED" }
+        if (key == "cp")  { text = text sprintf(" repair<=%gx cp", lim);     if (ratio(d, p) > lim) verdict = "MISSED" }
         if (key == "scan"){ text = text sprintf(" scan>=%d MB/s", lim);      if (scan == "" || scan + 0 < lim) verdict = "MISSED" }
         if (key == "mem") { text = text sprintf(" peak<%d MB", lim);         if (k / 1024 >= lim) verdict = "MISSED" }
+        if (key == "rate"){ text = text sprintf(" repair>=%d MB/s", lim);    if (rate(w) < lim) verdict = "MISSED" }
       }
       if (n == 0) { text = " none"; verdict = "-" }
       if (st != "ok") verdict = st
-      printf "%-6s %6.0f | %8.2f %6.0f %6.1f | %8.2f %6.0f %6.1f | %8.2f %6.0f %6.1f | %6.2f | %7.2f %7.2f %7.2f | %5s |%s: %s\n",
-             r, s / 1e6, w, rate(w), k / 1024, c, rate(c), ck / 1024, f, rate(f), fk / 1024, p,
-             ratio(w, c), ratio(w, p), ratio(w, f), (scan == "" ? "-" : scan), text, verdict
+      printf "%-6s %6.0f | %8.2f %6.0f %6.1f | %6.2f | %8.2f %6.0f %6.1f | %8.2f %6.0f %6.1f | %6.2f | %7.2f %7.2f %7.2f | %5s |%s: %s\n",
+             r, s / 1e6, w, rate(w), k / 1024, d, c, rate(c), ck / 1024, f, rate(f), fk / 1024, p,
+             ratio(w, c), ratio(d, p), ratio(d, f), (scan == "" ? "-" : scan), text, verdict
       exit (verdict == "met" || verdict == "-") ? 0 : 1
     }' || failed=1
   rm -rf "$work/Repaired"

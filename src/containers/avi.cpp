@@ -133,7 +133,22 @@ struct ChunkCounts {
     uint64_t audio = 0;
     uint64_t audioPayload = 0;    // payload bytes of the audio chunks
     uint64_t moviSize = 4;        // the movi list's contents: its tag and every chunk
+    // The first chunk with a payload: where it stands in the input, and its
+    // offset from the movi tag in the output.
+    uint64_t firstData = 0;
+    uint64_t firstDataOffset = 0;
 };
+
+// Size of the JUNK chunk (header included) that moves a chunk written at
+// outPos to the offset within a page that it has at inPos in the input; 0
+// when it stands there already.
+uint32_t AlignmentJunk(uint64_t inPos, uint64_t outPos)
+{
+    uint32_t pad = uint32_t((inPos - outPos) % ByteReader::kAlign);
+    if (pad > 0 && pad < 8)
+        pad += ByteReader::kAlign;
+    return pad;
+}
 
 // Seconds of the sound chunks as the stream header times them: dwLength
 // units (samples of dwSampleSize bytes, or chunks when that is 0) of
@@ -486,10 +501,14 @@ void AviRoute::scanChunks(RepairJob& job, Reporter& report)
     const uint64_t showStep = std::max<uint64_t>(end / 1000, 1u << 20);
 
     uint64_t pos = 0;
+    bool behindChunk = false;
     while (pos < end && !job.stopped()) {
         // Find the next candidate tag in a block, without a read per byte.
-        const size_t n = size_t(std::min<uint64_t>(kScanBlock, end - pos));
-        const uint8_t* p = in.view(pos, n + 8);
+        // Behind a chunk the next header stands within a few bytes: a short
+        // look there reads a page instead of the payload in between.
+        const size_t n = size_t(std::min<uint64_t>(behindChunk ? 16 : kScanBlock, end - pos));
+        const uint8_t* p = behindChunk ? in.peek(pos, n + 8) : in.view(pos, n + 8);
+        behindChunk = false;
         size_t i = 0;
         uint32_t tag = 0;
         while (i < n) {
@@ -535,6 +554,10 @@ void AviRoute::scanChunks(RepairJob& job, Reporter& report)
         if (size > available)
             size = uint32_t(available);
 
+        if (size > 0 && m_counts.firstDataOffset == 0) {
+            m_counts.firstData = pos;
+            m_counts.firstDataOffset = chunkOffset;
+        }
         job.writeLogLine(cipher, QStringLiteral("%1 %2\r\n").arg(pos).arg(size));
         // The bar moves in steps of a thousandth (at least 1 MiB), not per chunk.
         if (!anyShown || accepted >= shown + showStep) {
@@ -570,6 +593,7 @@ void AviRoute::scanChunks(RepairJob& job, Reporter& report)
         // Resume 7 bytes before the end of the payload, as a chunk that ends
         // early still leaves the next header within reach.
         pos += uint64_t(size) + 1;
+        behindChunk = true;
     }
     report.setValue(ulong(accepted));
     if (!index.close())
@@ -605,11 +629,22 @@ bool AviRoute::writeFile(RepairJob& job, ByteReader& headers, bool hasAudio)
     uint32_t audioStrl = uint32_t(4 + 8 + kStrhSize + (a ? 8 + Padded(a) : 0) + 14);
     uint32_t hdrlSize = 4 + 8 + kAvihSize + 8 + videoStrl + (hasAudio ? 8 + audioStrl : 0);
     const uint64_t indexSize = kIndexEntry * chunks;
-    const uint64_t riffSize = 4 + 8 + uint64_t(hdrlSize) + 8 + moviSize + 8 + indexSize;
+    const uint64_t riffLimit = std::min<uint64_t>(m_partLimit, 0xFFFFFFFFu);
+    uint64_t riffSize = 4 + 8 + uint64_t(hdrlSize) + 8 + moviSize + 8 + indexSize;
+    // A JUNK chunk at the end of hdrl puts the chunks at the same place
+    // within a page as in the input, so a run of them is copied by the
+    // kernel instead of through memory. Up to 4 KiB of padding pays only on
+    // a large movi list, and only in a file of one RIFF: in parts, the
+    // headers of the AVIX parts shift the chunks again.
+    uint32_t junk = moviSize >= (1u << 20) ? AlignmentJunk(m_counts.firstData, hdrlSize + 28 + m_counts.firstDataOffset) : 0;
+    if (riffSize + junk + 8 > riffLimit)
+        junk = 0;
+    hdrlSize += junk;
+    riffSize += junk;
 
     // A RIFF that would pass the limit (or 32 bits) is written in parts.
     std::unique_ptr<FileReader> index = FileReader::open(indexPath);
-    const bool inParts = riffSize + 8 > std::min<uint64_t>(m_partLimit, 0xFFFFFFFFu);
+    const bool inParts = riffSize + 8 > riffLimit;
     OpenDmlLayout layout;
     if (inParts) {
         if (!index || index->size() != indexSize) {
@@ -703,6 +738,11 @@ bool AviRoute::writeFile(RepairJob& job, ByteReader& headers, bool hasAudio)
         w.le32(6);
         w.write("Audio ", 6);
     }
+    if (junk) {
+        w.fourcc("JUNK");
+        w.le32(junk - 8);
+        w.zeros(junk - 8);
+    }
     if (inParts) {
         w.fourcc("LIST");
         w.le32(kOdmlList - 8);
@@ -741,7 +781,7 @@ bool AviRoute::writeFile(RepairJob& job, ByteReader& headers, bool hasAudio)
             if (parts.size() != 2 || !posOk || !sizeOk)
                 continue;
             ++copied;
-            const bool whole = in.le32(pos + 4) == size;
+            const bool whole = ByteReader::loadLe32(in.peek(pos + 4, 4)) == size;
             if (whole && pos == runEnd && runEnd > runStart) {
                 runEnd += 8 + Padded(size);
                 continue;

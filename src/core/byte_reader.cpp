@@ -14,7 +14,7 @@ ByteReader::ByteReader(uint64_t size, size_t window)
     // The windows' buffers are made on first use.
 }
 
-const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
+const uint8_t* ByteReader::slowView(uint64_t pos, size_t n, bool pagesOnly)
 {
     if (n > maxView()) {
         // Callers should stay within maxView(); a larger request grows the
@@ -52,7 +52,9 @@ const uint8_t* ByteReader::slowView(uint64_t pos, size_t n)
     }
     const uint64_t start = pos - pos % kAlign;
     const size_t needed = size_t(pos - start) + n;
-    const size_t fill = runsOn ? m_window : std::min(m_window, std::max(kProbeFill, roundUp(needed)));
+    const size_t fill = pagesOnly ? roundUp(needed)
+                      : runsOn  ? m_window
+                                : std::min(m_window, std::max(kProbeFill, roundUp(needed)));
     w.start = start;
     w.len = fill;
     const size_t want = size_t(std::min<uint64_t>(fill, m_size - start));

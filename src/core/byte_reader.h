@@ -76,6 +76,18 @@ public:
         return slowView(pos, want);
     }
 
+    // view() for a look at a few bytes where a walk expects a header, far
+    // from where it read last: a miss reads only the pages that hold them,
+    // not a probe's worth, so a walk that jumps over large payloads reads
+    // little more than its headers.
+    const uint8_t* peek(uint64_t pos, size_t n)
+    {
+        const Window& w = m_windows[m_recent];
+        if (pos >= w.start && n <= w.len && pos - w.start <= w.len - n)
+            return w.buf.get() + (pos - w.start);
+        return slowView(pos, n, true);
+    }
+
     uint8_t u8(uint64_t pos) { return *view(pos, 1); }
     uint16_t be16(uint64_t pos) { const uint8_t* p = view(pos, 2); return uint16_t(p[0] << 8 | p[1]); }
     uint32_t be24(uint64_t pos) { const uint8_t* p = view(pos, 3); return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2]; }
@@ -109,7 +121,7 @@ protected:
 
 
 private:
-    const uint8_t* slowView(uint64_t pos, size_t n);
+    const uint8_t* slowView(uint64_t pos, size_t n, bool pagesOnly = false);
     // fetch() where a failed read is tried once more; then its block (up to
     // the next 4 KiB boundary) reads as zeros and is noted as unreadable,
     // so reading goes on behind it and one bad sector costs its own bytes.

@@ -197,6 +197,20 @@ private Q_SLOTS:
         QVERIFY2(r.fetchedBytes() < 3 * uint64_t(size), qPrintable(QString::number(r.fetchedBytes())));
     }
 
+    // A walk from header to header over payloads of 20 KB with peek(): the
+    // bytes are right, across a page border too, and only the pages that
+    // hold the headers are fetched.
+    void peeksFetchTheirPages()
+    {
+        const int size = 8 << 20;
+        const QByteArray data = randomBytes(size, 11);
+        MemoryReader r(data);
+        uint64_t looks = 0;
+        for (uint64_t pos = 4090; pos < uint64_t(size); pos += 20000, ++looks)
+            QCOMPARE(QByteArray(reinterpret_cast<const char*>(r.peek(pos, 12)), 12), expected(data, pos, 12));
+        QVERIFY2(r.fetchedBytes() <= looks * 2 * ByteReader::kAlign, qPrintable(QString::number(r.fetchedBytes())));
+    }
+
     // Short searches one behind the other, each allowed to look as far as a
     // window holds (a marker search through pictures of 20 KiB): the bytes
     // come whole and right, and the file is fetched about once.
