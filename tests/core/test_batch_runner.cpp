@@ -1,5 +1,6 @@
 // reelwright-batch: usage errors, verdict lines, where results go, exit
 // codes and signals.
+#include "core/output_figures.h"
 #include "support/test_videos.h"
 
 #include <QDir>
@@ -156,7 +157,8 @@ private Q_SLOTS:
     }
 
     // A healthy clip of every route: each verdict names its output and what it
-    // holds; the DAT file's .mov keeps clear of the .mov beside it.
+    // holds, as the muxer reads it back; the DAT file's .mov keeps clear of
+    // the .mov beside it.
     void verdictsCarryOutputAndFigures()
     {
         QStringList files;
@@ -182,6 +184,10 @@ private Q_SLOTS:
             QVERIFY2(frames >= 120 && frames <= 187, qPrintable(name + QString::number(frames)));
             QVERIFY2(qAbs(v.value("audioSeconds").toDouble() - 6) < 0.4, qPrintable(name));
             QVERIFY2(v.contains("skippedBytes"), qPrintable(name));
+            // Routes that count what they write say what the output holds.
+            const OutputFigures back = MeasureOutput(v.value("output").toString());
+            QCOMPARE(quint64(frames), quint64(back.videoFrames));
+            QVERIFY2(qAbs(v.value("audioSeconds").toDouble() - back.audioSeconds) < 0.05, qPrintable(name));
         }
     }
 
