@@ -6,8 +6,10 @@
 #include "core/repair_globals.h"
 #include "core/route.h"
 
+#include <QFileInfo>
 #include <cstring>
 #include <initializer_list>
+#include <vector>
 
 namespace {
 
@@ -115,6 +117,263 @@ int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g, const Repair
     }
     return -1;
 }
+// Samples and bytes of the MPEG audio frame whose header is at p, with its
+// sample rate; false for a header that isn't one (or a free-format frame,
+// whose length the header doesn't give).
+bool MpegAudioFrame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
+{
+    if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0)
+        return false;
+    const unsigned version = (p[1] >> 3) & 3, layer = (p[1] >> 1) & 3;
+    const unsigned rateIndex = (p[2] >> 2) & 3, bitIndex = p[2] >> 4, padding = (p[2] >> 1) & 1;
+    if (version == 1 || layer == 0 || rateIndex == 3 || bitIndex == 0 || bitIndex == 15)
+        return false;
+    static const uint16_t kbps[5][14] = {
+        {32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},   // MPEG-1 layer I
+        {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},      // MPEG-1 layer II
+        {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},       // MPEG-1 layer III
+        {32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},      // MPEG-2 layer I
+        {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};          // MPEG-2 layers II, III
+    static const uint32_t rates[3] = {44100, 48000, 32000};
+    const bool one = version == 3;
+    rate = rates[rateIndex] >> (one ? 0 : version == 2 ? 1 : 2);
+    const unsigned table = one ? 3 - layer : layer == 3 ? 3 : 4;
+    const uint64_t bitRate = uint64_t(kbps[table][bitIndex - 1]) * 1000;
+    if (layer == 3) {
+        samples = 384;
+        bytes = (12 * bitRate / rate + padding) * 4;
+    } else {
+        samples = layer == 2 || one ? 1152 : 576;
+        bytes = (layer == 1 && !one ? 72 : 144) * bitRate / rate + padding;
+    }
+    return true;
+}
+
+// Samples and bytes of the AC-3 frame whose header is at p, with its sample
+// rate; false for a header that isn't one, or an E-AC-3 one.
+bool Ac3Frame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
+{
+    const unsigned fscod = p[4] >> 6, frmsizecod = p[4] & 0x3F, bsid = p[5] >> 3;
+    if (p[0] != 0x0B || p[1] != 0x77 || fscod == 3 || frmsizecod >= 38 || bsid > 10)
+        return false;
+    static const uint16_t kbps[19] = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512, 576, 640};
+    const uint64_t k = kbps[frmsizecod >> 1];
+    // 16-bit words: two per kbit/s at 48 kHz, three at 32 kHz, and at
+    // 44.1 kHz the rounded-down share with an odd code adding one.
+    const uint64_t words = fscod == 0 ? 2 * k : fscod == 2 ? 3 * k : k * 320 / 147 + (frmsizecod & 1);
+    static const uint32_t rates[3] = {48000, 44100, 32000};
+    samples = 1536;
+    bytes = 2 * words;
+    rate = rates[fscod];
+    return true;
+}
+
+// What a muxer's stream copy reads back from the output: the pictures of the
+// first video stream, from its first I picture on, and the seconds of the
+// frames of the first sound stream, each rounded to a tick of 90 kHz. The
+// stream data is gathered from the packets a megabyte at a time and searched
+// there, so codes and headers that run across packets are seen whole. What
+// the walk can't follow (a break in the chain of packets, field pictures,
+// sound other than MPEG audio or AC-3, a frame cut off) leaves the figures
+// untold.
+class StreamFigures {
+public:
+    enum class Sound { Unset, Mpeg, Ac3 };
+
+    // Walks the packs and packets of a program stream.
+    void walkProgramStream(ByteReader& in, const RepairJob& job);
+    // Takes the whole of in as one video stream.
+    void walkVideoStream(ByteReader& in, const RepairJob& job);
+    bool known() const { return m_known && m_sequenceSeen; }
+    uint64_t videoFrames() const { return m_videoFrames; }
+    double soundSeconds() const { return double(m_soundTicks) / 90000; }
+
+private:
+    static constexpr size_t kStage = 1u << 20, kOverlap = 8;
+    void addVideo(const uint8_t* p, size_t n);
+    void addSound(const uint8_t* p, size_t n);
+    void scanVideo(bool last);
+    void walkSound(bool last);
+
+    bool m_known = true, m_sequenceSeen = false, m_keySeen = false;
+    int m_videoId = -1, m_soundId = -1;   // stream id, and for private stream 1 the substream id in the low byte
+    Sound m_sound = Sound::Unset;
+    std::vector<uint8_t> m_video, m_soundBytes;
+    uint64_t m_soundSkip = 0;   // bytes of a frame still to come in the next payload
+    uint64_t m_videoFrames = 0, m_soundTicks = 0;
+};
+
+void StreamFigures::addVideo(const uint8_t* p, size_t n)
+{
+    m_video.insert(m_video.end(), p, p + n);
+    if (m_video.size() >= kStage)
+        scanVideo(false);
+}
+
+void StreamFigures::scanVideo(bool last)
+{
+    // Codes are taken where their first byte lies before the limit, so the
+    // bytes read behind each one are always there.
+    const size_t limit = last ? m_video.size() : m_video.size() - kOverlap;
+    if (last)
+        m_video.insert(m_video.end(), kOverlap, 0);
+    const uint8_t* b = m_video.data();
+    for (size_t from = 2; from < limit + 2;) {
+        const void* hit = std::memchr(b + from, 1, limit + 2 - from);
+        if (!hit)
+            break;
+        const size_t one = size_t(static_cast<const uint8_t*>(hit) - b);
+        from = one + 1;
+        if (b[one - 1] != 0 || b[one - 2] != 0)
+            continue;
+        const uint8_t* c = b + one - 2;
+        if (c[3] == 0x00) {
+            // A picture: a stream copy starts at the first I picture.
+            if (((c[5] >> 3) & 7) == 1)
+                m_keySeen = true;
+            if (m_keySeen)
+                ++m_videoFrames;
+        } else if (c[3] == 0xB3) {
+            m_sequenceSeen = true;
+        } else if (c[3] == 0xB5 && (c[4] >> 4) == 8 && (c[6] & 3) != 3) {
+            m_known = false;   // a field picture: two make one packet
+        }
+    }
+    m_video.erase(m_video.begin(), m_video.begin() + ptrdiff_t(limit));
+}
+
+void StreamFigures::addSound(const uint8_t* p, size_t n)
+{
+    const size_t skip = size_t(std::min<uint64_t>(m_soundSkip, n));
+    m_soundSkip -= skip;
+    m_soundBytes.insert(m_soundBytes.end(), p + skip, p + n);
+    if (m_soundBytes.size() >= kStage)
+        walkSound(false);
+}
+
+void StreamFigures::walkSound(bool last)
+{
+    const size_t size = m_soundBytes.size();
+    const uint8_t* b = m_soundBytes.data();
+    size_t pos = 0;
+    while (m_known && (last ? pos < size : pos + kOverlap <= size)) {
+        uint64_t samples = 0, bytes = 0, rate = 0;
+        const bool frame = size - pos >= kOverlap
+            && (m_sound == Sound::Mpeg ? MpegAudioFrame(b + pos, samples, bytes, rate) : Ac3Frame(b + pos, samples, bytes, rate));
+        if (!frame || bytes < kOverlap) {
+            m_known = false;
+            break;
+        }
+        m_soundTicks += (samples * 90000 + rate / 2) / rate;
+        pos += size_t(bytes);
+    }
+    if (pos >= size) {
+        m_soundSkip = pos - size;
+        m_soundBytes.clear();
+    } else {
+        m_soundBytes.erase(m_soundBytes.begin(), m_soundBytes.begin() + ptrdiff_t(pos));
+    }
+    if (last && m_soundSkip)
+        m_known = false;   // the last frame is cut off
+}
+
+void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
+{
+    const uint64_t size = in.size();
+    uint64_t pos = 0;
+    while (m_known && pos < size && !job.stopped()) {
+        const uint8_t* h = in.view(pos, 16);
+        const uint32_t code = ByteReader::loadBe32(h);
+        if (code == kPack) {
+            pos += (h[4] & 0xC0) == 0x40 ? 14 + (h[13] & 7) : 12;
+            continue;
+        }
+        if (code == 0x000001B9u) {
+            pos += 4;
+            continue;
+        }
+        const uint64_t length = uint64_t(h[4]) << 8 | h[5];
+        if (code < 0x000001BBu || code > 0x000001FFu || pos + 6 + length > size) {
+            // Zeros to the end stop the muxer's reading as they stop this walk.
+            m_known = NextNonZero(in, pos, size) == size;
+            break;
+        }
+        const uint8_t id = h[3];
+        const bool video = id >= 0xE0 && id <= 0xEF, mpegSound = id >= 0xC0 && id <= 0xDF;
+        if (!video && !mpegSound && id != 0xBD) {
+            pos += 6 + length;
+            continue;
+        }
+        const uint8_t* p = in.view(pos + 6, size_t(length));
+        const uint8_t* end = p + length;
+        if (length >= 3 && (p[0] & 0xC0) == 0x80) {
+            p += 3 + p[2];
+        } else {
+            // The MPEG-1 packet header: stuffing, the buffer size, the time stamps.
+            while (p < end && *p == 0xFF)
+                ++p;
+            if (p < end && (*p & 0xC0) == 0x40)
+                p += 2;
+            if (p < end)
+                p += (*p & 0xF0) == 0x20 ? 5 : (*p & 0xF0) == 0x30 ? 10 : *p == 0x0F ? 1 : length + 1;
+        }
+        if (p > end) {
+            m_known = false;
+            break;
+        }
+        pos += 6 + length;
+        int stream = id;
+        if (id == 0xBD) {
+            const uint8_t sub = p < end ? *p : 0;
+            // Sound substreams: AC-3, DTS, LPCM and their high-definition kin;
+            // subpictures and the rest are neither video nor sound.
+            if (!((sub >= 0x80 && sub <= 0x8F) || (sub >= 0xA0 && sub <= 0xAF) || (sub >= 0xC0 && sub <= 0xCF)))
+                continue;
+            stream = id << 8 | sub;
+            p += 4;   // substream id, frame count, first access unit
+            if (p > end) {
+                m_known = false;
+                break;
+            }
+        }
+        if (video) {
+            if (m_videoId < 0)
+                m_videoId = stream;
+            if (stream == m_videoId)
+                addVideo(p, size_t(end - p));
+            continue;
+        }
+        if (m_soundId < 0) {
+            m_soundId = stream;
+            m_sound = mpegSound ? Sound::Mpeg : stream >= 0xBD80 && stream <= 0xBD87 ? Sound::Ac3 : Sound::Unset;
+            if (m_sound == Sound::Unset)
+                m_known = false;
+        }
+        if (stream == m_soundId)
+            addSound(p, size_t(end - p));
+    }
+    if (job.stopped())
+        m_known = false;
+    if (!m_known)
+        return;
+    scanVideo(true);
+    if (m_sound != Sound::Unset)
+        walkSound(true);
+}
+
+void StreamFigures::walkVideoStream(ByteReader& in, const RepairJob& job)
+{
+    const uint64_t size = in.size();
+    for (uint64_t pos = 0; pos < size && !job.stopped();) {
+        const size_t n = size_t(std::min<uint64_t>(kStage, size - pos));
+        addVideo(in.view(pos, n), n);
+        pos += n;
+    }
+    if (job.stopped())
+        m_known = false;
+    scanVideo(true);
+}
+
 class MpegRoute : public Route {
 public:
     Verdict repair(RepairJob& job, Reporter& report) override;
@@ -148,7 +407,24 @@ Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
     const bool ok = repairFrom(job, report, isProgramStream, sample ? *sample : *job.input);
     if (job.stopped())
         return Verdict::stopped();
-    return (ok ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
+    if (!ok)
+        return Verdict::failed().viaAviSignal();
+    const Verdict v = Verdict::repaired(job.outputPath()).viaAviSignal();
+    // The output, just written, is walked from the page cache: far cheaper
+    // than the muxer's reading of it.
+    const std::unique_ptr<FileReader> out = FileReader::open(job.outputPath());
+    if (!out)
+        return v;
+    StreamFigures figures;
+    if (isProgramStream)
+        figures.walkProgramStream(*out, job);
+    else
+        figures.walkVideoStream(*out, job);
+    if (job.stopped())
+        return Verdict::stopped();
+    if (!figures.known())
+        return v;
+    return v.withFigures(figures.videoFrames(), figures.soundSeconds(), job.input->size(), out->size());
 }
 
 // Learns the headers from in (the sample or the file); true when the file was written.
