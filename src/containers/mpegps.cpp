@@ -6,8 +6,11 @@
 #include "core/repair_globals.h"
 #include "core/route.h"
 
-#include <QFileInfo>
+#include <algorithm>
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 #include <initializer_list>
 #include <vector>
 
@@ -26,6 +29,7 @@ const uint8_t kMpegHeaderBlock[93] = {
 constexpr uint32_t kPack = 0x000001BAu, kSystem = 0x000001BBu, kSequence = 0x000001B3u,
                    kGop = 0x000001B8u, kUser = 0x000001B2u, kExtension = 0x000001B5u;
 constexpr uint64_t kSequenceRunMax = 256;
+constexpr size_t kFigureWindow = 1u << 20;
 
 // The route's searches end with its job's stop request.
 int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, std::initializer_list<uint32_t> codes,
@@ -171,15 +175,13 @@ bool Ac3Frame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& ra
 // What a muxer's stream copy reads back from the output: the pictures of the
 // first video stream, from its first I picture on, and the seconds of the
 // frames of the first sound stream, each rounded to a tick of 90 kHz. The
-// stream data is gathered from the packets a megabyte at a time and searched
-// there, so codes and headers that run across packets are seen whole. What
-// the walk can't follow (a break in the chain of packets, field pictures,
-// sound other than MPEG audio or AC-3, a frame cut off) leaves the figures
-// untold.
+// video is searched for start codes where it lies, with the few bytes behind
+// each packet's payload kept to meet the next one; the sound, a small share,
+// is gathered and walked frame by frame. What the walk can't follow (a break
+// in the chain of packets, field pictures, sound other than MPEG audio or
+// AC-3, a frame cut off) leaves the figures untold.
 class StreamFigures {
 public:
-    enum class Sound { Unset, Mpeg, Ac3 };
-
     // Walks the packs and packets of a program stream.
     void walkProgramStream(ByteReader& in, const RepairJob& job);
     // Takes the whole of in as one video stream.
@@ -189,44 +191,60 @@ public:
     double soundSeconds() const { return double(m_soundTicks) / 90000; }
 
 private:
-    static constexpr size_t kStage = 1u << 20, kOverlap = 8;
+    enum class Sound { Unset, Mpeg, Ac3 };
+    // Bytes a start code is read with (00 00 01, the code, three more), and
+    // those of the longest sound header read.
+    static constexpr size_t kCodeBytes = 7, kHeaderBytes = 8, kStage = 1u << 19;
     void addVideo(const uint8_t* p, size_t n);
+    // The codes that start in the first starts bytes at b (which must hold
+    // kCodeBytes - 1 more).
+    void scanCodes(const uint8_t* b, size_t starts);
+    void finishVideo();
     void addSound(const uint8_t* p, size_t n);
-    void scanVideo(bool last);
     void walkSound(bool last);
 
     bool m_known = true, m_sequenceSeen = false, m_keySeen = false;
     int m_videoId = -1, m_soundId = -1;   // stream id, and for private stream 1 the substream id in the low byte
     Sound m_sound = Sound::Unset;
-    std::vector<uint8_t> m_video, m_soundBytes;
+    // The video bytes not yet searched as the start of a code: the last few
+    // of the payloads so far.
+    uint8_t m_carry[64 + kCodeBytes] = {};
+    size_t m_carryLength = 0;
+    std::vector<uint8_t> m_soundBytes;
     uint64_t m_soundSkip = 0;   // bytes of a frame still to come in the next payload
     uint64_t m_videoFrames = 0, m_soundTicks = 0;
 };
 
-void StreamFigures::addVideo(const uint8_t* p, size_t n)
+// The first position in [from, limit) of b where 00 00 01 starts, or limit;
+// b holds two bytes behind limit. Sixteen positions are tried at once where
+// the processor can: in coded video a byte of 1 comes every few dozen bytes,
+// a start code every few hundred.
+size_t NextStartCode(const uint8_t* b, size_t from, size_t limit)
 {
-    m_video.insert(m_video.end(), p, p + n);
-    if (m_video.size() >= kStage)
-        scanVideo(false);
+    size_t i = from;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), one = _mm_set1_epi8(1);
+    for (; i + 16 <= limit; i += 16) {
+        const __m128i b0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i));
+        const __m128i b1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 1));
+        const __m128i b2 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 2));
+        const __m128i hit = _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(b0, zero), _mm_cmpeq_epi8(b1, zero)),
+                                          _mm_cmpeq_epi8(b2, one));
+        const int mask = _mm_movemask_epi8(hit);
+        if (mask)
+            return i + size_t(__builtin_ctz(unsigned(mask)));
+    }
+#endif
+    for (; i < limit; ++i)
+        if (b[i] == 0 && b[i + 1] == 0 && b[i + 2] == 1)
+            return i;
+    return limit;
 }
 
-void StreamFigures::scanVideo(bool last)
+void StreamFigures::scanCodes(const uint8_t* b, size_t starts)
 {
-    // Codes are taken where their first byte lies before the limit, so the
-    // bytes read behind each one are always there.
-    const size_t limit = last ? m_video.size() : m_video.size() - kOverlap;
-    if (last)
-        m_video.insert(m_video.end(), kOverlap, 0);
-    const uint8_t* b = m_video.data();
-    for (size_t from = 2; from < limit + 2;) {
-        const void* hit = std::memchr(b + from, 1, limit + 2 - from);
-        if (!hit)
-            break;
-        const size_t one = size_t(static_cast<const uint8_t*>(hit) - b);
-        from = one + 1;
-        if (b[one - 1] != 0 || b[one - 2] != 0)
-            continue;
-        const uint8_t* c = b + one - 2;
+    for (size_t at = NextStartCode(b, 0, starts); at < starts; at = NextStartCode(b, at + 3, starts)) {
+        const uint8_t* c = b + at;
         if (c[3] == 0x00) {
             // A picture: a stream copy starts at the first I picture.
             if (((c[5] >> 3) & 7) == 1)
@@ -239,7 +257,39 @@ void StreamFigures::scanVideo(bool last)
             m_known = false;   // a field picture: two make one packet
         }
     }
-    m_video.erase(m_video.begin(), m_video.begin() + ptrdiff_t(limit));
+}
+
+void StreamFigures::addVideo(const uint8_t* p, size_t n)
+{
+    const size_t keep = kCodeBytes - 1;
+    if (m_carryLength + n < sizeof m_carry) {
+        // A short payload joins the carried bytes; they are searched once
+        // they hold more than the last few.
+        std::memcpy(m_carry + m_carryLength, p, n);
+        m_carryLength += n;
+        if (m_carryLength > 64) {
+            scanCodes(m_carry, m_carryLength - keep);
+            std::memmove(m_carry, m_carry + m_carryLength - keep, keep);
+            m_carryLength = keep;
+        }
+        return;
+    }
+    // The carried bytes, with the head of this payload behind them, then the
+    // payload in place; its last few are carried on.
+    uint8_t join[sizeof m_carry + kCodeBytes];
+    std::memcpy(join, m_carry, m_carryLength);
+    std::memcpy(join + m_carryLength, p, keep);
+    scanCodes(join, m_carryLength);
+    scanCodes(p, n - keep);
+    std::memcpy(m_carry, p + n - keep, keep);
+    m_carryLength = keep;
+}
+
+void StreamFigures::finishVideo()
+{
+    std::memset(m_carry + m_carryLength, 0, kCodeBytes);
+    scanCodes(m_carry, m_carryLength);
+    m_carryLength = 0;
 }
 
 void StreamFigures::addSound(const uint8_t* p, size_t n)
@@ -256,11 +306,11 @@ void StreamFigures::walkSound(bool last)
     const size_t size = m_soundBytes.size();
     const uint8_t* b = m_soundBytes.data();
     size_t pos = 0;
-    while (m_known && (last ? pos < size : pos + kOverlap <= size)) {
+    while (m_known && (last ? pos < size : pos + kHeaderBytes <= size)) {
         uint64_t samples = 0, bytes = 0, rate = 0;
-        const bool frame = size - pos >= kOverlap
+        const bool frame = size - pos >= kHeaderBytes
             && (m_sound == Sound::Mpeg ? MpegAudioFrame(b + pos, samples, bytes, rate) : Ac3Frame(b + pos, samples, bytes, rate));
-        if (!frame || bytes < kOverlap) {
+        if (!frame || bytes < kHeaderBytes) {
             m_known = false;
             break;
         }
@@ -279,9 +329,11 @@ void StreamFigures::walkSound(bool last)
 
 void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
 {
-    const uint64_t size = in.size();
     uint64_t pos = 0;
-    while (m_known && pos < size && !job.stopped()) {
+    const uint64_t size = in.size();
+    for (uint32_t packets = 0; m_known && pos < size; ++packets) {
+        if (packets % 4096 == 0 && job.stopped())
+            break;
         const uint8_t* h = in.view(pos, 16);
         const uint32_t code = ByteReader::loadBe32(h);
         if (code == kPack) {
@@ -300,12 +352,11 @@ void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
         }
         const uint8_t id = h[3];
         const bool video = id >= 0xE0 && id <= 0xEF, mpegSound = id >= 0xC0 && id <= 0xDF;
-        if (!video && !mpegSound && id != 0xBD) {
-            pos += 6 + length;
-            continue;
-        }
         const uint8_t* p = in.view(pos + 6, size_t(length));
         const uint8_t* end = p + length;
+        pos += 6 + length;
+        if (!video && !mpegSound && id != 0xBD)
+            continue;
         if (length >= 3 && (p[0] & 0xC0) == 0x80) {
             p += 3 + p[2];
         } else {
@@ -317,24 +368,19 @@ void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
             if (p < end)
                 p += (*p & 0xF0) == 0x20 ? 5 : (*p & 0xF0) == 0x30 ? 10 : *p == 0x0F ? 1 : length + 1;
         }
-        if (p > end) {
-            m_known = false;
-            break;
-        }
-        pos += 6 + length;
         int stream = id;
-        if (id == 0xBD) {
-            const uint8_t sub = p < end ? *p : 0;
+        if (id == 0xBD && p < end) {
+            const uint8_t sub = *p;
             // Sound substreams: AC-3, DTS, LPCM and their high-definition kin;
             // subpictures and the rest are neither video nor sound.
             if (!((sub >= 0x80 && sub <= 0x8F) || (sub >= 0xA0 && sub <= 0xAF) || (sub >= 0xC0 && sub <= 0xCF)))
                 continue;
             stream = id << 8 | sub;
             p += 4;   // substream id, frame count, first access unit
-            if (p > end) {
-                m_known = false;
-                break;
-            }
+        }
+        if (p > end) {
+            m_known = false;
+            break;
         }
         if (video) {
             if (m_videoId < 0)
@@ -356,7 +402,7 @@ void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
         m_known = false;
     if (!m_known)
         return;
-    scanVideo(true);
+    finishVideo();
     if (m_sound != Sound::Unset)
         walkSound(true);
 }
@@ -371,7 +417,7 @@ void StreamFigures::walkVideoStream(ByteReader& in, const RepairJob& job)
     }
     if (job.stopped())
         m_known = false;
-    scanVideo(true);
+    finishVideo();
 }
 
 class MpegRoute : public Route {
@@ -412,7 +458,9 @@ Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
     const Verdict v = Verdict::repaired(job.outputPath()).viaAviSignal();
     // The output, just written, is walked from the page cache: far cheaper
     // than the muxer's reading of it.
-    const std::unique_ptr<FileReader> out = FileReader::open(job.outputPath());
+    // A small window, reused for the whole walk, keeps the pages it reads
+    // into hot in the cache.
+    const std::unique_ptr<FileReader> out = FileReader::open(job.outputPath(), kFigureWindow);
     if (!out)
         return v;
     StreamFigures figures;
