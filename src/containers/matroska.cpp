@@ -434,9 +434,13 @@ void MatroskaRoute::scanClusters(RepairJob& job, Reporter& report)
     uint64_t done = 0;
     constexpr uint64_t kBlock = 1u << 20;
     uint64_t pos = 0;
+    bool behindCluster = false;
     while (pos + 4 <= size && !job.stopped()) {
-        const uint64_t n = std::min(kBlock, size - pos);
-        const uint8_t* v = in.view(pos, size_t(n) + 3);
+        // Behind a cluster the next one starts within a few bytes: a short
+        // look there reads a page instead of a block of the cluster after it.
+        const uint64_t n = std::min(behindCluster ? 16 : kBlock, size - pos);
+        const uint8_t* v = behindCluster ? in.peek(pos, size_t(n) + 3) : in.view(pos, size_t(n) + 3);
+        behindCluster = false;
         uint64_t hit = UINT64_MAX;
         for (uint64_t i = 0; i < n; ++i) {
             if (v[i] == 0x1F && v[i + 1] == 0x43 && v[i + 2] == 0xB6 && v[i + 3] == 0x75) {
@@ -485,13 +489,48 @@ void MatroskaRoute::scanClusters(RepairJob& job, Reporter& report)
         done += total;
         ++count;
         pos = hit + sv + 1;
+        behindCluster = true;
     }
     m_duration = uint32_t(10u * count - firstTc + lastTc);
+}
+
+// Bytes of the Void element that moves what follows from outPos to the place
+// within a page it has at inPos (0 when it stands there already). A Void is
+// at least two bytes; one with a two-byte size takes up to 4099.
+uint64_t AlignmentVoid(uint64_t inPos, uint64_t outPos)
+{
+    uint64_t pad = (inPos - outPos) % ByteReader::kAlign;
+    if (pad == 1)
+        pad += ByteReader::kAlign;
+    return pad;
+}
+
+void WriteVoid(FileWriter& out, uint64_t bytes)
+{
+    if (bytes == 0)
+        return;
+    out.u8(0xEC);
+    if (bytes <= 128) {
+        out.u8(uint8_t(0x80 | (bytes - 2)));
+        out.zeros(bytes - 2);
+    } else {
+        out.be16(uint16_t(0x4000 | (bytes - 3)));
+        out.zeros(bytes - 3);
+    }
 }
 
 bool MatroskaRoute::write(RepairJob& job, ByteReader& headerStream)
 {
     m_segmentSize += 229;
+    // Behind Tracks, a Void puts the first Cluster at the same place within a
+    // page as in the input, so that runs of clusters are copied by the kernel
+    // instead of through memory. Only a large output pays the padding.
+    uint64_t clusterBytes = 0;
+    for (const auto& c : m_clusters)
+        clusterBytes += c.second;
+    const uint64_t headerEnd = 43 + 12 + 229 + 12 + m_infoHeadSize + 7 + m_infoTailSize + m_tracksSize;
+    const uint64_t pad = clusterBytes >= (1u << 20) ? AlignmentVoid(m_clusters.front().first, headerEnd) : 0;
+    m_segmentSize += pad;
     const QString path = job.outputPath();
     job.outputs->append(path);
     FileWriter out;
@@ -526,15 +565,24 @@ bool MatroskaRoute::write(RepairJob& job, ByteReader& headerStream)
     if (m_infoTailSize)
         out.copyFrom(headerStream, m_infoTailPos, m_infoTailSize);
     out.copyFrom(headerStream, m_tracksPos, m_tracksSize);
+    WriteVoid(out, pad);
     job.log->close();
     // The cluster list is kept in memory as it was logged; copying from it spares
-    // a decipher pass over logFile.txt.
+    // a decipher pass over logFile.txt. Clusters that follow each other in the
+    // input are copied as one run.
+    uint64_t runStart = 0, runEnd = 0;
     for (const auto& c : m_clusters) {
         if (job.stopped())
             break;
         m_figures.addCluster(*job.input, c.first, c.first + c.second);
-        out.copyFrom(*job.input, c.first, c.second);
+        if (c.first != runEnd) {
+            out.copyFrom(*job.input, runStart, runEnd - runStart);
+            runStart = c.first;
+        }
+        runEnd = c.first + c.second;
     }
+    if (!job.stopped())
+        out.copyFrom(*job.input, runStart, runEnd - runStart);
     return out.close();
 }
 
