@@ -6,8 +6,13 @@
 #include "core/repair_globals.h"
 #include "core/route.h"
 
+#include <algorithm>
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 #include <initializer_list>
+#include <vector>
 
 namespace {
 
@@ -24,6 +29,7 @@ const uint8_t kMpegHeaderBlock[93] = {
 constexpr uint32_t kPack = 0x000001BAu, kSystem = 0x000001BBu, kSequence = 0x000001B3u,
                    kGop = 0x000001B8u, kUser = 0x000001B2u, kExtension = 0x000001B5u;
 constexpr uint64_t kSequenceRunMax = 256;
+constexpr size_t kFigureWindow = 1u << 20;
 
 // The route's searches end with its job's stop request.
 int64_t FindCode(ByteReader& in, uint64_t from, uint64_t limit, std::initializer_list<uint32_t> codes,
@@ -115,6 +121,305 @@ int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g, const Repair
     }
     return -1;
 }
+// Samples and bytes of the MPEG audio frame whose header is at p, with its
+// sample rate; false for a header that isn't one (or a free-format frame,
+// whose length the header doesn't give).
+bool MpegAudioFrame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
+{
+    if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0)
+        return false;
+    const unsigned version = (p[1] >> 3) & 3, layer = (p[1] >> 1) & 3;
+    const unsigned rateIndex = (p[2] >> 2) & 3, bitIndex = p[2] >> 4, padding = (p[2] >> 1) & 1;
+    if (version == 1 || layer == 0 || rateIndex == 3 || bitIndex == 0 || bitIndex == 15)
+        return false;
+    static const uint16_t kbps[5][14] = {
+        {32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},   // MPEG-1 layer I
+        {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},      // MPEG-1 layer II
+        {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},       // MPEG-1 layer III
+        {32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},      // MPEG-2 layer I
+        {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};          // MPEG-2 layers II, III
+    static const uint32_t rates[3] = {44100, 48000, 32000};
+    const bool one = version == 3;
+    rate = rates[rateIndex] >> (one ? 0 : version == 2 ? 1 : 2);
+    const unsigned table = one ? 3 - layer : layer == 3 ? 3 : 4;
+    const uint64_t bitRate = uint64_t(kbps[table][bitIndex - 1]) * 1000;
+    if (layer == 3) {
+        samples = 384;
+        bytes = (12 * bitRate / rate + padding) * 4;
+    } else {
+        samples = layer == 2 || one ? 1152 : 576;
+        bytes = (layer == 1 && !one ? 72 : 144) * bitRate / rate + padding;
+    }
+    return true;
+}
+
+// Samples and bytes of the AC-3 frame whose header is at p, with its sample
+// rate; false for a header that isn't one, or an E-AC-3 one.
+bool Ac3Frame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
+{
+    const unsigned fscod = p[4] >> 6, frmsizecod = p[4] & 0x3F, bsid = p[5] >> 3;
+    if (p[0] != 0x0B || p[1] != 0x77 || fscod == 3 || frmsizecod >= 38 || bsid > 10)
+        return false;
+    static const uint16_t kbps[19] = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512, 576, 640};
+    const uint64_t k = kbps[frmsizecod >> 1];
+    // 16-bit words: two per kbit/s at 48 kHz, three at 32 kHz, and at
+    // 44.1 kHz the rounded-down share with an odd code adding one.
+    const uint64_t words = fscod == 0 ? 2 * k : fscod == 2 ? 3 * k : k * 320 / 147 + (frmsizecod & 1);
+    static const uint32_t rates[3] = {48000, 44100, 32000};
+    samples = 1536;
+    bytes = 2 * words;
+    rate = rates[fscod];
+    return true;
+}
+
+// What a muxer's stream copy reads back from the output: the pictures of the
+// first video stream, from its first I picture on, and the seconds of the
+// frames of the first sound stream, each rounded to a tick of 90 kHz. The
+// video is searched for start codes where it lies, with the few bytes behind
+// each packet's payload kept to meet the next one; the sound, a small share,
+// is gathered and walked frame by frame. What the walk can't follow (a break
+// in the chain of packets, field pictures, sound other than MPEG audio or
+// AC-3, a frame cut off) leaves the figures untold.
+class StreamFigures {
+public:
+    // Walks the packs and packets of a program stream.
+    void walkProgramStream(ByteReader& in, const RepairJob& job);
+    // Takes the whole of in as one video stream.
+    void walkVideoStream(ByteReader& in, const RepairJob& job);
+    bool known() const { return m_known && m_sequenceSeen; }
+    uint64_t videoFrames() const { return m_videoFrames; }
+    double soundSeconds() const { return double(m_soundTicks) / 90000; }
+
+private:
+    enum class Sound { Unset, Mpeg, Ac3 };
+    // Bytes a start code is read with (00 00 01, the code, three more), and
+    // those of the longest sound header read.
+    static constexpr size_t kCodeBytes = 7, kHeaderBytes = 8, kStage = 1u << 19;
+    void addVideo(const uint8_t* p, size_t n);
+    // The codes that start in the first starts bytes at b (which must hold
+    // kCodeBytes - 1 more).
+    void scanCodes(const uint8_t* b, size_t starts);
+    void finishVideo();
+    void addSound(const uint8_t* p, size_t n);
+    void walkSound(bool last);
+
+    bool m_known = true, m_sequenceSeen = false, m_keySeen = false;
+    int m_videoId = -1, m_soundId = -1;   // stream id, and for private stream 1 the substream id in the low byte
+    Sound m_sound = Sound::Unset;
+    // The video bytes not yet searched as the start of a code: the last few
+    // of the payloads so far.
+    uint8_t m_carry[64 + kCodeBytes] = {};
+    size_t m_carryLength = 0;
+    std::vector<uint8_t> m_soundBytes;
+    uint64_t m_soundSkip = 0;   // bytes of a frame still to come in the next payload
+    uint64_t m_videoFrames = 0, m_soundTicks = 0;
+};
+
+// The first position in [from, limit) of b where 00 00 01 starts, or limit;
+// b holds two bytes behind limit. Sixteen positions are tried at once where
+// the processor can: in coded video a byte of 1 comes every few dozen bytes,
+// a start code every few hundred.
+size_t NextStartCode(const uint8_t* b, size_t from, size_t limit)
+{
+    size_t i = from;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), one = _mm_set1_epi8(1);
+    for (; i + 16 <= limit; i += 16) {
+        const __m128i b0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i));
+        const __m128i b1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 1));
+        const __m128i b2 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 2));
+        const __m128i hit = _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(b0, zero), _mm_cmpeq_epi8(b1, zero)),
+                                          _mm_cmpeq_epi8(b2, one));
+        const int mask = _mm_movemask_epi8(hit);
+        if (mask)
+            return i + size_t(__builtin_ctz(unsigned(mask)));
+    }
+#endif
+    for (; i < limit; ++i)
+        if (b[i] == 0 && b[i + 1] == 0 && b[i + 2] == 1)
+            return i;
+    return limit;
+}
+
+void StreamFigures::scanCodes(const uint8_t* b, size_t starts)
+{
+    for (size_t at = NextStartCode(b, 0, starts); at < starts; at = NextStartCode(b, at + 3, starts)) {
+        const uint8_t* c = b + at;
+        if (c[3] == 0x00) {
+            // A picture: a stream copy starts at the first I picture.
+            if (((c[5] >> 3) & 7) == 1)
+                m_keySeen = true;
+            if (m_keySeen)
+                ++m_videoFrames;
+        } else if (c[3] == 0xB3) {
+            m_sequenceSeen = true;
+        } else if (c[3] == 0xB5 && (c[4] >> 4) == 8 && (c[6] & 3) != 3) {
+            m_known = false;   // a field picture: two make one packet
+        }
+    }
+}
+
+void StreamFigures::addVideo(const uint8_t* p, size_t n)
+{
+    const size_t keep = kCodeBytes - 1;
+    if (m_carryLength + n < sizeof m_carry) {
+        // A short payload joins the carried bytes; they are searched once
+        // they hold more than the last few.
+        std::memcpy(m_carry + m_carryLength, p, n);
+        m_carryLength += n;
+        if (m_carryLength > 64) {
+            scanCodes(m_carry, m_carryLength - keep);
+            std::memmove(m_carry, m_carry + m_carryLength - keep, keep);
+            m_carryLength = keep;
+        }
+        return;
+    }
+    // The carried bytes, with the head of this payload behind them, then the
+    // payload in place; its last few are carried on.
+    uint8_t join[sizeof m_carry + kCodeBytes];
+    std::memcpy(join, m_carry, m_carryLength);
+    std::memcpy(join + m_carryLength, p, keep);
+    scanCodes(join, m_carryLength);
+    scanCodes(p, n - keep);
+    std::memcpy(m_carry, p + n - keep, keep);
+    m_carryLength = keep;
+}
+
+void StreamFigures::finishVideo()
+{
+    std::memset(m_carry + m_carryLength, 0, kCodeBytes);
+    scanCodes(m_carry, m_carryLength);
+    m_carryLength = 0;
+}
+
+void StreamFigures::addSound(const uint8_t* p, size_t n)
+{
+    const size_t skip = size_t(std::min<uint64_t>(m_soundSkip, n));
+    m_soundSkip -= skip;
+    m_soundBytes.insert(m_soundBytes.end(), p + skip, p + n);
+    if (m_soundBytes.size() >= kStage)
+        walkSound(false);
+}
+
+void StreamFigures::walkSound(bool last)
+{
+    const size_t size = m_soundBytes.size();
+    const uint8_t* b = m_soundBytes.data();
+    size_t pos = 0;
+    while (m_known && (last ? pos < size : pos + kHeaderBytes <= size)) {
+        uint64_t samples = 0, bytes = 0, rate = 0;
+        const bool frame = size - pos >= kHeaderBytes
+            && (m_sound == Sound::Mpeg ? MpegAudioFrame(b + pos, samples, bytes, rate) : Ac3Frame(b + pos, samples, bytes, rate));
+        if (!frame || bytes < kHeaderBytes) {
+            m_known = false;
+            break;
+        }
+        m_soundTicks += (samples * 90000 + rate / 2) / rate;
+        pos += size_t(bytes);
+    }
+    if (pos >= size) {
+        m_soundSkip = pos - size;
+        m_soundBytes.clear();
+    } else {
+        m_soundBytes.erase(m_soundBytes.begin(), m_soundBytes.begin() + ptrdiff_t(pos));
+    }
+    if (last && m_soundSkip)
+        m_known = false;   // the last frame is cut off
+}
+
+void StreamFigures::walkProgramStream(ByteReader& in, const RepairJob& job)
+{
+    uint64_t pos = 0;
+    const uint64_t size = in.size();
+    for (uint32_t packets = 0; m_known && pos < size; ++packets) {
+        if (packets % 4096 == 0 && job.stopped())
+            break;
+        const uint8_t* h = in.view(pos, 16);
+        const uint32_t code = ByteReader::loadBe32(h);
+        if (code == kPack) {
+            pos += (h[4] & 0xC0) == 0x40 ? 14 + (h[13] & 7) : 12;
+            continue;
+        }
+        if (code == 0x000001B9u) {
+            pos += 4;
+            continue;
+        }
+        const uint64_t length = uint64_t(h[4]) << 8 | h[5];
+        if (code < 0x000001BBu || code > 0x000001FFu || pos + 6 + length > size) {
+            // Zeros to the end stop the muxer's reading as they stop this walk.
+            m_known = NextNonZero(in, pos, size) == size;
+            break;
+        }
+        const uint8_t id = h[3];
+        const bool video = id >= 0xE0 && id <= 0xEF, mpegSound = id >= 0xC0 && id <= 0xDF;
+        const uint8_t* p = in.view(pos + 6, size_t(length));
+        const uint8_t* end = p + length;
+        pos += 6 + length;
+        if (!video && !mpegSound && id != 0xBD)
+            continue;
+        if (length >= 3 && (p[0] & 0xC0) == 0x80) {
+            p += 3 + p[2];
+        } else {
+            // The MPEG-1 packet header: stuffing, the buffer size, the time stamps.
+            while (p < end && *p == 0xFF)
+                ++p;
+            if (p < end && (*p & 0xC0) == 0x40)
+                p += 2;
+            if (p < end)
+                p += (*p & 0xF0) == 0x20 ? 5 : (*p & 0xF0) == 0x30 ? 10 : *p == 0x0F ? 1 : length + 1;
+        }
+        int stream = id;
+        if (id == 0xBD && p < end) {
+            const uint8_t sub = *p;
+            // Sound substreams: AC-3, DTS, LPCM and their high-definition kin;
+            // subpictures and the rest are neither video nor sound.
+            if (!((sub >= 0x80 && sub <= 0x8F) || (sub >= 0xA0 && sub <= 0xAF) || (sub >= 0xC0 && sub <= 0xCF)))
+                continue;
+            stream = id << 8 | sub;
+            p += 4;   // substream id, frame count, first access unit
+        }
+        if (p > end) {
+            m_known = false;
+            break;
+        }
+        if (video) {
+            if (m_videoId < 0)
+                m_videoId = stream;
+            if (stream == m_videoId)
+                addVideo(p, size_t(end - p));
+            continue;
+        }
+        if (m_soundId < 0) {
+            m_soundId = stream;
+            m_sound = mpegSound ? Sound::Mpeg : stream >= 0xBD80 && stream <= 0xBD87 ? Sound::Ac3 : Sound::Unset;
+            if (m_sound == Sound::Unset)
+                m_known = false;
+        }
+        if (stream == m_soundId)
+            addSound(p, size_t(end - p));
+    }
+    if (job.stopped())
+        m_known = false;
+    if (!m_known)
+        return;
+    finishVideo();
+    if (m_sound != Sound::Unset)
+        walkSound(true);
+}
+
+void StreamFigures::walkVideoStream(ByteReader& in, const RepairJob& job)
+{
+    const uint64_t size = in.size();
+    for (uint64_t pos = 0; pos < size && !job.stopped();) {
+        const size_t n = size_t(std::min<uint64_t>(kStage, size - pos));
+        addVideo(in.view(pos, n), n);
+        pos += n;
+    }
+    if (job.stopped())
+        m_known = false;
+    finishVideo();
+}
+
 class MpegRoute : public Route {
 public:
     Verdict repair(RepairJob& job, Reporter& report) override;
@@ -148,7 +453,26 @@ Verdict MpegRoute::repair(RepairJob& job, Reporter& report)
     const bool ok = repairFrom(job, report, isProgramStream, sample ? *sample : *job.input);
     if (job.stopped())
         return Verdict::stopped();
-    return (ok ? Verdict::repaired(job.outputPath()) : Verdict::failed()).viaAviSignal();
+    if (!ok)
+        return Verdict::failed().viaAviSignal();
+    const Verdict v = Verdict::repaired(job.outputPath()).viaAviSignal();
+    // The output, just written, is walked from the page cache: far cheaper
+    // than the muxer's reading of it.
+    // A small window, reused for the whole walk, keeps the pages it reads
+    // into hot in the cache.
+    const std::unique_ptr<FileReader> out = FileReader::open(job.outputPath(), kFigureWindow);
+    if (!out)
+        return v;
+    StreamFigures figures;
+    if (isProgramStream)
+        figures.walkProgramStream(*out, job);
+    else
+        figures.walkVideoStream(*out, job);
+    if (job.stopped())
+        return Verdict::stopped();
+    if (!figures.known())
+        return v;
+    return v.withFigures(figures.videoFrames(), figures.soundSeconds(), job.input->size(), out->size());
 }
 
 // Learns the headers from in (the sample or the file); true when the file was written.
