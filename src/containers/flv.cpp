@@ -102,6 +102,158 @@ private:
     bool m_filled = false;
 };
 
+// What the copied tags hold of the video and the sound, counted as a player
+// reads them back: the video tags that carry a frame, and the seconds of the
+// sound frames, each timed in whole milliseconds (the FLV time base, rounded
+// down) so that the sum is the one a player adds up. Sound is told for MP3
+// (every frame in the tags) and AAC (one frame of 1024 samples, or 960, per
+// raw tag); for other sound formats the figures are unknown.
+class TagTally {
+public:
+    bool known() const { return m_known && (m_aacFrames == 0 || m_aacFrameMs); }
+    uint64_t videoFrames() const { return m_videoFrames; }
+    double soundSeconds() const { return double(m_soundMs + m_aacFrames * m_aacFrameMs) / 1000; }
+
+    // A tag taken: its type and its data.
+    void addTag(uint8_t type, const uint8_t* d, uint32_t size)
+    {
+        if (type == kVideoTag)
+            addVideo(d, size);
+        else if (size > 0)
+            addSound(d, size);
+    }
+
+private:
+    static constexpr int kAvc = 7, kHevc = 12;
+    static constexpr int kMp3 = 2, kAac = 10, kMp3At8kHz = 14;
+
+    void addVideo(const uint8_t* d, uint32_t size)
+    {
+        if (size == 0)
+            return;
+        if (d[0] & 0x80) {
+            m_known = false;   // an extended header: not read here
+            return;
+        }
+        const int frameType = d[0] >> 4, codec = d[0] & 0x0F;
+        if (frameType == 5)
+            return;            // a command frame, no picture
+        if (codec == kAvc || codec == kHevc) {
+            // Only NAL units count, not a sequence header or its end.
+            if (size > 5 && d[1] == 1)
+                ++m_videoFrames;
+        } else if (size > 1) {
+            ++m_videoFrames;
+        }
+    }
+
+    void addSound(const uint8_t* d, uint32_t size)
+    {
+        const int format = d[0] >> 4;
+        if (m_soundFormat < 0)
+            m_soundFormat = format;
+        if (format != m_soundFormat) {
+            m_known = false;   // a second format in one stream
+            return;
+        }
+        if (format == kAac) {
+            if (size > 2 && d[1] == 1)
+                ++m_aacFrames;
+            else if (size > 3 && d[1] == 0 && !m_aacFrameMs)
+                readAacConfig(d + 2, size - 2);
+        } else if (format == kMp3 || format == kMp3At8kHz) {
+            addMp3(d + 1, size - 1);
+        } else {
+            m_known = false;
+        }
+    }
+
+    // AudioSpecificConfig: object type, sampling rate, frame length.
+    void readAacConfig(const uint8_t* c, uint32_t n)
+    {
+        static constexpr uint32_t kRates[] = {96000, 88200, 64000, 48000, 44100, 32000, 24000,
+                                              22050, 16000, 12000, 11025, 8000,  7350};
+        uint64_t bits = 0;
+        for (uint32_t i = 0; i < 8; ++i)
+            bits = bits << 8 | (i < n ? c[i] : 0);
+        int used = 0;
+        const auto take = [&](int count) {
+            used += count;
+            return uint32_t(bits >> (64 - used)) & ((1u << count) - 1);
+        };
+        uint32_t objectType = take(5);
+        if (objectType == 31)
+            objectType = 32 + take(6);
+        const uint32_t rateIndex = take(4);
+        const uint32_t rate = rateIndex == 15 ? take(24) : rateIndex < 13 ? kRates[rateIndex] : 0;
+        take(4);   // channel configuration
+        const bool shortFrames = take(1);
+        // Only the plain object types keep one frame per tag at this rate.
+        if (objectType < 1 || objectType > 4 || rate == 0 || n < uint32_t(used + 7) / 8) {
+            m_known = false;
+            return;
+        }
+        m_aacFrameMs = (shortFrames ? 960u : 1024u) * 1000 / rate;
+    }
+
+    // The MP3 frames that begin in this tag; a frame that runs on into the
+    // next tag is passed over there.
+    void addMp3(const uint8_t* d, uint32_t size)
+    {
+        uint32_t i = std::min(m_mp3Carry, size);
+        m_mp3Carry -= i;
+        while (i < size) {
+            uint32_t length = 0, ms = 0;
+            if (size - i < 4 || !Mp3Frame(d + i, length, ms)) {
+                m_known = false;
+                return;
+            }
+            m_soundMs += ms;
+            if (length > size - i) {
+                m_mp3Carry = length - (size - i);
+                return;
+            }
+            i += length;
+        }
+    }
+
+    // The length and the whole milliseconds of the MPEG audio frame whose
+    // header is at h; false when h holds no such header.
+    static bool Mp3Frame(const uint8_t* h, uint32_t& length, uint32_t& ms)
+    {
+        static constexpr uint16_t kKbps[5][15] = {
+            {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},   // MPEG-1 layer I
+            {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},      // MPEG-1 layer II
+            {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},       // MPEG-1 layer III
+            {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},      // MPEG-2/2.5 layer I
+            {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};          // MPEG-2/2.5 layers II, III
+        static constexpr uint32_t kRates[3] = {44100, 48000, 32000};
+        if (h[0] != 0xFF || (h[1] & 0xE0) != 0xE0)
+            return false;
+        const int version = (h[1] >> 3) & 3;   // 0: 2.5, 2: 2, 3: 1
+        const int layer = 4 - ((h[1] >> 1) & 3);   // 4: reserved
+        const int bitrateIndex = h[2] >> 4, rateIndex = (h[2] >> 2) & 3;
+        const uint32_t padding = (h[2] >> 1) & 1;
+        if (version == 1 || layer == 4 || bitrateIndex == 0 || bitrateIndex == 15 || rateIndex == 3)
+            return false;
+        const bool mpeg1 = version == 3;
+        const uint32_t rate = kRates[rateIndex] >> (mpeg1 ? 0 : version == 2 ? 1 : 2);
+        const uint32_t bitrate = 1000u * kKbps[mpeg1 ? layer - 1 : layer == 1 ? 3 : 4][bitrateIndex];
+        const uint32_t samples = layer == 1 ? 384 : layer == 3 && !mpeg1 ? 576 : 1152;
+        length = layer == 1 ? (12 * bitrate / rate + padding) * 4 : samples / 8 * bitrate / rate + padding;
+        ms = samples * 1000 / rate;
+        return true;
+    }
+
+    bool m_known = true;
+    uint64_t m_videoFrames = 0;
+    int m_soundFormat = -1;
+    uint64_t m_soundMs = 0;        // MP3
+    uint32_t m_mp3Carry = 0;
+    uint64_t m_aacFrames = 0;
+    uint64_t m_aacFrameMs = 0;     // 0 until a configuration is read
+};
+
 void WriteKey(FileWriter& w, const char* key)
 {
     const size_t n = std::strlen(key);
@@ -139,6 +291,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     constexpr uint64_t kScanBlock = 1u << 20;
     constexpr uint64_t kProgressStep = 1u << 20;
     TagWindow tags(in);
+    TagTally tally;
     uint64_t pos = 0;
     while (pos < size && !job.stopped()) {
         const uint8_t* p = tags.at(pos);
@@ -167,6 +320,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
             continue;
         }
         job.writeLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
+        tally.addTag(type, p + kTagHeaderSize, tagSize - kTagHeaderSize);
         latestTime = uint32_t(p[4]) << 16 | uint32_t(p[5]) << 8 | p[6];   // without TimestampExtended
         if (!haveFirstTime) {
             firstTime = latestTime;
@@ -296,6 +450,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
         complete = false;
     }
 
+    const uint64_t outBytes = w.pos();
     const bool ok = w.close() && complete;
     if (job.stopped())
         return Verdict::stopped();   // the driver removes the short file
@@ -306,7 +461,9 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
         return Verdict::failed();
     }
     g_moovRead = true;
-    return Verdict::repaired(outPath);
+    if (!tally.known())
+        return Verdict::repaired(outPath);
+    return Verdict::repaired(outPath).withFigures(tally.videoFrames(), tally.soundSeconds(), size, outBytes);
 }
 
 } // namespace
