@@ -506,6 +506,7 @@ private Q_SLOTS:
         QCOMPARE(b.signalNames, QStringList{"WriteStatus"});
         QVERIFY(b.ok());
         QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        QVERIFY2(containers::figuresFault(b).isEmpty(), qPrintable(containers::figuresFault(b)));
 
         // Sound as well; a damaged MP3 frame can take its neighbour along.
         for (const QString kind : {"v", "a"}) {
