@@ -191,7 +191,7 @@ private:
             return false;
         i += 6;                                     // Send Time, Duration
         uint32_t end = packetLength && packetLength < size ? packetLength : size;
-        if (padding > end - i)
+        if (end < i || padding > end - i)
             return false;
         end -= padding;
         uint32_t payloads = 1;
