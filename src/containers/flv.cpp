@@ -34,6 +34,9 @@ constexpr int kMetadataKeyCount = int(sizeof(kMetadataKeys) / sizeof(kMetadataKe
 // DataSize of the new script tag: with the seven copied entries, and without.
 constexpr uint32_t kScriptDataLong = 208;
 constexpr uint32_t kScriptDataShort = 61;
+// From this many bytes of tags on, the script tag is padded so that the
+// tags keep their offset within a page (see below).
+constexpr uint64_t kAlignTagsFrom = 1u << 20;
 
 // A video tag is the first usable one when its first data byte written in
 // base 2 has 5 or 7 digits (0x10..0x1F, 0x40..0x7F): a key frame of any codec,
@@ -285,6 +288,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     bool taking = false;
     bool haveFirstTime = false;
     uint32_t firstTime = 0;
+    uint64_t firstTagAt = 0;
     uint32_t latestTime = 0;
     uint64_t takenBytes = 0;
     uint64_t nextProgress = 0;
@@ -324,6 +328,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
         latestTime = uint32_t(p[4]) << 16 | uint32_t(p[5]) << 8 | p[6];   // without TimestampExtended
         if (!haveFirstTime) {
             firstTime = latestTime;
+            firstTagAt = pos;
             haveFirstTime = true;
         }
         if (takenBytes >= nextProgress) {
@@ -395,7 +400,14 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     static const uint8_t kFileHeader[] = {'F', 'L', 'V', 1, 5, 0, 0, 0, 9};
     w.write(kFileHeader, sizeof kFileHeader);   // signature, version 1, audio and video, DataOffset 9
     w.be32(0);                                  // PreviousTagSize0
-    const uint32_t scriptData = scriptFound ? kScriptDataLong : kScriptDataShort;
+    // Zeros behind the metadata, inside the script tag, put the first tag at
+    // the offset within a page that it has in the input: a run of tags is
+    // then copied by the kernel instead of through memory. Up to 4 KiB of
+    // padding pays only on a megabyte of tags or more.
+    const uint32_t scriptContent = scriptFound ? kScriptDataLong : kScriptDataShort;
+    const uint64_t tagsAt = sizeof kFileHeader + 4 + kTagHeaderSize + scriptContent + 4;
+    const uint32_t pad = takenBytes >= kAlignTagsFrom ? uint32_t((firstTagAt - tagsAt) % ByteReader::kAlign) : 0;
+    const uint32_t scriptData = scriptContent + pad;
     w.u8(kScriptTag);
     w.be24(scriptData);                         // DataSize
     w.zeros(7);                                 // Timestamp, TimestampExtended, StreamID
@@ -417,6 +429,7 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     }
     static const uint8_t kArrayEnd[] = {0, 0, 0, 9};
     w.write(kArrayEnd, sizeof kArrayEnd);       // a zero byte and the object end
+    w.zeros(pad);
     bool complete = w.pos() - scriptStart == scriptData;
     w.be32(scriptData + kTagHeaderSize);        // PreviousTagSize
 
