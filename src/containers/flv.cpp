@@ -65,6 +65,11 @@ public:
             fill(pos);
         return m_buf.data() + (pos - m_start);
     }
+    // True when at(pos) is served without a read.
+    bool holds(uint64_t pos) const
+    {
+        return m_filled && pos >= m_start && std::min(pos + kReach, m_size + kMargin) <= m_start + m_buf.size();
+    }
     // How many bytes from pos on at() can serve without moving.
     uint64_t runFrom(uint64_t pos) const { return m_start + m_buf.size() - pos; }
 
@@ -117,7 +122,8 @@ public:
     uint64_t videoFrames() const { return m_videoFrames; }
     double soundSeconds() const { return double(m_soundMs + m_aacFrames * m_aacFrameMs) / 1000; }
 
-    // A tag taken: its type and its data.
+    // A tag taken: its type and its data; of a video tag's data no more
+    // than the first 8 bytes are read.
     void addTag(uint8_t type, const uint8_t* d, uint32_t size)
     {
         if (type == kVideoTag)
@@ -297,7 +303,47 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     TagWindow tags(in);
     TagTally tally;
     uint64_t pos = 0;
+    // Bytes a look behind a tag takes in at most: a sound tag's data whole
+    // (for the frames it holds), a video tag's first bytes.
+    constexpr uint32_t kMaxLookedSound = 64u << 10;
+    constexpr uint32_t kLookedVideo = 8;
+    uint8_t header[kTagHeaderSize];
+    // The tag at pos, whose header is h, is taken: logged, timed and passed.
+    const auto takeTag = [&](const uint8_t* h, uint32_t tagSize) {
+        job.writeLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
+        latestTime = uint32_t(h[4]) << 16 | uint32_t(h[5]) << 8 | h[6];   // without TimestampExtended
+        if (!haveFirstTime) {
+            firstTime = latestTime;
+            firstTagAt = pos;
+            haveFirstTime = true;
+        }
+        if (takenBytes >= nextProgress) {
+            report.setValue(ulong(takenBytes));
+            nextProgress = takenBytes + kProgressStep;
+        }
+        takenBytes += tagSize;
+        pos += uint64_t(tagSize) + 4;
+    };
     while (pos < size && !job.stopped()) {
+        if (taking && !tags.holds(pos)) {
+            // Behind a tag taken the next one mostly stands right there: a look
+            // at its header, its PreviousTagSize and the data the tally reads
+            // costs only their pages, where the window would read the payloads
+            // in between. Anything else is left to the window, which decides
+            // the same for a tag that agrees.
+            std::memcpy(header, in.peek(pos, kTagHeaderSize), kTagHeaderSize);
+            const uint8_t type = header[0];
+            const uint32_t dataSize = uint32_t(header[1]) << 16 | uint32_t(header[2]) << 8 | header[3];
+            const uint64_t sizeAt = pos + kTagHeaderSize + dataSize;
+            if ((type == kAudioTag || type == kVideoTag) && sizeAt + 4 <= size
+                && (type == kVideoTag || dataSize <= kMaxLookedSound)
+                && ByteReader::loadBe32(in.peek(sizeAt, 4)) == dataSize + kTagHeaderSize) {
+                const uint32_t looked = type == kVideoTag ? std::min(dataSize, kLookedVideo) : dataSize;
+                tally.addTag(type, looked ? in.peek(pos + kTagHeaderSize, looked) : nullptr, dataSize);
+                takeTag(header, dataSize + kTagHeaderSize);
+                continue;
+            }
+        }
         const uint8_t* p = tags.at(pos);
         const uint8_t type = p[0];
         if (type != kAudioTag && type != kVideoTag) {
@@ -323,20 +369,8 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
             ++pos;   // passed over; the scan goes on inside it
             continue;
         }
-        job.writeLogLine(cipher, QStringLiteral("%1 %2").arg(pos).arg(tagSize));
         tally.addTag(type, p + kTagHeaderSize, tagSize - kTagHeaderSize);
-        latestTime = uint32_t(p[4]) << 16 | uint32_t(p[5]) << 8 | p[6];   // without TimestampExtended
-        if (!haveFirstTime) {
-            firstTime = latestTime;
-            firstTagAt = pos;
-            haveFirstTime = true;
-        }
-        if (takenBytes >= nextProgress) {
-            report.setValue(ulong(takenBytes));
-            nextProgress = takenBytes + kProgressStep;
-        }
-        takenBytes += tagSize;
-        pos += uint64_t(tagSize) + 4;
+        takeTag(p, tagSize);
     }
     if (!videoSeen || size <= kMetadataWindow) {
         // Nothing to build a file on: no output, and a negative verdict so
