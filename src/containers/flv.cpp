@@ -12,6 +12,7 @@
 #include <QtEndian>
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -51,7 +52,8 @@ bool IsFirstUsableVideo(uint8_t b) { return (b >= 0x10 && b <= 0x1F) || (b >= 0x
 class TagWindow {
 public:
     explicit TagWindow(ByteReader& in)
-        : m_in(in), m_size(in.size()), m_buf(size_t(std::min<uint64_t>(kBlock + kReach, in.size() + kMargin)))
+        : m_in(in), m_size(in.size()), m_capacity(size_t(std::min<uint64_t>(kBlock + kReach, in.size() + kMargin))),
+          m_buf(new uint8_t[m_capacity])
     {
     }
     uint64_t size() const { return m_size; }
@@ -61,17 +63,17 @@ public:
     const uint8_t* at(uint64_t pos)
     {
         const uint64_t need = std::min(pos + kReach, m_size + kMargin);
-        if (!m_filled || pos < m_start || need > m_start + m_buf.size())
+        if (!m_filled || pos < m_start || need > m_start + m_capacity)
             fill(pos);
-        return m_buf.data() + (pos - m_start);
+        return m_buf.get() + (pos - m_start);
     }
     // True when at(pos) is served without a read.
     bool holds(uint64_t pos) const
     {
-        return m_filled && pos >= m_start && std::min(pos + kReach, m_size + kMargin) <= m_start + m_buf.size();
+        return m_filled && pos >= m_start && std::min(pos + kReach, m_size + kMargin) <= m_start + m_capacity;
     }
     // How many bytes from pos on at() can serve without moving.
-    uint64_t runFrom(uint64_t pos) const { return m_start + m_buf.size() - pos; }
+    uint64_t runFrom(uint64_t pos) const { return m_start + m_capacity - pos; }
 
     // The tag at pos: its PreviousTagSize when that stands whole inside the
     // file and equals DataSize + 11, else 0.
@@ -94,18 +96,20 @@ private:
     {
         // Moving forward keeps what is already read.
         size_t keep = 0;
-        if (m_filled && pos > m_start && pos < m_start + m_buf.size()) {
-            keep = size_t(m_start + m_buf.size() - pos);
-            std::memmove(m_buf.data(), m_buf.data() + (pos - m_start), keep);
+        if (m_filled && pos > m_start && pos < m_start + m_capacity) {
+            keep = size_t(m_start + m_capacity - pos);
+            std::memmove(m_buf.get(), m_buf.get() + (pos - m_start), keep);
         }
-        m_in.read(pos + keep, m_buf.data() + keep, m_buf.size() - keep);
+        m_in.read(pos + keep, m_buf.get() + keep, m_capacity - keep);
         m_start = pos;
         m_filled = true;
     }
 
     ByteReader& m_in;
     const uint64_t m_size;
-    std::vector<uint8_t> m_buf;
+    const size_t m_capacity;
+    // Not cleared when made: every fill writes the whole of it.
+    std::unique_ptr<uint8_t[]> m_buf;
     uint64_t m_start = 0;
     bool m_filled = false;
 };
@@ -286,6 +290,22 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     report.setRange(ulong(size));
     report.setLabel(job.fileName);
 
+    TagWindow tags(in);
+    // Metadata search: every agreeing script tag in the first 15000 bytes;
+    // a later one overwrites what an earlier one gave. They are found before
+    // the tag scan, while the window still holds the start of the file.
+    struct ScriptTag { uint64_t from; uint32_t steps; };
+    std::vector<ScriptTag> scripts;
+    uint64_t regionEnd = 0;
+    for (uint64_t q = 0; q < kMetadataWindow && q < size && !job.stopped(); ++q) {
+        if (tags.at(q)[0] != kScriptTag)
+            continue;
+        if (const uint32_t tagSize = tags.agreeingTagSize(q)) {
+            scripts.push_back({q + kMetadataKeysFrom, tagSize});
+            regionEnd = std::max(regionEnd, std::min<uint64_t>(size, q + kMetadataKeysFrom + tagSize + 16));
+        }
+    }
+
     // Tag scan: one line "position PreviousTagSize" per tag taken. Lines this
     // short never gain by compression; not trying spares a deflate per tag.
     LogCipher cipher;
@@ -300,7 +320,6 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
     uint64_t nextProgress = 0;
     constexpr uint64_t kScanBlock = 1u << 20;
     constexpr uint64_t kProgressStep = 1u << 20;
-    TagWindow tags(in);
     TagTally tally;
     uint64_t pos = 0;
     // Bytes a look behind a tag takes in at most: a sound tag's data whole
@@ -379,21 +398,9 @@ Verdict FlvRoute::repair(RepairJob& job, Reporter& report)
         return Verdict::failedUnlessStopped(job);
     }
 
-    // Metadata search: every agreeing script tag in the first 15000 bytes;
-    // a later one overwrites what an earlier one gave. Each key is searched
-    // in at most PreviousTagSize positions from q + 45, and its value is the
-    // 8 bytes behind the key and the type byte.
-    struct ScriptTag { uint64_t from; uint32_t steps; };
-    std::vector<ScriptTag> scripts;
-    uint64_t regionEnd = 0;
-    for (uint64_t q = 0; q < kMetadataWindow && !job.stopped(); ++q) {
-        if (tags.at(q)[0] != kScriptTag)
-            continue;
-        if (const uint32_t tagSize = tags.agreeingTagSize(q)) {
-            scripts.push_back({q + kMetadataKeysFrom, tagSize});
-            regionEnd = std::max(regionEnd, std::min<uint64_t>(size, q + kMetadataKeysFrom + tagSize + 16));
-        }
-    }
+    // Metadata search (continued): each key is searched in at most
+    // PreviousTagSize positions from q + 45, and its value is the 8 bytes
+    // behind the key and the type byte.
     uint8_t values[kMetadataKeyCount][8] = {};
     if (!scripts.empty() && regionEnd > kMetadataKeysFrom) {
         // The keys' places are found once over the bytes that all the script
