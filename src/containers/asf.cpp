@@ -101,6 +101,178 @@ bool TakeObject(ByteReader& in, uint64_t pos, uint64_t minSize, ObjectCopy& copy
     return true;
 }
 
+// The sound codecs whose figures the route can tell: WMA versions 1 and 2,
+// cut into blocks of nBlockAlign bytes that each last the same time.
+constexpr uint16_t kWma1 = 0x160;
+constexpr uint16_t kWma2 = 0x161;
+// Stream Properties: Flags (stream number in the low 7 bits) and the
+// type-specific data (a WAVEFORMATEX for sound).
+constexpr uint64_t kStreamFlagsOffset = 72;
+constexpr uint64_t kTypeSpecificOffset = 78;
+constexpr uint64_t kMinSoundStream = kTypeSpecificOffset + 14;
+
+// What the written packets hold of the video stream and the sound stream of
+// the new header, counted as a player assembles them: a media object counts
+// once its fragments have come in order from offset 0 to its size; one that a
+// lost packet left incomplete doesn't. Sound objects are cut into blocks of
+// nBlockAlign bytes, each timed in whole milliseconds (the time base of ASF
+// presentation times, rounded down), so that the sum is the one a player
+// adds up.
+class PayloadTally {
+public:
+    PayloadTally(const ObjectCopy& video, const ObjectCopy& sound)
+    {
+        m_videoStream = StreamNumber(video);
+        if (!sound.found)
+            return;
+        m_soundStream = StreamNumber(sound);
+        if (sound.bytes.size() < int(kMinSoundStream)) {
+            m_known = false;
+            return;
+        }
+        const auto* t = reinterpret_cast<const uint8_t*>(sound.bytes.constData()) + kTypeSpecificOffset;
+        const uint16_t format = uint16_t(t[0] | t[1] << 8);
+        const uint32_t bytesPerSecond = ByteReader::loadLe32(t + 8);
+        m_blockAlign = uint16_t(t[12] | t[13] << 8);
+        m_known = (format == kWma1 || format == kWma2) && bytesPerSecond && m_blockAlign;
+        if (m_known)
+            m_blockMs = uint64_t(m_blockAlign) * 1000 / bytesPerSecond;
+    }
+
+    // False when a packet or the sound format couldn't be read: the figures
+    // are then unknown.
+    bool known() const { return m_known; }
+    uint64_t videoFrames() const { return m_videoFrames; }
+    double soundSeconds() const { return double(m_soundMs) / 1000; }
+
+    // One data packet of size bytes as written.
+    void addPacket(const uint8_t* p, uint32_t size)
+    {
+        if (m_known && !readPacket(p, size))
+            m_known = false;
+    }
+
+private:
+    struct Assembly {
+        bool open = false;
+        uint32_t object = 0, size = 0, have = 0;
+    };
+
+    static int StreamNumber(const ObjectCopy& stream)
+    {
+        if (!stream.found || stream.bytes.size() < int(kStreamFlagsOffset + 2))
+            return -1;
+        return uint8_t(stream.bytes.at(int(kStreamFlagsOffset))) & 0x7F;
+    }
+    // A field of 0, 1, 2 or 4 bytes, as a two-bit length type gives it.
+    static bool Field(const uint8_t* p, uint32_t end, uint32_t& i, int type, uint32_t& v)
+    {
+        static constexpr uint32_t kBytes[] = {0, 1, 2, 4};
+        const uint32_t n = kBytes[type & 3];
+        if (end - i < n)
+            return false;
+        v = n == 0 ? 0 : n == 1 ? p[i] : n == 2 ? uint32_t(p[i] | p[i + 1] << 8) : ByteReader::loadLe32(p + i);
+        i += n;
+        return true;
+    }
+
+    bool readPacket(const uint8_t* p, uint32_t size)
+    {
+        uint32_t i = 0;
+        if (p[0] & 0x80)
+            i = 1 + (p[0] & 0x0F);                  // error correction data
+        if (size < i + 2)
+            return false;
+        const uint8_t lengthFlags = p[i], propertyFlags = p[i + 1];
+        i += 2;
+        uint32_t packetLength = 0, sequence = 0, padding = 0;
+        if (!Field(p, size, i, lengthFlags >> 5, packetLength) || !Field(p, size, i, lengthFlags >> 1, sequence)
+            || !Field(p, size, i, lengthFlags >> 3, padding) || size - i < 6)
+            return false;
+        i += 6;                                     // Send Time, Duration
+        uint32_t end = packetLength && packetLength < size ? packetLength : size;
+        if (end < i || padding > end - i)
+            return false;
+        end -= padding;
+        uint32_t payloads = 1;
+        int payloadLengthType = 0;
+        const bool multiple = lengthFlags & 1;
+        if (multiple) {
+            if (i >= end)
+                return false;
+            payloads = p[i] & 0x3F;
+            payloadLengthType = p[i] >> 6;
+            ++i;
+        }
+        for (uint32_t k = 0; k < payloads; ++k) {
+            if (i >= end)
+                return false;
+            const int stream = p[i++] & 0x7F;
+            uint32_t object = 0, offset = 0, replicated = 0, length = 0;
+            if (!Field(p, end, i, propertyFlags >> 4, object) || !Field(p, end, i, propertyFlags >> 2, offset)
+                || !Field(p, end, i, propertyFlags, replicated) || end - i < replicated)
+                return false;
+            const uint8_t* rep = p + i;
+            i += replicated;
+            if (multiple) {
+                if (!Field(p, end, i, payloadLengthType, length))
+                    return false;
+            } else {
+                length = end - i;
+            }
+            if (length > end - i)
+                return false;
+            if (replicated == 1) {
+                // Compressed: whole objects, each behind a one-byte size.
+                for (uint32_t j = i; j < i + length; j += 1 + p[j]) {
+                    if (p[j] > i + length - j - 1)
+                        return false;
+                    addObject(stream, p[j]);
+                }
+            } else if (replicated >= 4) {
+                addFragment(stream, object, offset, ByteReader::loadLe32(rep), length);
+            }
+            i += length;
+        }
+        return true;
+    }
+
+    void addFragment(int stream, uint32_t object, uint32_t offset, uint32_t objectSize, uint32_t length)
+    {
+        if (stream != m_videoStream && stream != m_soundStream)
+            return;
+        Assembly& a = stream == m_videoStream ? m_video : m_sound;
+        if (offset == 0)
+            a = Assembly{true, object, objectSize, 0};
+        else if (!a.open || a.object != object || a.size != objectSize || a.have != offset) {
+            a.open = false;
+            return;
+        }
+        a.have += length;
+        if (a.have >= a.size) {
+            a.open = false;
+            if (a.have == a.size)
+                addObject(stream, a.size);
+        }
+    }
+
+    void addObject(int stream, uint32_t size)
+    {
+        if (stream == m_videoStream)
+            ++m_videoFrames;
+        else if (stream == m_soundStream && m_blockAlign)
+            m_soundMs += uint64_t(size / m_blockAlign) * m_blockMs;
+    }
+
+    int m_videoStream = -1, m_soundStream = -1;
+    uint16_t m_blockAlign = 0;
+    uint64_t m_blockMs = 0;
+    bool m_known = true;
+    Assembly m_video, m_sound;
+    uint64_t m_videoFrames = 0;
+    uint64_t m_soundMs = 0;
+};
+
 void WriteGuid(FileWriter& w, const Guid& g) { w.write(g.data(), g.size()); }
 
 void WriteCopy(FileWriter& w, const ObjectCopy& copy)
@@ -121,7 +293,14 @@ public:
 
 private:
     bool readHeaderObjects(ByteReader& in, const RepairJob& job);
-    bool rewrite(RepairJob& job, Reporter& report, const QString& outPath);
+    // The figures are filled when the packets could all be read.
+    struct Written {
+        bool known = false;
+        uint64_t videoFrames = 0;
+        double soundSeconds = 0;
+        uint64_t bytes = 0;
+    };
+    bool rewrite(RepairJob& job, Reporter& report, const QString& outPath, Written& written);
 
     HeaderCopy m_header;
 };
@@ -180,7 +359,7 @@ bool AsfRoute::readHeaderObjects(ByteReader& in, const RepairJob& job)
 }
 
 // True when the whole file was written.
-bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath)
+bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath, Written& written)
 {
     HeaderCopy header = std::move(m_header);
     m_header = HeaderCopy();
@@ -219,6 +398,7 @@ bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath)
     w.le64(0);                                 // Object Size: the packets' bytes, patched at the end
     w.write(header.dataTail);                  // File ID, Total Data Packets, Reserved
     const uint32_t ps = header.packetSize;     // the sample's size when one gave the header
+    PayloadTally tally(header.videoStream, header.audioStream);
     header = HeaderCopy();                     // the copies are no longer needed
 
     // The packet walk: a packet begins 82 00 00 and is followed by another
@@ -251,7 +431,9 @@ bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath)
             pos += 2;
             continue;
         }
-        w.write(in.view(pos, ps), ps);
+        const uint8_t* packet = in.view(pos, ps);
+        tally.addPacket(packet, ps);
+        w.write(packet, ps);
         latestSendTime = in.le32(pos + kSendTimeOffset);
         packetBytes += ps;
         pos += ps;
@@ -260,6 +442,7 @@ bool AsfRoute::rewrite(RepairJob& job, Reporter& report, const QString& outPath)
     w.patchLe32(16, uint32_t(headerSize));                     // Header Object size
     w.patchLe64(kPlayDurationAt, uint64_t(latestSendTime) * 10000u);   // milliseconds to 100 ns
     w.patchLe64(dataSizeAt, packetBytes);                      // packets only
+    written = {tally.known(), tally.videoFrames(), tally.soundSeconds(), w.pos()};
     job.log->close();
     if (!w.close()) {
         qWarning() << "Writing" << outPath << "failed; it is removed.";
@@ -285,10 +468,16 @@ Verdict AsfRoute::repair(RepairJob& job, Reporter& report)
         return Verdict::failedUnlessStopped(job);
     }
     const QString outPath = job.outputPath();
-    const bool written = rewrite(job, report, outPath);
+    Written written;
+    const bool ok = rewrite(job, report, outPath, written);
     if (job.stopped())
         return Verdict::stopped();
-    return written ? Verdict::repaired(outPath) : Verdict::failed();
+    if (!ok)
+        return Verdict::failed();
+    if (!written.known)
+        return Verdict::repaired(outPath);
+    return Verdict::repaired(outPath).withFigures(written.videoFrames, written.soundSeconds, job.input->size(),
+                                                  written.bytes);
 }
 
 } // namespace

@@ -295,6 +295,47 @@ private Q_SLOTS:
         QCOMPARE(r.playDuration(), 8u * 10000);
     }
 
+    // The figures count a media object once all its fragments came in order:
+    // an object that lost its middle packet doesn't count, nor one whose
+    // stream the header doesn't hold. Sound is timed per nBlockAlign block
+    // in whole milliseconds (200 bytes at 16000 bytes/s: 12 ms); compressed
+    // payloads hold whole objects.
+    void asfFiguresCountWholeObjects()
+    {
+        const QByteArray wave = le(quint16(0x161)) + le(quint16(1)) + le(quint32(44100)) + le(quint32(16000))
+                              + le(quint16(200)) + le(quint16(16)) + le(quint16(0));
+        const QByteArray sound = object(kStreamProps, kAudio + QByteArray(16, '\0') + le(quint64(0)) + le(quint32(18))
+                                                          + le(quint32(0)) + le(quint16(2)) + le(quint32(0)) + wave);
+        // Fragments: stream, object, offset, object size (0: compressed), data.
+        struct Fragment { int stream, object; quint32 offset, objectSize; QByteArray data; };
+        const auto dataPacket = [](const QList<Fragment>& fragments) {
+            QByteArray body = QByteArray(1, char(0x80 | fragments.size()));
+            for (const Fragment& f : fragments) {
+                body += QByteArray(1, char(f.stream)) + char(f.object) + le(f.offset);
+                body += f.objectSize ? QByteArray(1, '\x08') + le(f.objectSize) + le(quint32(0)) : QByteArray(1, '\x01') + '\0';
+                body += le(quint16(f.data.size())) + f.data;
+            }
+            const QByteArray head = QByteArray("\x82\x00\x00\x11\x5d", 5) + le(quint16(1024 - 13 - body.size()))
+                                  + le(quint32(0)) + le(quint16(0));
+            return head + body + QByteArray(1024 - head.size() - body.size(), '\0');
+        };
+        const QByteArray twoBlocks = '\xc8' + QByteArray(200, 's') + '\xc8' + QByteArray(200, 's');
+        const QByteArray packets =
+            dataPacket({{1, 1, 0, 300, QByteArray(150, 'v')}, {2, 1, 0, 400, QByteArray(200, 'a')}})
+            + dataPacket({{1, 1, 150, 300, QByteArray(150, 'v')}, {2, 1, 200, 400, QByteArray(200, 'a')}})
+            + dataPacket({{1, 2, 0, 300, QByteArray(100, 'v')}, {3, 1, 0, 20, QByteArray(20, 'x')}})
+            + dataPacket({{1, 2, 200, 300, QByteArray(100, 'v')}, {1, 3, 0, 50, QByteArray(50, 'v')},
+                          {2, 2, 0, 0, twoBlocks}});
+        const QByteArray input = asfFile({fileProperties(1024), streamProperties(kVideo, 'v'), sound, codecList()},
+                                         packets, QByteArray(1, '\x82'));
+        RouteRun run(m_dir, "clip.wmv", std::make_unique<MemoryReader>(input, 64 * 1024));
+        const Verdict v = run.run();
+        QCOMPARE(run.verdicts, QStringList{"1 clip.wmv"});
+        QVERIFY(v.hasFigures);
+        QCOMPARE(v.figures.videoFrames, quint64(2));
+        QCOMPARE(v.figures.audioSeconds, 0.048);
+    }
+
     void flvTakesTagsFromTheFirstUsableVideoTag()
     {
         const QList<QPair<QByteArray, double>> meta{{"duration", 99},      {"width", 320},    {"height", 240},
@@ -506,6 +547,7 @@ private Q_SLOTS:
         QCOMPARE(b.signalNames, QStringList{"WriteStatus"});
         QVERIFY(b.ok());
         QCOMPARE(b.outputs, QStringList{repairedPath(input)});
+        QVERIFY2(containers::figuresFault(b).isEmpty(), qPrintable(containers::figuresFault(b)));
 
         // Sound as well; a damaged MP3 frame can take its neighbour along.
         for (const QString kind : {"v", "a"}) {
