@@ -2,6 +2,7 @@
 // agrees with the PreviousTagSize behind it, from the first usable video tag
 // on; a new FLV header and onMetaData tag are written, and the tags are copied
 // behind them as found. Numbers in FLV are big-endian.
+#include "containers/audio_frames.h"
 #include "containers/output_checks.h"
 #include "core/log_cipher.h"
 #include "core/repair_globals.h"
@@ -216,46 +217,20 @@ private:
         uint32_t i = std::min(m_mp3Carry, size);
         m_mp3Carry -= i;
         while (i < size) {
-            uint32_t length = 0, ms = 0;
-            if (size - i < 4 || !Mp3Frame(d + i, length, ms)) {
+            AudioFrame f;
+            if (size - i < 4 || !MpegAudioFrameAt(d + i, f)) {
                 m_known = false;
                 return;
             }
-            m_soundMs += ms;
+            const uint32_t length = f.bytes;
+            // The read-back times each frame in whole milliseconds.
+            m_soundMs += f.samples * 1000 / f.rate;
             if (length > size - i) {
                 m_mp3Carry = length - (size - i);
                 return;
             }
             i += length;
         }
-    }
-
-    // The length and the whole milliseconds of the MPEG audio frame whose
-    // header is at h; false when h holds no such header.
-    static bool Mp3Frame(const uint8_t* h, uint32_t& length, uint32_t& ms)
-    {
-        static constexpr uint16_t kKbps[5][15] = {
-            {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},   // MPEG-1 layer I
-            {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},      // MPEG-1 layer II
-            {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},       // MPEG-1 layer III
-            {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},      // MPEG-2/2.5 layer I
-            {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};          // MPEG-2/2.5 layers II, III
-        static constexpr uint32_t kRates[3] = {44100, 48000, 32000};
-        if (h[0] != 0xFF || (h[1] & 0xE0) != 0xE0)
-            return false;
-        const int version = (h[1] >> 3) & 3;   // 0: 2.5, 2: 2, 3: 1
-        const int layer = 4 - ((h[1] >> 1) & 3);   // 4: reserved
-        const int bitrateIndex = h[2] >> 4, rateIndex = (h[2] >> 2) & 3;
-        const uint32_t padding = (h[2] >> 1) & 1;
-        if (version == 1 || layer == 4 || bitrateIndex == 0 || bitrateIndex == 15 || rateIndex == 3)
-            return false;
-        const bool mpeg1 = version == 3;
-        const uint32_t rate = kRates[rateIndex] >> (mpeg1 ? 0 : version == 2 ? 1 : 2);
-        const uint32_t bitrate = 1000u * kKbps[mpeg1 ? layer - 1 : layer == 1 ? 3 : 4][bitrateIndex];
-        const uint32_t samples = layer == 1 ? 384 : layer == 3 && !mpeg1 ? 576 : 1152;
-        length = layer == 1 ? (12 * bitrate / rate + padding) * 4 : samples / 8 * bitrate / rate + padding;
-        ms = samples * 1000 / rate;
-        return true;
     }
 
     bool m_known = true;

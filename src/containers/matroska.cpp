@@ -1,6 +1,7 @@
 // Matroska/WebM repair: keeps Info, Tracks and every Cluster that stands where its
 // size says, and writes them behind a fresh EBML header, SeekHead and Void.
 #include "containers/matroska.h"
+#include "containers/audio_frames.h"
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/log_cipher.h"
@@ -245,17 +246,6 @@ uint64_t OpusSamples(const uint8_t* p, uint64_t length)
     return length < 2 ? 0 : frame * (p[1] & 0x3F);
 }
 
-// Samples of the MPEG audio frame whose header is at p, or 0.
-uint64_t MpegAudioSamples(const uint8_t* p, uint64_t length)
-{
-    if (length < 4 || p[0] != 0xFF || (p[1] & 0xE0) != 0xE0)
-        return 0;
-    const unsigned version = (p[1] >> 3) & 3, layer = (p[1] >> 1) & 3;
-    if (version == 1 || layer == 0)
-        return 0;
-    return layer == 3 ? 384 : layer == 2 || version == 3 ? 1152 : 576;
-}
-
 void BlockFigures::addBlock(ByteReader& in, uint64_t pos, uint64_t end, bool simple, bool referenced,
                             bool hasDuration, uint64_t duration)
 {
@@ -296,9 +286,11 @@ void BlockFigures::addBlock(ByteReader& in, uint64_t pos, uint64_t end, bool sim
         m_soundTicks += hasDuration ? duration : frames * ticks(m_samplesPerFrame, m_rate);
         return;
     }
+    AudioFrame mpeg;
     const uint64_t samples = laced ? 0
         : m_sound == Sound::Opus ? OpusSamples(h + n + 3, end - headerEnd)
-                                 : MpegAudioSamples(h + n + 3, end - headerEnd);
+        : end - headerEnd >= 4 && MpegAudioFrameAt(h + n + 3, mpeg) ? mpeg.samples
+                                                                    : 0;
     if (samples == 0)
         m_known = false;
     m_soundTicks += ticks(samples, m_rate);

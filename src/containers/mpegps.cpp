@@ -1,5 +1,6 @@
 // MPEG-1/2 repair: puts back the system header and the sequence header ahead of
 // the first group of pictures and copies the rest of the stream unchanged.
+#include "containers/audio_frames.h"
 #include "core/byte_reader.h"
 #include "core/code_search.h"
 #include "core/file_writer.h"
@@ -121,57 +122,6 @@ int64_t PacketLengthField(ByteReader& in, uint64_t pos, uint64_t g, const Repair
     }
     return -1;
 }
-// Samples and bytes of the MPEG audio frame whose header is at p, with its
-// sample rate; false for a header that isn't one (or a free-format frame,
-// whose length the header doesn't give).
-bool MpegAudioFrame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
-{
-    if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0)
-        return false;
-    const unsigned version = (p[1] >> 3) & 3, layer = (p[1] >> 1) & 3;
-    const unsigned rateIndex = (p[2] >> 2) & 3, bitIndex = p[2] >> 4, padding = (p[2] >> 1) & 1;
-    if (version == 1 || layer == 0 || rateIndex == 3 || bitIndex == 0 || bitIndex == 15)
-        return false;
-    static const uint16_t kbps[5][14] = {
-        {32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},   // MPEG-1 layer I
-        {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},      // MPEG-1 layer II
-        {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},       // MPEG-1 layer III
-        {32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},      // MPEG-2 layer I
-        {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};          // MPEG-2 layers II, III
-    static const uint32_t rates[3] = {44100, 48000, 32000};
-    const bool one = version == 3;
-    rate = rates[rateIndex] >> (one ? 0 : version == 2 ? 1 : 2);
-    const unsigned table = one ? 3 - layer : layer == 3 ? 3 : 4;
-    const uint64_t bitRate = uint64_t(kbps[table][bitIndex - 1]) * 1000;
-    if (layer == 3) {
-        samples = 384;
-        bytes = (12 * bitRate / rate + padding) * 4;
-    } else {
-        samples = layer == 2 || one ? 1152 : 576;
-        bytes = (layer == 1 && !one ? 72 : 144) * bitRate / rate + padding;
-    }
-    return true;
-}
-
-// Samples and bytes of the AC-3 frame whose header is at p, with its sample
-// rate; false for a header that isn't one, or an E-AC-3 one.
-bool Ac3Frame(const uint8_t* p, uint64_t& samples, uint64_t& bytes, uint64_t& rate)
-{
-    const unsigned fscod = p[4] >> 6, frmsizecod = p[4] & 0x3F, bsid = p[5] >> 3;
-    if (p[0] != 0x0B || p[1] != 0x77 || fscod == 3 || frmsizecod >= 38 || bsid > 10)
-        return false;
-    static const uint16_t kbps[19] = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512, 576, 640};
-    const uint64_t k = kbps[frmsizecod >> 1];
-    // 16-bit words: two per kbit/s at 48 kHz, three at 32 kHz, and at
-    // 44.1 kHz the rounded-down share with an odd code adding one.
-    const uint64_t words = fscod == 0 ? 2 * k : fscod == 2 ? 3 * k : k * 320 / 147 + (frmsizecod & 1);
-    static const uint32_t rates[3] = {48000, 44100, 32000};
-    samples = 1536;
-    bytes = 2 * words;
-    rate = rates[fscod];
-    return true;
-}
-
 // What a muxer's stream copy reads back from the output: the pictures of the
 // first video stream, from its first I picture on, and the seconds of the
 // frames of the first sound stream, each rounded to a tick of 90 kHz. The
@@ -307,15 +257,15 @@ void StreamFigures::walkSound(bool last)
     const uint8_t* b = m_soundBytes.data();
     size_t pos = 0;
     while (m_known && (last ? pos < size : pos + kHeaderBytes <= size)) {
-        uint64_t samples = 0, bytes = 0, rate = 0;
+        AudioFrame f;
         const bool frame = size - pos >= kHeaderBytes
-            && (m_sound == Sound::Mpeg ? MpegAudioFrame(b + pos, samples, bytes, rate) : Ac3Frame(b + pos, samples, bytes, rate));
-        if (!frame || bytes < kHeaderBytes) {
+            && (m_sound == Sound::Mpeg ? MpegAudioFrameAt(b + pos, f) : Ac3FrameAt(b + pos, f));
+        if (!frame || f.bytes < kHeaderBytes) {
             m_known = false;
             break;
         }
-        m_soundTicks += (samples * 90000 + rate / 2) / rate;
-        pos += size_t(bytes);
+        m_soundTicks += (uint64_t(f.samples) * 90000 + f.rate / 2) / f.rate;
+        pos += f.bytes;
     }
     if (pos >= size) {
         m_soundSkip = pos - size;

@@ -189,6 +189,32 @@ private Q_SLOTS:
             QCOMPARE(quint64(frames), quint64(back.videoFrames));
             QVERIFY2(qAbs(v.value("audioSeconds").toDouble() - back.audioSeconds) < 0.05, qPrintable(name));
         }
+
+        // The container routes count what they write: with no muxer to be
+        // found (a copy of the runner without its own, and no PATH), their
+        // figures stand all the same.
+        const QString alone = m_dir + QStringLiteral("/alone");
+        QVERIFY(QDir().mkpath(alone) && QFile::copy(binDir() + "/reelwright-batch", alone + "/reelwright-batch"));
+        QStringList counted{QStringLiteral("--quiet"), QStringLiteral("--work-root"), alone};
+        for (const QString ext : {"avi", "wmv", "flv", "mkv", "mpg"})
+            counted << m_dir + QStringLiteral("/route.") + ext;
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", alone.toUtf8());
+        QByteArray out;
+        const int code = run(alone + "/reelwright-batch", counted, &out);
+        qputenv("PATH", path);
+        QCOMPARE(code, 0);
+        int verdicts = 0;
+        for (const QByteArray& line : out.split('\n')) {
+            const QJsonObject v = QJsonDocument::fromJson(line).object();
+            if (v.value("event").toString() != QLatin1String("verdict"))
+                continue;
+            ++verdicts;
+            const QString name = v.value("file").toString();
+            QVERIFY2(v.value("videoFrames").toInt() >= 120, qPrintable(name));
+            QVERIFY2(qAbs(v.value("audioSeconds").toDouble() - 6) < 0.4, qPrintable(name));
+        }
+        QCOMPARE(verdicts, 5);
     }
 
     // A stop reaches every job: none leaves its scratch or a partial result.
