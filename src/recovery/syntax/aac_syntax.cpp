@@ -687,12 +687,13 @@ struct DecoderWalk {
     BitReader& bits;
     unsigned rateIndex;
 
-    // ics_info: more bands than the window has is refused; prediction and
-    // the reserved bit are left to the decoder.
-    Verdict streamInfo(StreamInfo& info)
+    // ics_info: the reserved bit and more bands than the window has are
+    // refused. commonWindow: the info of a pair, whose prediction data
+    // covers both channels.
+    Verdict streamInfo(StreamInfo& info, bool commonWindow)
     {
         if (bits.read(1))
-            return Verdict::Unknown;
+            return Verdict::Refused;
         info.shortWindows = bits.read(2) == kEightShort;
         bits.read(1);
         info.groups = 1;
@@ -711,14 +712,26 @@ struct DecoderWalk {
         info.maxSfb = bits.read(6);
         if (info.maxSfb > kLongBands[rateIndex].count)
             return Verdict::Refused;
-        return bits.read(1) ? Verdict::Unknown : Verdict::Ok;
+        if (!bits.read(1))
+            return Verdict::Ok;
+        // Prediction data, which the decoder reads in this profile as long
+        // term prediction (and then leaves unused): per channel a flag,
+        // then a lag, a coefficient and a flag per band up to the 40th.
+        for (unsigned channel = 0; channel < (commonWindow ? 2u : 1u); ++channel) {
+            if (!bits.read(1))
+                continue;
+            if (bits.read(11) > 2048)
+                return Verdict::Unknown;
+            bits.skip(3 + std::min(info.maxSfb, 40u));
+        }
+        return Verdict::Ok;
     }
 
     Verdict channelStream(StreamInfo& info, bool commonWindow)
     {
         const unsigned globalGain = bits.read(8);
         if (!commonWindow) {
-            const Verdict v = streamInfo(info);
+            const Verdict v = streamInfo(info, false);
             if (v != Verdict::Ok)
                 return v;
         }
@@ -884,7 +897,7 @@ bool AacFrameParser::decoderRefuses(const uint8_t* p, size_t avail) const
             StreamInfo info;
             const bool common = bits.read(1);
             if (common) {
-                v = walk.streamInfo(info);
+                v = walk.streamInfo(info, true);
                 if (v != Verdict::Ok)
                     return v == Verdict::Refused;
                 const unsigned msMask = bits.read(2);
