@@ -1,5 +1,6 @@
 // Differential target for the AAC syntax reader: wherever it gives a frame a
-// size, FAAD2 must decode that frame to the same size; and it never reads or
+// size, FAAD2 must decode that frame to the same size, and wherever it says a
+// decoder refuses the bytes, FAAD2 must refuse them; and it never reads or
 // reports past the bytes given. The first byte picks the configuration.
 #include "recovery/syntax/aac_syntax.h"
 #include "recovery/syntax/codec_frames.h"
@@ -33,6 +34,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         if (n > size - pos)
             std::abort();
         if (n && decoder.frameSize(data + pos, size - pos) != n)
+            std::abort();
+        // What it says a decoder refuses FAAD2 refuses, in whatever state the
+        // frames before left it.
+        if (!n && parser.decoderRefuses(data + pos, size - pos) && decoder.frameSize(data + pos, size - pos))
             std::abort();
         pos += n ? n : 1;
     }

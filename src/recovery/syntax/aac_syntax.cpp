@@ -678,7 +678,271 @@ struct Parser {
     }
 };
 
+// Walks a frame by the rules the decoder keeps, as far as they are certain:
+// Refused where the decoder refuses the frame whatever it decoded before,
+// Unknown where it might take it (or where this walk doesn't follow it).
+enum class Verdict { Ok, Refused, Unknown };
+
+struct DecoderWalk {
+    BitReader& bits;
+    unsigned rateIndex;
+
+    // ics_info: the reserved bit and more bands than the window has are
+    // refused. commonWindow: the info of a pair, whose prediction data
+    // covers both channels.
+    Verdict streamInfo(StreamInfo& info, bool commonWindow)
+    {
+        if (bits.read(1))
+            return Verdict::Refused;
+        info.shortWindows = bits.read(2) == kEightShort;
+        bits.read(1);
+        info.groups = 1;
+        info.groupLength[0] = 1;
+        if (info.shortWindows) {
+            info.maxSfb = bits.read(4);
+            const unsigned grouping = bits.read(7);
+            for (int w = 6; w >= 0; --w) {
+                if (grouping >> w & 1)
+                    ++info.groupLength[info.groups - 1];
+                else
+                    info.groupLength[info.groups++] = 1;
+            }
+            return info.maxSfb > kShortBands[rateIndex].count ? Verdict::Refused : Verdict::Ok;
+        }
+        info.maxSfb = bits.read(6);
+        if (info.maxSfb > kLongBands[rateIndex].count)
+            return Verdict::Refused;
+        if (!bits.read(1))
+            return Verdict::Ok;
+        // Prediction data, which the decoder reads in this profile as long
+        // term prediction (and then leaves unused): per channel a flag,
+        // then a lag, a coefficient and a flag per band up to the 40th.
+        for (unsigned channel = 0; channel < (commonWindow ? 2u : 1u); ++channel) {
+            if (!bits.read(1))
+                continue;
+            if (bits.read(11) > 2048)
+                return Verdict::Unknown;
+            bits.skip(3 + std::min(info.maxSfb, 40u));
+        }
+        return Verdict::Ok;
+    }
+
+    Verdict channelStream(StreamInfo& info, bool commonWindow)
+    {
+        const unsigned globalGain = bits.read(8);
+        if (!commonWindow) {
+            const Verdict v = streamInfo(info, false);
+            if (v != Verdict::Ok)
+                return v;
+        }
+        const Bands& bands = info.shortWindows ? kShortBands[rateIndex] : kLongBands[rateIndex];
+
+        // Sections: the decoder takes empty ones, but refuses the reserved
+        // book, more sections or bands than a window has, and sections that
+        // don't end exactly at the last band.
+        uint8_t books[8][64];
+        const unsigned lengthBits = info.shortWindows ? 3 : 5;
+        const unsigned escape = (1u << lengthBits) - 1;
+        const unsigned limit = info.shortWindows ? 8 * 15 : 51;
+        for (unsigned g = 0; g < info.groups; ++g) {
+            unsigned k = 0;
+            for (unsigned sections = 0; k < info.maxSfb; ++sections) {
+                const unsigned book = bits.read(4);
+                if (sections >= limit || book == 12)
+                    return Verdict::Refused;
+                unsigned length = 0;
+                unsigned increment = bits.read(lengthBits);
+                for (; increment == escape; increment = bits.read(lengthBits)) {
+                    length += increment;
+                    if (length > limit)
+                        return Verdict::Refused;
+                }
+                length += increment;
+                if (k + length > limit)
+                    return Verdict::Refused;
+                if (k < info.maxSfb)
+                    std::fill_n(books[g] + k, std::min(length, info.maxSfb - k), uint8_t(book));
+                k += length;
+            }
+            if (k != info.maxSfb)
+                return Verdict::Refused;
+        }
+
+        // Scale factors: those of the spectral books must stay in 0..255.
+        const CodeTable& sfTable = codebooks().scalefactor;
+        int scale = int(globalGain);
+        bool firstNoise = true;
+        for (unsigned g = 0; g < info.groups; ++g)
+            for (unsigned sfb = 0; sfb < info.maxSfb; ++sfb) {
+                const unsigned book = books[g][sfb];
+                if (book == kZeroBook)
+                    continue;
+                if (book == kNoiseBook && firstNoise) {
+                    firstNoise = false;
+                    bits.read(9);
+                    continue;
+                }
+                const int index = bits.code(sfTable);
+                if (index < 0)
+                    return Verdict::Unknown;
+                if (book == kNoiseBook || book == kIntensityBook || book == kIntensityBook2)
+                    continue;
+                scale += index - 60;
+                if (scale < 0 || scale > 255)
+                    return Verdict::Refused;
+            }
+
+        if (bits.read(1)) {   // pulses: never in short windows, never past the spectrum
+            if (info.shortWindows)
+                return Verdict::Refused;
+            const unsigned pulses = bits.read(2) + 1;
+            const unsigned startBand = bits.read(6);
+            if (startBand > bands.count)
+                return Verdict::Refused;
+            unsigned line = bands.offsets[startBand];
+            for (unsigned i = 0; i < pulses; ++i) {
+                line += bits.read(5);
+                bits.skip(4);
+                if (line >= bands.offsets[bands.count])
+                    return Verdict::Refused;
+            }
+        }
+        if (bits.read(1)) {   // temporal noise shaping
+            const unsigned windows = info.shortWindows ? 8 : 1;
+            for (unsigned w = 0; w < windows; ++w) {
+                const unsigned filters = bits.read(info.shortWindows ? 1 : 2);
+                if (!filters)
+                    continue;
+                const unsigned resolution = bits.read(1);
+                for (unsigned f = 0; f < filters; ++f) {
+                    bits.read(info.shortWindows ? 4 : 6);
+                    const unsigned order = bits.read(info.shortWindows ? 3 : 5);
+                    if (order > (info.shortWindows ? 7u : 12u))
+                        return Verdict::Unknown;
+                    if (!order)
+                        continue;
+                    bits.read(1);
+                    const unsigned compress = bits.read(1);
+                    bits.skip(uint64_t(order) * (3 + resolution - compress));
+                }
+            }
+        }
+        if (bits.read(1))     // gain control: not in this profile
+            return Verdict::Refused;
+
+        const Codebooks& cb = codebooks();
+        for (unsigned g = 0; g < info.groups; ++g) {
+            for (unsigned k = 0; k < info.maxSfb;) {
+                const unsigned book = books[g][k];
+                unsigned end = k + 1;
+                while (end < info.maxSfb && books[g][end] == book)
+                    ++end;
+                if (book != kZeroBook && book < kNoiseBook) {
+                    const unsigned dim = book < 5 ? 4 : 2;
+                    const unsigned lines = unsigned(bands.offsets[end] - bands.offsets[k]) * info.groupLength[g];
+                    const CodeTable& table = cb.spectral[book - 1];
+                    for (unsigned n = lines / dim; n > 0; --n) {
+                        const int infoBits = bits.code(table);
+                        if (infoBits < 0)
+                            return Verdict::Unknown;
+                        bits.skip(unsigned(infoBits) & 7);
+                        for (unsigned e = (unsigned(infoBits) >> 3) & 3; e; e >>= 1)
+                            if ((e & 1) && !escapeWord())
+                                return Verdict::Unknown;
+                    }
+                    if (bits.overrun())
+                        return Verdict::Refused;
+                }
+                k = end;
+            }
+        }
+        return Verdict::Ok;
+    }
+
+    bool escapeWord()
+    {
+        unsigned ones = 0;
+        while (bits.read(1))
+            if (++ones > 8)
+                return false;
+        bits.skip(ones + 4);
+        return true;
+    }
+};
+
 } // namespace
+
+bool AacFrameParser::decoderRefuses(const uint8_t* p, size_t avail) const
+{
+    if (!ready() || !p || avail == 0)
+        return false;
+    BitReader bits(p, avail);
+    DecoderWalk walk{bits, m_rateIndex};
+    for (unsigned elements = 0;; ++elements) {
+        // Past the bytes there are zeros, which never end a frame: the
+        // decoder runs out of bytes, elements or channels.
+        if (bits.overrun())
+            return true;
+        Verdict v = Verdict::Ok;
+        switch (bits.read(3)) {
+        case 0:    // single channel
+        case 3: {  // low frequency channel
+            bits.read(4);
+            StreamInfo info;
+            v = walk.channelStream(info, false);
+            break;
+        }
+        case 1: {  // channel pair
+            bits.read(4);
+            StreamInfo info;
+            const bool common = bits.read(1);
+            if (common) {
+                v = walk.streamInfo(info, true);
+                if (v != Verdict::Ok)
+                    return v == Verdict::Refused;
+                const unsigned msMask = bits.read(2);
+                if (msMask == 3)
+                    return false;
+                if (msMask == 1)
+                    bits.skip(uint64_t(info.groups) * info.maxSfb);
+            }
+            StreamInfo second = info;
+            v = walk.channelStream(info, common);
+            if (v == Verdict::Ok)
+                v = walk.channelStream(second, common);
+            break;
+        }
+        case 2:    // coupling channels: the decoder has none
+            return true;
+        case 4: {  // data stream
+            bits.read(4);
+            const bool align = bits.read(1);
+            unsigned count = bits.read(8);
+            if (count == 255)
+                count += bits.read(8);
+            if (align)
+                bits.alignToByte();
+            bits.skip(uint64_t(count) * 8);
+            break;
+        }
+        case 5:    // a program config is refused behind other elements
+            return elements > 0;
+        case 6: {  // fill: plain fill only (other payloads have their own syntax)
+            unsigned count = bits.read(4);
+            if (count == 15)
+                count += bits.read(8) - 1;
+            if (count && (bits.peek32() >> 29) != 0)
+                return false;
+            bits.skip(uint64_t(count) * 8);
+            break;
+        }
+        default:   // the end: the frame may well be taken
+            return false;
+        }
+        if (v != Verdict::Ok)
+            return v == Verdict::Refused;
+    }
+}
 
 bool AacFrameParser::init(const uint8_t* asc, size_t n)
 {

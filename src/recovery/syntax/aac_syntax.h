@@ -28,6 +28,13 @@ public:
     // ends within avail;
     // 0 otherwise. Nothing past avail is read.
     uint32_t frameSize(const uint8_t* p, size_t avail) const;
+    // True when a decoder refuses the frame at p whatever it decoded before:
+    // its elements, read as a decoder reads them, break a rule every decoder
+    // keeps (sections that don't end at the last band, scale factors out of
+    // range, pulses or gain control where they can't be, coupling channels)
+    // or run past avail. False leaves the frame to the decoder. Looser than
+    // frameSize's rules, since it speaks for the decoder.
+    bool decoderRefuses(const uint8_t* p, size_t avail) const;
 
 private:
     unsigned m_rateIndex = 0;

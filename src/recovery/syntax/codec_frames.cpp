@@ -108,9 +108,18 @@ uint32_t AacFramer::frameSize(const uint8_t* p, size_t avail)
 {
     if (m_asc.empty() || !p || avail == 0)
         return 0;
-    if (m_syntax.ready())
-        if (const uint32_t size = m_syntax.frameSize(p, std::min(avail, m_maxFrame)))
+    if (m_syntax.ready()) {
+        const size_t n = std::min(avail, m_maxFrame);
+        if (const uint32_t size = m_syntax.frameSize(p, n))
             return size;
+        if (m_syntax.decoderRefuses(p, n)) {
+            // Refused without asking the decoder. One that has decoded
+            // since its rebuild is due for another, as after any refusal;
+            // a clean one stays clean.
+            m_spoiled = m_spoiled || m_decodedSinceOpen;
+            return 0;
+        }
+    }
     if ((m_spoiled || !m_decoder) && !open())
         return 0;
     uint32_t size = decodeOnce(p, avail);

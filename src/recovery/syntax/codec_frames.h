@@ -28,7 +28,10 @@ namespace syntax {
 // AudioSpecificConfig before the next frame. A frame that fails on a decoder
 // that has decoded frames since its last rebuild is tried once more on a
 // rebuilt one: the answer for a position never depends on what was tried
-// before it.
+// before it. Since every refusal costs a rebuild, bytes that the syntax
+// reader shows no decoder would take (AacFrameParser::decoderRefuses) are
+// refused without the decoder: most of what a resync through damaged sound
+// tries.
 class AacFramer {
 public:
     AacFramer();
