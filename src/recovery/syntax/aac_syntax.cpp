@@ -434,6 +434,17 @@ public:
     bool overrun() const { return position() > uint64_t(m_bytes) * 8; }
     uint64_t position() const { return uint64_t(m_next) * 8 - m_count; }
 
+    // An escape: N ones, a zero, then N + 4 bits; false when N passes 8.
+    bool escapeWord()
+    {
+        unsigned ones = 0;
+        while (read(1))
+            if (++ones > 8)
+                return false;
+        skip(ones + 4);
+        return true;
+    }
+
     // The value of the code at the position (its table's info) and moves
     // past it; -1 for bits that start no code.
     int code(const CodeTable& table)
@@ -501,6 +512,137 @@ struct StreamInfo {
     uint8_t groupLength[8] = {1};
 };
 
+// The window groups of eight short windows, from the seven grouping bits.
+void ReadGrouping(BitReader& bits, StreamInfo& info)
+{
+    const unsigned grouping = bits.read(7);
+    info.groups = 1;
+    info.groupLength[0] = 1;
+    for (int w = 6; w >= 0; --w) {
+        if (grouping >> w & 1)
+            ++info.groupLength[info.groups - 1];
+        else
+            info.groupLength[info.groups++] = 1;
+    }
+}
+
+// What a part of a channel's stream came to: read, bits that start no code
+// (or a broken escape), a value out of its range, or past the frame's end.
+enum class Part { Ok, NoCode, OutOfRange, Overrun };
+
+// The scale factors: differences coded by the scale factor book, the first
+// noise energy as nine plain bits; those of the spectral books must stay in
+// 0..255.
+Part ScaleFactors(BitReader& bits, const StreamInfo& info, const uint8_t (&books)[8][64], unsigned globalGain)
+{
+    const CodeTable& sfTable = codebooks().scalefactor;
+    int scale = int(globalGain);
+    bool firstNoise = true;
+    for (unsigned g = 0; g < info.groups; ++g)
+        for (unsigned sfb = 0; sfb < info.maxSfb; ++sfb) {
+            const unsigned book = books[g][sfb];
+            if (book == kZeroBook)
+                continue;
+            if (book == kNoiseBook && firstNoise) {
+                firstNoise = false;
+                bits.read(9);
+                continue;
+            }
+            const int index = bits.code(sfTable);
+            if (index < 0)
+                return Part::NoCode;
+            if (book == kNoiseBook || book == kIntensityBook || book == kIntensityBook2)
+                continue;
+            scale += index - 60;
+            if (scale < 0 || scale > 255)
+                return Part::OutOfRange;
+        }
+    return Part::Ok;
+}
+
+// Temporal noise shaping, when its flag is set; OutOfRange for a filter
+// order above what the window allows.
+Part SkipNoiseShaping(BitReader& bits, const StreamInfo& info)
+{
+    if (!bits.read(1))
+        return Part::Ok;
+    const unsigned windows = info.shortWindows ? 8 : 1;
+    for (unsigned w = 0; w < windows; ++w) {
+        const unsigned filters = bits.read(info.shortWindows ? 1 : 2);
+        if (!filters)
+            continue;
+        const unsigned resolution = bits.read(1);
+        for (unsigned f = 0; f < filters; ++f) {
+            bits.read(info.shortWindows ? 4 : 6);
+            const unsigned order = bits.read(info.shortWindows ? 3 : 5);
+            if (order > (info.shortWindows ? 7u : 12u))
+                return Part::OutOfRange;
+            if (!order)
+                continue;
+            bits.read(1);   // direction
+            const unsigned compress = bits.read(1);
+            bits.skip(uint64_t(order) * (3 + resolution - compress));
+        }
+    }
+    return Part::Ok;
+}
+
+// The spectrum: the codes of each section, with their sign bits and
+// escapes. Overrun as soon as a section ends past the frame.
+Part SkipSpectrum(BitReader& bits, const StreamInfo& info, const Bands& bands, const uint8_t (&books)[8][64])
+{
+    const Codebooks& cb = codebooks();
+    for (unsigned g = 0; g < info.groups; ++g) {
+        for (unsigned k = 0; k < info.maxSfb;) {
+            const unsigned book = books[g][k];
+            unsigned end = k + 1;
+            while (end < info.maxSfb && books[g][end] == book)
+                ++end;
+            if (book != kZeroBook && book < kNoiseBook) {
+                const unsigned dim = book < 5 ? 4 : 2;
+                const unsigned lines = unsigned(bands.offsets[end] - bands.offsets[k]) * info.groupLength[g];
+                const CodeTable& table = cb.spectral[book - 1];
+                for (unsigned n = lines / dim; n > 0; --n) {
+                    const int infoBits = bits.code(table);
+                    if (infoBits < 0)
+                        return Part::NoCode;
+                    bits.skip(unsigned(infoBits) & 7);
+                    for (unsigned e = (unsigned(infoBits) >> 3) & 3; e; e >>= 1)
+                        if ((e & 1) && !bits.escapeWord())
+                            return Part::NoCode;
+                }
+                if (bits.overrun())
+                    return Part::Overrun;
+            }
+            k = end;
+        }
+    }
+    return Part::Ok;
+}
+
+// A data stream element behind its id: its tag, then its bytes (after a
+// byte alignment when it asks for one).
+void SkipDataStream(BitReader& bits)
+{
+    bits.read(4);
+    const bool align = bits.read(1);
+    unsigned count = bits.read(8);
+    if (count == 255)
+        count += bits.read(8);
+    if (align)
+        bits.alignToByte();
+    bits.skip(uint64_t(count) * 8);
+}
+
+// The bytes of a fill element, from the count behind its id.
+unsigned FillCount(BitReader& bits)
+{
+    unsigned count = bits.read(4);
+    if (count == 15)
+        count += bits.read(8) - 1;
+    return count;
+}
+
 struct Parser {
     BitReader& bits;
     unsigned rateIndex;
@@ -514,16 +656,7 @@ struct Parser {
         info.shortWindows = sequence == kEightShort;
         if (info.shortWindows) {
             info.maxSfb = bits.read(4);
-            const unsigned grouping = bits.read(7);
-            info.groups = 1;
-            info.groupLength[0] = 1;
-            for (int w = 6; w >= 0; --w) {
-                if (grouping >> w & 1) {
-                    ++info.groupLength[info.groups - 1];
-                } else {
-                    info.groupLength[info.groups++] = 1;
-                }
-            }
+            ReadGrouping(bits, info);
             return info.maxSfb <= kShortBands[rateIndex].count;
         }
         info.maxSfb = bits.read(6);
@@ -566,30 +699,8 @@ struct Parser {
             }
         }
 
-        // Scale factors: differences coded by the scale factor book; the
-        // first noise energy is sent as nine plain bits.
-        const CodeTable& sfTable = codebooks().scalefactor;
-        int scale = int(globalGain);
-        bool firstNoise = true;
-        for (unsigned g = 0; g < info.groups; ++g)
-            for (unsigned sfb = 0; sfb < info.maxSfb; ++sfb) {
-                const unsigned book = books[g][sfb];
-                if (book == kZeroBook)
-                    continue;
-                if (book == kNoiseBook && firstNoise) {
-                    firstNoise = false;
-                    bits.read(9);
-                    continue;
-                }
-                const int index = bits.code(sfTable);
-                if (index < 0)
-                    return false;
-                if (book == kNoiseBook || book == kIntensityBook || book == kIntensityBook2)
-                    continue;
-                scale += index - 60;
-                if (scale < 0 || scale > 255)
-                    return false;
-            }
+        if (ScaleFactors(bits, info, books, globalGain) != Part::Ok)
+            return false;
 
         if (bits.read(1)) {   // pulse data: long windows only
             if (info.shortWindows)
@@ -608,73 +719,13 @@ struct Parser {
                     return false;
             }
         }
-        if (bits.read(1)) {   // temporal noise shaping
-            const unsigned windows = info.shortWindows ? 8 : 1;
-            for (unsigned w = 0; w < windows; ++w) {
-                const unsigned filters = bits.read(info.shortWindows ? 1 : 2);
-                if (!filters)
-                    continue;
-                const unsigned resolution = bits.read(1);
-                for (unsigned f = 0; f < filters; ++f) {
-                    bits.read(info.shortWindows ? 4 : 6);
-                    const unsigned order = bits.read(info.shortWindows ? 3 : 5);
-                    if (order > (info.shortWindows ? 7u : 12u))
-                        return false;
-                    if (!order)
-                        continue;
-                    bits.read(1);   // direction
-                    const unsigned compress = bits.read(1);
-                    bits.skip(uint64_t(order) * (3 + resolution - compress));
-                }
-            }
-        }
+        if (SkipNoiseShaping(bits, info) != Part::Ok)
+            return false;
         if (bits.read(1))     // gain control belongs to the SSR profile
             return false;
         if (bits.overrun())
             return false;
-
-        // The spectrum: the codes of each section, with their sign bits and
-        // escapes.
-        const Codebooks& cb = codebooks();
-        for (unsigned g = 0; g < info.groups; ++g) {
-            unsigned k = 0;
-            while (k < info.maxSfb) {
-                const unsigned book = books[g][k];
-                unsigned end = k + 1;
-                while (end < info.maxSfb && books[g][end] == book)
-                    ++end;
-                if (book != kZeroBook && book < kNoiseBook) {
-                    const unsigned dim = book < 5 ? 4 : 2;
-                    const unsigned lines = unsigned(bands.offsets[end] - bands.offsets[k]) * info.groupLength[g];
-                    const CodeTable& table = cb.spectral[book - 1];
-                    for (unsigned n = lines / dim; n > 0; --n) {
-                        const int infoBits = bits.code(table);
-                        if (infoBits < 0)
-                            return false;
-                        bits.skip(unsigned(infoBits) & 7);
-                        for (unsigned e = (unsigned(infoBits) >> 3) & 3; e; e >>= 1)
-                            if ((e & 1) && !escapeWord())
-                                return false;
-                    }
-                    if (bits.overrun())
-                        return false;
-                }
-                k = end;
-            }
-        }
-        return !bits.overrun();
-    }
-
-    // An escape: N ones, a zero, then N + 4 bits; N is at most 8.
-    bool escapeWord()
-    {
-        unsigned ones = 0;
-        while (bits.read(1)) {
-            if (++ones > 8)
-                return false;
-        }
-        bits.skip(ones + 4);
-        return true;
+        return SkipSpectrum(bits, info, bands, books) == Part::Ok && !bits.overrun();
     }
 };
 
@@ -700,13 +751,7 @@ struct DecoderWalk {
         info.groupLength[0] = 1;
         if (info.shortWindows) {
             info.maxSfb = bits.read(4);
-            const unsigned grouping = bits.read(7);
-            for (int w = 6; w >= 0; --w) {
-                if (grouping >> w & 1)
-                    ++info.groupLength[info.groups - 1];
-                else
-                    info.groupLength[info.groups++] = 1;
-            }
+            ReadGrouping(bits, info);
             return info.maxSfb > kShortBands[rateIndex].count ? Verdict::Refused : Verdict::Ok;
         }
         info.maxSfb = bits.read(6);
@@ -768,29 +813,9 @@ struct DecoderWalk {
                 return Verdict::Refused;
         }
 
-        // Scale factors: those of the spectral books must stay in 0..255.
-        const CodeTable& sfTable = codebooks().scalefactor;
-        int scale = int(globalGain);
-        bool firstNoise = true;
-        for (unsigned g = 0; g < info.groups; ++g)
-            for (unsigned sfb = 0; sfb < info.maxSfb; ++sfb) {
-                const unsigned book = books[g][sfb];
-                if (book == kZeroBook)
-                    continue;
-                if (book == kNoiseBook && firstNoise) {
-                    firstNoise = false;
-                    bits.read(9);
-                    continue;
-                }
-                const int index = bits.code(sfTable);
-                if (index < 0)
-                    return Verdict::Unknown;
-                if (book == kNoiseBook || book == kIntensityBook || book == kIntensityBook2)
-                    continue;
-                scale += index - 60;
-                if (scale < 0 || scale > 255)
-                    return Verdict::Refused;
-            }
+        const Part factors = ScaleFactors(bits, info, books, globalGain);
+        if (factors != Part::Ok)
+            return factors == Part::OutOfRange ? Verdict::Refused : Verdict::Unknown;
 
         if (bits.read(1)) {   // pulses: never in short windows, never past the spectrum
             if (info.shortWindows)
@@ -807,66 +832,12 @@ struct DecoderWalk {
                     return Verdict::Refused;
             }
         }
-        if (bits.read(1)) {   // temporal noise shaping
-            const unsigned windows = info.shortWindows ? 8 : 1;
-            for (unsigned w = 0; w < windows; ++w) {
-                const unsigned filters = bits.read(info.shortWindows ? 1 : 2);
-                if (!filters)
-                    continue;
-                const unsigned resolution = bits.read(1);
-                for (unsigned f = 0; f < filters; ++f) {
-                    bits.read(info.shortWindows ? 4 : 6);
-                    const unsigned order = bits.read(info.shortWindows ? 3 : 5);
-                    if (order > (info.shortWindows ? 7u : 12u))
-                        return Verdict::Unknown;
-                    if (!order)
-                        continue;
-                    bits.read(1);
-                    const unsigned compress = bits.read(1);
-                    bits.skip(uint64_t(order) * (3 + resolution - compress));
-                }
-            }
-        }
+        if (SkipNoiseShaping(bits, info) != Part::Ok)
+            return Verdict::Unknown;
         if (bits.read(1))     // gain control: not in this profile
             return Verdict::Refused;
-
-        const Codebooks& cb = codebooks();
-        for (unsigned g = 0; g < info.groups; ++g) {
-            for (unsigned k = 0; k < info.maxSfb;) {
-                const unsigned book = books[g][k];
-                unsigned end = k + 1;
-                while (end < info.maxSfb && books[g][end] == book)
-                    ++end;
-                if (book != kZeroBook && book < kNoiseBook) {
-                    const unsigned dim = book < 5 ? 4 : 2;
-                    const unsigned lines = unsigned(bands.offsets[end] - bands.offsets[k]) * info.groupLength[g];
-                    const CodeTable& table = cb.spectral[book - 1];
-                    for (unsigned n = lines / dim; n > 0; --n) {
-                        const int infoBits = bits.code(table);
-                        if (infoBits < 0)
-                            return Verdict::Unknown;
-                        bits.skip(unsigned(infoBits) & 7);
-                        for (unsigned e = (unsigned(infoBits) >> 3) & 3; e; e >>= 1)
-                            if ((e & 1) && !escapeWord())
-                                return Verdict::Unknown;
-                    }
-                    if (bits.overrun())
-                        return Verdict::Refused;
-                }
-                k = end;
-            }
-        }
-        return Verdict::Ok;
-    }
-
-    bool escapeWord()
-    {
-        unsigned ones = 0;
-        while (bits.read(1))
-            if (++ones > 8)
-                return false;
-        bits.skip(ones + 4);
-        return true;
+        const Part spectrum = SkipSpectrum(bits, info, bands, books);
+        return spectrum == Part::Ok ? Verdict::Ok : spectrum == Part::Overrun ? Verdict::Refused : Verdict::Unknown;
     }
 };
 
@@ -915,22 +886,13 @@ bool AacFrameParser::decoderRefuses(const uint8_t* p, size_t avail) const
         case 2:    // coupling channels: the decoder has none
             return true;
         case 4: {  // data stream
-            bits.read(4);
-            const bool align = bits.read(1);
-            unsigned count = bits.read(8);
-            if (count == 255)
-                count += bits.read(8);
-            if (align)
-                bits.alignToByte();
-            bits.skip(uint64_t(count) * 8);
+            SkipDataStream(bits);
             break;
         }
         case 5:    // a program config is refused behind other elements
             return elements > 0;
         case 6: {  // fill: plain fill only (other payloads have their own syntax)
-            unsigned count = bits.read(4);
-            if (count == 15)
-                count += bits.read(8) - 1;
+            const unsigned count = FillCount(bits);
             if (count && (bits.peek32() >> 29) != 0)
                 return false;
             bits.skip(uint64_t(count) * 8);
@@ -1019,22 +981,13 @@ uint32_t AacFrameParser::frameSize(const uint8_t* p, size_t avail) const
         case 4: {  // data stream
             if (expected == kLayouts[m_layout])   // (ahead of the sound: rare, left to a decoder)
                 return 0;
-            bits.read(4);
-            const bool align = bits.read(1);
-            unsigned count = bits.read(8);
-            if (count == 255)
-                count += bits.read(8);
-            if (align)
-                bits.alignToByte();
-            bits.skip(uint64_t(count) * 8);
+            SkipDataStream(bits);
             break;
         }
         case 6: {  // fill: extension data of the channels before it
             if (expected == kLayouts[m_layout])
                 return 0;
-            unsigned count = bits.read(4);
-            if (count == 15)
-                count += bits.read(8) - 1;
+            const unsigned count = FillCount(bits);
             // Plain fill only: a decoder reads the payload of the other
             // extensions (SBR, dynamic range, data) by their own syntax,
             // which on damaged bytes can end elsewhere than the count says.
