@@ -62,20 +62,13 @@ bool ReadChild(ByteReader& in, uint64_t pos, uint64_t limit, Child& c)
     c.id = 0;
     for (int i = 0; i < idLength; ++i)
         c.id = c.id << 8 | h[i];
-    const uint8_t b = h[idLength];
-    if (b == 0)
+    if (h[idLength] == 0)
         return false;
-    int sizeLength = 1;
-    while (!(b & (0x80u >> (sizeLength - 1))))
-        ++sizeLength;
-    uint64_t v = b & (0xFFu >> sizeLength);
-    bool allOnes = v == (0xFFu >> sizeLength);
-    for (int i = 1; i < sizeLength; ++i) {
-        v = v << 8 | h[idLength + i];
-        allOnes = allOnes && h[idLength + i] == 0xFF;
-    }
+    const auto [sizeLength, v] = ReadEbmlSize(in, pos + uint64_t(idLength));
+    // A size of all ones is one the writer left unknown.
+    const bool unknown = v == (uint64_t(1) << (7 * sizeLength)) - 1;
     c.data = pos + uint64_t(idLength + sizeLength);
-    if (allOnes || c.data > limit || v > limit - c.data)
+    if (unknown || c.data > limit || v > limit - c.data)
         return false;
     c.end = c.data + v;
     return true;

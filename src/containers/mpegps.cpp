@@ -9,9 +9,6 @@
 
 #include <algorithm>
 #include <cstring>
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 #include <initializer_list>
 #include <vector>
 
@@ -164,32 +161,6 @@ private:
     uint64_t m_soundSkip = 0;   // bytes of a frame still to come in the next payload
     uint64_t m_videoFrames = 0, m_soundTicks = 0;
 };
-
-// The first position in [from, limit) of b where 00 00 01 starts, or limit;
-// b holds two bytes behind limit. Sixteen positions are tried at once where
-// the processor can: in coded video a byte of 1 comes every few dozen bytes,
-// a start code every few hundred.
-size_t NextStartCode(const uint8_t* b, size_t from, size_t limit)
-{
-    size_t i = from;
-#if defined(__SSE2__)
-    const __m128i zero = _mm_setzero_si128(), one = _mm_set1_epi8(1);
-    for (; i + 16 <= limit; i += 16) {
-        const __m128i b0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i));
-        const __m128i b1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 1));
-        const __m128i b2 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i + 2));
-        const __m128i hit = _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(b0, zero), _mm_cmpeq_epi8(b1, zero)),
-                                          _mm_cmpeq_epi8(b2, one));
-        const int mask = _mm_movemask_epi8(hit);
-        if (mask)
-            return i + size_t(__builtin_ctz(unsigned(mask)));
-    }
-#endif
-    for (; i < limit; ++i)
-        if (b[i] == 0 && b[i + 1] == 0 && b[i + 2] == 1)
-            return i;
-    return limit;
-}
 
 void StreamFigures::scanCodes(const uint8_t* b, size_t starts)
 {

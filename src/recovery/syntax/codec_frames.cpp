@@ -1,6 +1,7 @@
 #include "recovery/syntax/codec_frames.h"
 
 #include "core/byte_reader.h"
+#include "core/code_search.h"
 
 #include <neaacdec.h>
 
@@ -379,8 +380,8 @@ uint64_t findStartCode(ByteReader& r, uint64_t from, uint64_t end)
     if (end < 4 || from > end - 4)
         return end;
     const size_t block = scanBlock(r) - 2;
-    // The 01 bytes are looked for; the view starts two bytes earlier so that
-    // the zeros in front of each are in it.
+    // The view starts two bytes before q and holds two behind the positions
+    // searched, so that every prefix starting in it is seen whole.
     uint64_t q = from + 2;
     const uint64_t last = end - 1;   // the 01 must leave room for the code byte
     while (q < last) {
@@ -389,14 +390,9 @@ uint64_t findStartCode(ByteReader& r, uint64_t from, uint64_t end)
         if (got < 3)
             base = r.view(q - 2, got = 3);
         const size_t n = got - 2;
-        const uint8_t* p = base + 2;
-        const uint8_t* stop = p + n;
-        while (const void* hit = memchr(p, 0x01, static_cast<size_t>(stop - p))) {
-            const uint8_t* one = static_cast<const uint8_t*>(hit);
-            if (one[-1] == 0 && one[-2] == 0)
-                return q - 2 + static_cast<uint64_t>(one - 2 - base);
-            p = one + 1;
-        }
+        const size_t at = NextStartCode(base, 0, n);
+        if (at < n)
+            return q - 2 + at;
         q += n;
     }
     return end;
