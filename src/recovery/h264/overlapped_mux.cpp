@@ -57,10 +57,14 @@ bool OverlappedMux::start(const QString& workDir, bool audioMode, FileWriter& vi
     inputOptions(m_audio, QStringLiteral("-thread_queue_size 4096"));
     m_muxer = std::thread([this, line, workDir] {
         m_result = RunMuxer(line, workDir, -1, &m_cancel);
-        m_muxerDone = true;
         // A muxer that ended early reads no more: the scan must not wait.
         m_video.readerGone();
         m_audio.readerGone();
+        {
+            std::lock_guard<std::mutex> lock(m_doneLock);
+            m_muxerDone = true;
+        }
+        m_doneSignal.notify_all();
     });
     return true;
 }
@@ -99,11 +103,15 @@ void OverlappedMux::abandon(const QString& outPath)
 
 void OverlappedMux::awaitMuxer()
 {
+    // The feeders' failures are looked at every 10 ms; the muxer's end is
+    // taken the moment it comes.
+    std::unique_lock<std::mutex> lock(m_doneLock);
     while (m_muxer.joinable() && !m_muxerDone) {
         if (m_video.failed() || (m_audioMode && m_audio.failed()))
             m_cancel = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        m_doneSignal.wait_for(lock, std::chrono::milliseconds(10));
     }
+    lock.unlock();
     if (m_muxer.joinable())
         m_muxer.join();
 }

@@ -14,7 +14,9 @@
 #include <QByteArray>
 #include <QString>
 #include <atomic>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 #include <thread>
 
 class FileWriter;
@@ -54,7 +56,11 @@ private:
     QByteArray m_videoHead;
     QByteArray m_audioHead;
     std::thread m_muxer;
-    std::atomic<bool> m_muxerDone{false};
+    // Set by the muxer's thread when it ends; the signal wakes the wait at
+    // once rather than at its next look.
+    std::mutex m_doneLock;
+    std::condition_variable m_doneSignal;
+    bool m_muxerDone = false;
     std::atomic<bool> m_cancel{false};
     MuxerResult m_result;
 

@@ -92,24 +92,12 @@ StreamScanner::State StreamScanner::firstFrame()
 {
     const NalStartSet set = audioMode() ? m_rules.audioFirst : m_rules.videoOnlyFirst;
     const NalStartSet successorSet = m_rules.ownSuccessorSet ? m_rules.successor : set;
-    // A position that none of the tests below stops at is passed; a block of
-    // them is tested from one view.
-    auto passes = [&](const uint8_t* v, uint64_t pos) {
-        return !IsFillerRunBytes(v, kFillerRun) && !IsNalStartBytes(v, set)
-            && !(audioMode() && m_patterns.matchBytes(v, m_size - pos));
-    };
-    const size_t block = std::min<size_t>(kScanBlock, m_in.maxView() - kFillerRun);
     while (m_pos < m_size) {
         if (g_stopRequested)
             return State::End;
-        const size_t n = size_t(std::min<uint64_t>(block, m_size - m_pos));
-        const uint8_t* b = m_in.view(m_pos, n + kFillerRun);
-        size_t i = 0;
-        while (i < n && passes(b + i, m_pos + i))
-            ++i;
-        m_pos += i;
-        if (i == n)
-            continue;
+        m_pos = nextCandidate(m_pos, audioMode());
+        if (m_pos >= m_size)
+            break;
         const uint8_t* v = m_in.view(m_pos, kFillerRun);
         if (IsFillerRunBytes(v, kFillerRun)) {
             m_pos += kFillerRun;
@@ -176,7 +164,7 @@ StreamScanner::State StreamScanner::videoState()
         if (m_frameGapCount != 0 || m_audioRunCount >= 1)
             m_video.write(m_paramBlock);
         if (!isUnit(m_pos)) {
-            ++m_pos;
+            m_pos = nextCandidate(m_pos + 1, false);
             continue;
         }
         const uint32_t length = m_in.be32(m_pos);
@@ -206,11 +194,32 @@ StreamScanner::State StreamScanner::videoState()
 // The unit at m_pendingStart has no unit behind it. Decide what follows it:
 // audio (the unit is good), a healthy unit further on (a gap was crossed), or
 // nothing before the end of the file (the unit is dropped).
+uint64_t StreamScanner::nextCandidate(uint64_t from, bool moovAndSound) const
+{
+    // At most a MiB a call, so that the callers' stop checks stay frequent.
+    const uint64_t limit = std::min(m_size, from + (uint64_t(1) << 20));
+    const size_t block = std::min<size_t>(kScanBlock, m_in.maxView() - 2);
+    for (uint64_t pos = from; pos < limit;) {
+        const size_t n = size_t(std::min<uint64_t>(block, limit - pos));
+        const uint8_t* b = m_in.view(pos, n + 2);   // a pattern may start in the last byte
+        for (size_t i = 0; i < n; ++i) {
+            if (b[i] == 0x00 || b[i] == 0xFF)
+                return pos + i;
+            if (moovAndSound && (b[i] == 'm' || m_patterns.matchBytes(b + i, m_size - pos - i)))
+                return pos + i;
+        }
+        pos += n;
+    }
+    return std::max(from, limit);
+}
+
 StreamScanner::State StreamScanner::resync()
 {
     for (;;) {
         if (g_stopRequested)
             return State::End;
+        if (m_skipLengthOnce && m_pos < m_size)
+            m_pos = nextCandidate(m_pos, true);
         if (m_pos >= m_size) {
             ++m_pos;
             return State::Video;
@@ -275,7 +284,7 @@ void StreamScanner::videoOnly()
 {
     while (m_pos < m_size && !g_stopRequested) {
         if (!isUnit(m_pos)) {
-            ++m_pos;
+            m_pos = nextCandidate(m_pos + 1, false);
             continue;
         }
         uint32_t length = m_in.be32(m_pos);
@@ -304,6 +313,8 @@ void StreamScanner::videoOnly()
                 return;
             if (!skip)
                 m_pos += uint64_t(length) + 4;
+            else if (m_pos < m_size)
+                m_pos = nextCandidate(m_pos, false);
             skip = false;
             if (m_pos >= m_size) {
                 ++m_pos;   // the pending unit is dropped

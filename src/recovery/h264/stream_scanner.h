@@ -72,6 +72,12 @@ private:
     State firstFrame();
     void atomCheck();
     State videoState();
+    // The first position from `from` on where a test of the scan can hold:
+    // a byte 00 (a unit's length, a filler run) or FF (a filler run), and
+    // with moovAndSound 'm' (moov) or a sound pattern. The positions before
+    // it fail every test and are passed a block at a time. At most a MiB
+    // ahead (a position there is only tested in vain); m_size at the end.
+    uint64_t nextCandidate(uint64_t from, bool moovAndSound) const;
     State resync();
     State audioState();                    // cutting AAC frames (aac_recovery.cpp)
     void videoOnly();

@@ -141,7 +141,21 @@ AacRangeSplitter::Result AacRangeSplitter::split(Cutter& c, uint64_t begin, uint
 
 uint64_t AacRangeSplitter::resume(Cutter& c, uint64_t from, uint64_t end)
 {
-    for (uint64_t p = from; p + 4 <= end; ++p) {
+    // A plausible element (id 0 or 1, tag 0) and a hole's zeros both start
+    // with a byte whose top two and tag bits are clear: the bytes between
+    // them are passed a block at a time.
+    constexpr uint8_t kNotAnElement = 0xDE;
+    const size_t block = std::min<size_t>(1024, c.reader->maxView());
+    uint64_t p = from;
+    while (p + 4 <= end) {
+        const size_t n = size_t(std::min<uint64_t>(block, end - 3 - p));
+        const uint8_t* b = c.reader->view(p, n);
+        size_t i = 0;
+        while (i < n && (b[i] & kNotAnElement))
+            ++i;
+        p += i;
+        if (i == n)
+            continue;
         const uint8_t* v = c.reader->view(p, 4);
         if (ByteReader::loadBe32(v) == 0) {
             // Zeros (a hole): no frame of sound starts in them (its gain is
@@ -149,14 +163,15 @@ uint64_t AacRangeSplitter::resume(Cutter& c, uint64_t from, uint64_t end)
             const uint64_t nonZero = NextNonZero(*c.reader, p, end);
             if (nonZero >= end)
                 return end;
-            p = std::max(p, nonZero >= 4 ? nonZero - 4 : 0);   // the loop's ++p: three before
+            p = std::max(p, nonZero >= 4 ? nonZero - 4 : 0) + 1;
             continue;
         }
-        if (!AacElementPlausible(v))
-            continue;
-        const uint32_t f = c.framer.frameSize(*c.reader, p, end);
-        if (f && (p + f >= end || c.framer.frameSize(*c.reader, p + f, end)))
-            return p;
+        if (AacElementPlausible(v)) {
+            const uint32_t f = c.framer.frameSize(*c.reader, p, end);
+            if (f && (p + f >= end || c.framer.frameSize(*c.reader, p + f, end)))
+                return p;
+        }
+        ++p;
     }
     return end;
 }
