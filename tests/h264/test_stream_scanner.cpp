@@ -100,6 +100,7 @@ private Q_SLOTS:
         QCOMPARE(bytes(), QByteArray::fromHex("FFF150802E7FFC"));
         QVERIFY(BuildAdtsHeader(8184, 44100, h));   // the largest frame: thirteen bits, header included
         QCOMPARE(AdtsLength(bytes().constData()), 8191);
+        QVERIFY(!BuildAdtsHeader(8185, 44100, h));  // one byte more can't be told
         QVERIFY(!BuildAdtsHeader(100, 12345, h));   // no frequency index: refused
     }
 

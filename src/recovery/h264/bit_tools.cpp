@@ -1,17 +1,21 @@
 #include "recovery/h264/bit_tools.h"
 
-#include <algorithm>
+#include <iterator>
 
-
-const std::map<int32_t, uint32_t>& AdtsSampleRateTable()
+namespace {
+// The four-bit frequency index of an ADTS header for a rate (its low 32
+// bits), or -1 when the header can't name it.
+int AdtsRateIndex(int64_t rate)
 {
-    static const std::map<int32_t, uint32_t> table = {
-        {96000, 0}, {88200, 1}, {64000, 2}, {48000, 3}, {44100, 4}, {32000, 5}, {24000, 6},
-        {22050, 7}, {16000, 8}, {12000, 9}, {11025, 10}, {8000, 11}, {7350, 12}};
-    return table;
+    static constexpr int32_t kRates[] = {96000, 88200, 64000, 48000, 44100, 32000, 24000,
+                                         22050, 16000, 12000, 11025, 8000,  7350};
+    const int32_t key = int32_t(uint32_t(rate));
+    for (int i = 0; i < int(std::size(kRates)); ++i)
+        if (kRates[i] == key)
+            return i;
+    return -1;
 }
-// Built before main runs so the first audio frame pays nothing for it.
-static const auto& s_rateTableAtStart = AdtsSampleRateTable();
+} // namespace
 
 uint32_t ReadBigEndian32(const uint8_t* bytes)
 {
@@ -22,59 +26,29 @@ uint32_t ReadBigEndian32(const uint8_t* bytes)
 
 bool AdtsRateSupported(int64_t rate)
 {
-    if (rate == 0 || rate == 1000)
-        return true;
-    return AdtsSampleRateTable().count(int32_t(uint32_t(rate))) != 0;
+    return rate == 0 || rate == 1000 || AdtsRateIndex(rate) >= 0;
 }
-
-namespace {
-// Fields written most significant bit first. A field takes at least its
-// width, and more when its value needs more bits (a value below 1 is 0).
-class HeaderBits {
-public:
-    void put(int64_t value, unsigned width)
-    {
-        const uint64_t v = value > 0 ? uint64_t(value) : 0;
-        unsigned bits = 0;
-        while (bits < 64 && (v >> bits) != 0)
-            ++bits;
-        for (int b = int(std::max(bits, width)) - 1; b >= 0; --b, ++m_count)
-            if (b < 64 && (v >> b & 1))
-                m_bytes[m_count / 8] |= uint8_t(0x80 >> (m_count % 8));
-    }
-    uint8_t byte(int i) const { return m_bytes[i]; }
-
-private:
-    uint8_t m_bytes[24] = {};
-    unsigned m_count = 0;
-};
-} // namespace
 
 bool BuildAdtsHeader(uint32_t frameSize, int64_t sampleRate, AdtsHeaderBytes& header)
 {
     if (sampleRate == 0 || sampleRate == 1000)
         sampleRate = 48000;
-    constexpr int64_t kChannels = 2;   // the header always says two channels
-    const auto& table = AdtsSampleRateTable();
     // A rate with no ADTS index cannot be written as AAC/ADTS; report it so the
     // pass drops the audio instead of writing frames no decoder accepts.
-    const auto row = table.find(int32_t(uint32_t(sampleRate)));
-    if (row == table.end())
+    const int index = AdtsRateIndex(sampleRate);
+    const uint32_t length = frameSize + 7;   // the frame with its header
+    if (index < 0 || frameSize > kMaxAdtsPayload)
         return false;
-    HeaderBits h;
-    h.put(0xFFF, 12);                     // sync word
-    h.put(0, 1);                          // MPEG-4
-    h.put(0, 2);                          // layer
-    h.put(1, 1);                          // no CRC
-    h.put(1, 2);                          // profile: AAC LC
-    h.put(row->second, 4);                // frequency index
-    h.put(0, 1);                          // private bit
-    h.put(kChannels, 3);
-    h.put(0, 4);                          // original, home, two copyright bits
-    h.put(int32_t(frameSize + 7), 13);    // frame length with the header
-    h.put(0x7FF, 11);                     // buffer fullness: variable rate
-    h.put(0, 2);                          // one raw block
-    for (int i = 0; i < 7; ++i)
-        header[size_t(i)] = uint8_t(h.byte(i));
+    // Sync word FFF, MPEG-4, layer 0, no CRC; profile AAC LC, the frequency
+    // index, no private bit, two channels (the header always says two), no
+    // original, home or copyright bits; the thirteen-bit length; buffer
+    // fullness 7FF (variable rate); one raw block.
+    header[0] = 0xFF;
+    header[1] = 0xF1;
+    header[2] = uint8_t(0x40 | index << 2);
+    header[3] = uint8_t(0x80 | length >> 11);
+    header[4] = uint8_t(length >> 3);
+    header[5] = uint8_t((length & 7) << 5 | 0x1F);
+    header[6] = 0xFC;
     return true;
 }

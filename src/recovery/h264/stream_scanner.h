@@ -4,6 +4,7 @@
 // index. A video unit is told by its own structure (a plausible length and
 // NAL header, and another such header where the length says the next unit
 // starts); an audio frame by the three-byte patterns learnt from the sample.
+#include "recovery/h264/bit_tools.h"
 #include "recovery/h264/chain_facts.h"
 #include "recovery/h264/h264_recovery.h"
 #include "recovery/h264/nal_sets.h"
@@ -51,8 +52,8 @@ public:
     int frameGapCount() const { return m_frameGapCount; }
     int audioRunCount() const { return m_audioRunCount; }
 
-    // Largest raw AAC frame an ADTS header can carry (13-bit length, 7 bytes of header).
-    static constexpr uint32_t kMaxAacFrame = 8184;
+    // Largest raw AAC frame an ADTS header can carry.
+    static constexpr uint32_t kMaxAacFrame = kMaxAdtsPayload;
     // A run of this many bytes of 0x00 or 0xFF is filler, passed whole.
     static constexpr uint32_t kFillerRun = 128;
     // Positions a search tests from one view.
