@@ -22,6 +22,14 @@ const QByteArray kPattern = QByteArray::fromHex("211A8F");
 // A unit of the given NAL header byte and length (header included).
 QByteArray Unit(uint8_t header, int length) { return beWords({uint32_t(length)}) + char(header) + QByteArray(length - 1, 0x5A); }
 QByteArray AudioFrame(int size, const QByteArray& start = kPattern) { return start + QByteArray(size - 3, 0x33); }
+// Bytes that start no unit, filler run, movie or sound pattern.
+QByteArray Noise(int size)
+{
+    QByteArray noise(size, '\0');
+    for (int i = 0; i < noise.size(); ++i)
+        noise[i] = char(0x80 | (i * 37 % 127));
+    return noise;
+}
 // Any mdat size but 0 and 1 puts the scan right behind the header.
 const QByteArray kMdat = beWords({1u << 20}) + "mdat";
 
@@ -159,12 +167,11 @@ private Q_SLOTS:
     }
 
     // A length that points into noise: the unit goes out with it, and after the
-    // gap every unit is preceded by the parameter sets again.
+    // gap every unit is preceded by the parameter sets again. The noise
+    // crosses the reader's window edges.
     void damagedLengthCostsNothing()
     {
-        QByteArray noise(3000, '\0');
-        for (int i = 0; i < noise.size(); ++i)
-            noise[i] = char(0x80 | (i * 37 % 127));
+        const QByteArray noise = Noise(40000);
         const QByteArray damaged = beWords({2000}) + char(0x41) + QByteArray(99, 0x5A);
         const QByteArray file = kMdat + Unit(0x65, 500) + damaged + noise + Unit(0x41, 700) + Unit(0x01, 800);
         const ScanResult r = scan(file, true);
@@ -228,10 +235,14 @@ private Q_SLOTS:
 
     void fileStartingWithAudio()
     {
-        const QByteArray file = kMdat + AudioFrame(200) + AudioFrame(220) + Unit(0x65, 300) + Unit(0x41, 40);
-        const ScanResult r = scan(file, true, {kPattern});
-        QCOMPARE(r.audioFrames, 2);
-        QCOMPARE(r.units.size(), 2);
+        // Noise in front of the first frame, however long, is passed.
+        for (int noise : {0, 40000}) {
+            const QByteArray file = kMdat + Noise(noise) + AudioFrame(200) + AudioFrame(220) + Unit(0x65, 300)
+                                  + Unit(0x41, 40);
+            const ScanResult r = scan(file, true, {kPattern});
+            QCOMPARE(r.audioFrames, 2);
+            QCOMPARE(r.units.size(), 2);
+        }
     }
 
     void uniqueReduction()
