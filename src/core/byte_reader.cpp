@@ -8,8 +8,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// A window larger than the data and a page either side would only hold
+// zeros: a small file gets a small window (many small files are read
+// through several readers at once).
 ByteReader::ByteReader(uint64_t size, size_t window)
-    : m_size(size), m_window(std::max(window, 2 * kAlign))
+    : m_size(size),
+      m_window(std::max(size < window ? std::min(window, roundUp(size_t(size)) + 2 * kAlign) : window, 2 * kAlign))
 {
     // The windows' buffers are made on first use.
 }

@@ -56,7 +56,8 @@ bool SetHiddenInFolder(const QString& folder, const QString& name, bool hidden)
     if (lines.isEmpty())
         return QFile::remove(listPath);
     QFile out(listPath);
-    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    // The stream buffers the text: the file needs no buffer of its own.
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text | QIODevice::Unbuffered))
         return false;
     QTextStream ts(&out);
     ts.setCodec("UTF-8");

@@ -276,7 +276,7 @@ void QuickTimeRoute::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
     QByteArray paramBlock;
     {
         QFile indexing(p.indexing);
-        if (indexing.open(QIODevice::ReadOnly))
+        if (indexing.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             paramBlock = indexing.readAll();
     }
     PatternSet patterns;

@@ -365,7 +365,7 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
     QByteArray paramBlock;
     {
         QFile indexing(p.indexing);
-        if (indexing.open(QIODevice::ReadOnly))
+        if (indexing.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             paramBlock = indexing.readAll();
     }
     m_remuxed = true;

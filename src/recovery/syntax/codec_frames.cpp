@@ -76,8 +76,10 @@ bool AacFramer::init(const uint8_t* asc, size_t n, bool decoderOnly)
     if (!decoderOnly)
         m_syntax.init(asc, n);
     m_asc.assign(asc, asc + n);
+    // The decoder itself is made when a frame first needs it: the syntax
+    // reader sizes most frames alone, and many scans meet no sound at all.
     mp4AudioSpecificConfig parsed;
-    if (NeAACDecAudioSpecificConfig(m_asc.data(), static_cast<unsigned long>(n), &parsed) < 0 || !open()) {
+    if (NeAACDecAudioSpecificConfig(m_asc.data(), static_cast<unsigned long>(n), &parsed) < 0) {
         m_asc.clear();
         return false;
     }
@@ -121,14 +123,18 @@ uint32_t AacFramer::frameSize(const uint8_t* p, size_t avail)
             return 0;
         }
     }
-    if ((m_spoiled || !m_decoder) && !open())
+    if ((m_spoiled || !m_decoder) && !open()) {
+        m_asc.clear();   // a configuration the decoder won't take sizes nothing
         return 0;
+    }
     uint32_t size = decodeOnce(p, avail);
     // Frames decoded since the last rebuild may have been false finds whose
     // state makes a true frame fail: answer from a clean decoder instead.
     if (!size && m_decodedSinceOpen) {
-        if (!open())
+        if (!open()) {
+            m_asc.clear();
             return 0;
+        }
         size = decodeOnce(p, avail);
     }
     m_spoiled = size == 0;

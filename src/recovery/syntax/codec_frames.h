@@ -39,7 +39,9 @@ public:
     AacFramer(const AacFramer&) = delete;
     AacFramer& operator=(const AacFramer&) = delete;
 
-    // asc: the AudioSpecificConfig bytes. False when FAAD2 refuses them.
+    // asc: the AudioSpecificConfig bytes. False when FAAD2 can't read them.
+    // The decoder is made when a frame first needs it; should it refuse the
+    // configuration then, no frame gets a size from there on.
     // decoderOnly: every frame through FAAD2 (to check the syntax reader).
     bool init(const uint8_t* asc, size_t n, bool decoderOnly = false);
     // Bytes the raw frame at p takes when it decodes without error and with
