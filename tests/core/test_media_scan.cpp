@@ -20,6 +20,28 @@ QString Clip(const QString& sound)
 
 } // namespace
 
+namespace syntax {
+bool operator==(const VideoFrame& a, const VideoFrame& b)
+{
+    return a.poc == b.poc && a.size == b.size && a.keyframe == b.keyframe && a.pocReset == b.pocReset;
+}
+} // namespace syntax
+
+namespace {
+
+// Every record of table, in order.
+template <typename Record>
+std::vector<Record> All(const RecordTable<Record>& table)
+{
+    std::vector<Record> all;
+    Record r;
+    for (auto it = table.reader(); it.next(r);)
+        all.push_back(r);
+    return all;
+}
+
+} // namespace
+
 class TestMediaScan : public QObject {
     Q_OBJECT
 
@@ -79,13 +101,15 @@ private Q_SLOTS:
         const ScanResult scan = ScanMedia(damaged, model, LocateMediaData(damaged), ScanControl());
 
         QSet<QPair<qint64, qint64>> found;
+        auto frames = scan.video.frames.reader();
         for (const ScannedChunk& c : scan.chunks) {
             if (c.sound)
                 continue;
             qint64 pos = qint64(c.offset);
-            for (uint64_t i = 0; i < c.samples; ++i) {
-                found.insert({pos, qint64(scan.video.sizes[size_t(c.firstSample + i)])});
-                pos += scan.video.sizes[size_t(c.firstSample + i)];
+            VideoFrame f;
+            for (uint64_t i = 0; i < c.samples && frames.next(f); ++i) {
+                found.insert({pos, qint64(f.size)});
+                pos += f.size;
             }
         }
         int missing = 0;
@@ -115,9 +139,54 @@ private Q_SLOTS:
 
         // The same bytes scan the same way.
         const ScanResult again = ScanMedia(damaged, model, LocateMediaData(damaged), ScanControl());
-        QCOMPARE(again.video.sizes, scan.video.sizes);
-        QCOMPARE(again.soundSizes, scan.soundSizes);
-        QCOMPARE(again.video.poc, scan.video.poc);
+        QCOMPARE(All(again.video.frames), All(scan.video.frames));
+        QCOMPARE(All(again.soundSizes), All(scan.soundSizes));
+    }
+
+    // A table of many blocks keeps one in memory and the others in its
+    // file, reads back what went in, and leaves nothing behind; one of a
+    // single block never makes the file.
+    void tableSpillsBlocks()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral(".syntax-clip.mov.sound"));
+        for (uint32_t count : {16u, 100u}) {
+            {
+                RecordTable<uint32_t> table(path, 16 * sizeof(uint32_t));
+                std::vector<uint32_t> in;
+                for (uint32_t i = 0; i < count; ++i) {
+                    in.push_back(i * 2654435761u);
+                    table.push_back(in.back());
+                }
+                QVERIFY(table.seal());
+                QCOMPARE(QFileInfo(path).size(), count > 16 ? qint64(96 * sizeof(uint32_t)) : 0);
+                QCOMPARE(All(table), in);
+                QCOMPARE(All(table), in);   // a second reader starts again at the first
+            }
+            QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        }
+    }
+
+    // A full disk under the table's file: the table says it is not whole,
+    // and neither file stays.
+    void tableOnFullDisk()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/full")))
+            QSKIP("no /dev/full");
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral(".syntax-clip.mov.video"));
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), PartialPath(path)));
+        const unsigned full = FileWriter::outOfSpaceFailures();
+        {
+            ScanResult scan;
+            scan.video.frames = RecordTable<VideoFrame>(path, 4 * sizeof(VideoFrame));
+            for (int i = 0; i < 10; ++i)
+                scan.video.frames.push_back(VideoFrame());
+            QVERIFY(!scan.video.frames.seal());
+            QVERIFY(!scan.tablesKept());
+        }
+        QVERIFY(FileWriter::outOfSpaceFailures() > full);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System), QStringList());
     }
 };
 
