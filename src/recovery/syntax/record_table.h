@@ -31,7 +31,8 @@ public:
     // window bytes. False when a write failed (a full disk) or the file
     // can't be read.
     bool seal(size_t window);
-    // A write or a read failed.
+    // The records are not all readable: a write failed, the file could not
+    // be opened for reading (or was not sealed yet), or a read failed.
     bool failed() const { return m_writer.failed() || !m_reader || m_reader->ioError(); }
     // n bytes at pos, valid until the next call (null before seal()).
     const uint8_t* view(uint64_t pos, size_t n) const { return m_reader ? m_reader->view(pos, n) : nullptr; }
@@ -78,9 +79,9 @@ public:
     // A record could not be kept or read back: the table is not whole.
     bool failed() const { return m_spill && m_spill->failed(); }
 
-    // Reads the records in order, from the first. Readers of one table share
-    // its file's windows: any number may be used, one block at a time is
-    // fastest.
+    // Reads the records in order, from the first. The readers of one table
+    // share the two windows of its file's reader: two at a time each keep a
+    // window of their own.
     class Reader {
     public:
         explicit Reader(const RecordTable& t) : m_table(t) {}
