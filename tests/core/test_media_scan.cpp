@@ -2,6 +2,7 @@
 // clip it came from, whole and damaged; the code search across zeros.
 #include "core/code_search.h"
 #include "recovery/syntax/media_scan.h"
+#include "recovery/syntax/movie_writer.h"
 #include "support/test_videos.h"
 
 #include <QtTest>
@@ -167,23 +168,30 @@ private Q_SLOTS:
         }
     }
 
-    // A full disk under the table's file: the table says it is not whole,
-    // and neither file stays.
+    // A full disk under a table's file: the table is not whole, the movie
+    // of that scan is not written, and no file stays.
     void tableOnFullDisk()
     {
         if (!QFile::exists(QStringLiteral("/dev/full")))
             QSKIP("no /dev/full");
+        const QString clip = Clip(QStringLiteral("aac"));
+        QVERIFY(!clip.isEmpty());
+        MemoryReader r(readAll(clip));
+        MovieModel model;
+        QVERIFY(LearnMovie(r, model));
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral(".syntax-clip.mov.video"));
-        QVERIFY(QFile::link(QStringLiteral("/dev/full"), PartialPath(path)));
+        const QString out = dir.filePath(QStringLiteral(".syntax-clip.mov"));
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), PartialPath(out + QStringLiteral(".video"))));
         const unsigned full = FileWriter::outOfSpaceFailures();
         {
             ScanResult scan;
-            scan.video.frames = RecordTable<VideoFrame>(path, 4 * sizeof(VideoFrame));
+            scan.video.frames = RecordTable<VideoFrame>(out + QStringLiteral(".video"), 4 * sizeof(VideoFrame));
             for (int i = 0; i < 10; ++i)
                 scan.video.frames.push_back(VideoFrame());
             QVERIFY(!scan.video.frames.seal());
-            QVERIFY(!scan.tablesKept());
+            MovieOutput output;
+            QVERIFY(output.start(out, clip, LocateMediaData(r), QByteArray(), nullptr));
+            QVERIFY(!output.finish(model, scan));
         }
         QVERIFY(FileWriter::outOfSpaceFailures() > full);
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System), QStringList());

@@ -371,8 +371,7 @@ void MovieOutput::abandon()
 bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
 {
     join();
-    if (scan.video.frames.empty() || !scan.tablesKept() || (m_stop && m_stop->load())
-        || m_out.pos() != m_dataStart + (m_range.end - m_range.begin)) {
+    if (scan.video.frames.empty() || (m_stop && m_stop->load()) || m_out.pos() != m_dataStart + (m_range.end - m_range.begin)) {
         abandon();
         return false;
     }
@@ -412,7 +411,7 @@ bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
     for (const TrackOut& t : tracks)
         WriteTrack(w, t, scan, place, m_quickTime);
     w.endBox();
-    if (!scan.tablesKept()) {   // a table's file could not be read back
+    if (!scan.tablesKept()) {   // a frame table's file could not be written or read back
         abandon();
         return false;
     }
