@@ -2,6 +2,7 @@
 // clip it came from, whole and damaged; the code search across zeros.
 #include "core/code_search.h"
 #include "recovery/syntax/media_scan.h"
+#include "recovery/syntax/movie_writer.h"
 #include "support/test_videos.h"
 
 #include <QtTest>
@@ -16,6 +17,28 @@ QString Clip(const QString& sound)
     return make(QStringLiteral("scan_%1.mov").arg(sound),
                 lavfiVideo(3, QStringLiteral("160x120"), 25) + lavfiAudio(3)
                     << "-c:v" << "libx264" << "-preset" << "veryfast" << "-g" << "12" << "-c:a" << sound);
+}
+
+} // namespace
+
+namespace syntax {
+bool operator==(const VideoFrame& a, const VideoFrame& b)
+{
+    return a.poc == b.poc && a.size == b.size && a.keyframe == b.keyframe && a.pocReset == b.pocReset;
+}
+} // namespace syntax
+
+namespace {
+
+// Every record of table, in order.
+template <typename Record>
+std::vector<Record> All(const RecordTable<Record>& table)
+{
+    std::vector<Record> all;
+    Record r;
+    for (auto it = table.reader(); it.next(r);)
+        all.push_back(r);
+    return all;
 }
 
 } // namespace
@@ -79,13 +102,15 @@ private Q_SLOTS:
         const ScanResult scan = ScanMedia(damaged, model, LocateMediaData(damaged), ScanControl());
 
         QSet<QPair<qint64, qint64>> found;
+        auto frames = scan.video.frames.reader();
         for (const ScannedChunk& c : scan.chunks) {
             if (c.sound)
                 continue;
             qint64 pos = qint64(c.offset);
-            for (uint64_t i = 0; i < c.samples; ++i) {
-                found.insert({pos, qint64(scan.video.sizes[size_t(c.firstSample + i)])});
-                pos += scan.video.sizes[size_t(c.firstSample + i)];
+            VideoFrame f;
+            for (uint64_t i = 0; i < c.samples && frames.next(f); ++i) {
+                found.insert({pos, qint64(f.size)});
+                pos += f.size;
             }
         }
         int missing = 0;
@@ -115,9 +140,61 @@ private Q_SLOTS:
 
         // The same bytes scan the same way.
         const ScanResult again = ScanMedia(damaged, model, LocateMediaData(damaged), ScanControl());
-        QCOMPARE(again.video.sizes, scan.video.sizes);
-        QCOMPARE(again.soundSizes, scan.soundSizes);
-        QCOMPARE(again.video.poc, scan.video.poc);
+        QCOMPARE(All(again.video.frames), All(scan.video.frames));
+        QCOMPARE(All(again.soundSizes), All(scan.soundSizes));
+    }
+
+    // A table of many blocks keeps one in memory and the others in its
+    // file, reads back what went in, and leaves nothing behind; one of a
+    // single block never makes the file.
+    void tableSpillsBlocks()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral(".syntax-clip.mov.sound"));
+        for (uint32_t count : {16u, 100u}) {
+            {
+                RecordTable<uint32_t> table(path, 16 * sizeof(uint32_t));
+                std::vector<uint32_t> in;
+                for (uint32_t i = 0; i < count; ++i) {
+                    in.push_back(i * 2654435761u);
+                    table.push_back(in.back());
+                }
+                QVERIFY(table.seal());
+                QCOMPARE(QFileInfo(path).size(), count > 16 ? qint64(96 * sizeof(uint32_t)) : 0);
+                QCOMPARE(All(table), in);
+                QCOMPARE(All(table), in);   // a second reader starts again at the first
+            }
+            QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        }
+    }
+
+    // A full disk under a table's file: the table is not whole, the movie
+    // of that scan is not written, and no file stays.
+    void tableOnFullDisk()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/full")))
+            QSKIP("no /dev/full");
+        const QString clip = Clip(QStringLiteral("aac"));
+        QVERIFY(!clip.isEmpty());
+        MemoryReader r(readAll(clip));
+        MovieModel model;
+        QVERIFY(LearnMovie(r, model));
+        QTemporaryDir dir;
+        const QString out = dir.filePath(QStringLiteral(".syntax-clip.mov"));
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), PartialPath(out + QStringLiteral(".video"))));
+        const unsigned full = FileWriter::outOfSpaceFailures();
+        {
+            ScanResult scan;
+            scan.video.frames = RecordTable<VideoFrame>(out + QStringLiteral(".video"), 4 * sizeof(VideoFrame));
+            for (int i = 0; i < 10; ++i)
+                scan.video.frames.push_back(VideoFrame());
+            QVERIFY(!scan.video.frames.seal());
+            MovieOutput output;
+            QVERIFY(output.start(out, clip, LocateMediaData(r), QByteArray(), nullptr));
+            QVERIFY(!output.finish(model, scan));
+        }
+        QVERIFY(FileWriter::outOfSpaceFailures() > full);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System), QStringList());
     }
 };
 

@@ -1,5 +1,6 @@
 // The NAL syntax reader against encoder-made clips: every unit valid, picture
 // starts, key frames and presentation order as the tables say.
+#include "recovery/syntax/media_scan.h"
 #include "recovery/syntax/nal_syntax.h"
 #include "support/test_videos.h"
 
@@ -14,7 +15,7 @@ using namespace syntax;
 namespace {
 
 // The body of the first box named fourcc at or after from, found by its name.
-QByteArray Box(const QByteArray& file, qint64 from, const char* fourcc)
+QByteArray BoxBody(const QByteArray& file, qint64 from, const char* fourcc)
 {
     const qint64 at = file.indexOf(fourcc, int(from));
     return at < 4 ? QByteArray() : file.mid(int(at) + 4, int(readBe(file, at - 4, 4)) - 8);
@@ -86,6 +87,15 @@ QByteArray IdrSlice(quint32 firstMb)
     return b.done();
 }
 
+// The composition offsets of frames and their shift, as the movie gets them.
+std::pair<std::vector<uint32_t>, uint32_t> Offsets(const RecordTable<VideoFrame>& frames)
+{
+    std::vector<uint32_t> off;
+    const uint32_t shift = CompositionOffsets(frames, 0, nullptr);
+    CompositionOffsets(frames, shift, [&](uint32_t o) { off.push_back(o); });
+    return {off, shift};
+}
+
 } // namespace
 
 class TestNalSyntax : public QObject {
@@ -120,11 +130,11 @@ private slots:
         const QByteArray file = readAll(path);
         const qint64 moov = findTopLevelAtom(file, "moov");
         QVERIFY(moov > 0);
-        const QByteArray cfg = Box(file, moov, codec == NalCodec::H264 ? "avcC" : "hvcC");
+        const QByteArray cfg = BoxBody(file, moov, codec == NalCodec::H264 ? "avcC" : "hvcC");
         NalSyntax syn;
         QVERIFY(syn.loadConfig(codec, reinterpret_cast<const uint8_t*>(cfg.constData()), size_t(cfg.size())));
         std::set<int> sync;
-        const QByteArray stss = Box(file, moov, "stss");
+        const QByteArray stss = BoxBody(file, moov, "stss");
         for (quint32 k = 0; stss.size() >= 8 && k < readBe(stss, 4, 4); ++k)
             sync.insert(int(readBe(stss, 8 + 4 * k, 4)) - 1);
 
@@ -132,8 +142,8 @@ private slots:
         QCOMPARE(run("ffprobe", splitArgs("-v error -select_streams v:0 -show_entries packet=pos,size,pts -of csv=p=0")
                                     << path, &probe), 0);
         PocTracker tracker(syn);
-        std::vector<int64_t> pocs, pts;
-        std::vector<bool> resets;
+        std::vector<int64_t> pts;
+        RecordTable<VideoFrame> frames;
         std::set<int> types;
         for (const QByteArray& line : probe.trimmed().split('\n')) {
             const QList<QByteArray> f = line.split(',');   // pts, size, pos
@@ -163,8 +173,10 @@ private slots:
                 sawSlice = true;
                 QVERIFY2(info.sliceHeaderOk, qPrintable(QString("sample %1").arg(i)));
                 QCOMPARE(info.keyframe, sync.count(i) == 1);
-                pocs.push_back(tracker.next(info));
-                resets.push_back(info.pocReset);
+                VideoFrame frame;
+                frame.poc = tracker.next(info);
+                frame.pocReset = info.pocReset;
+                frames.push_back(frame);
                 if (pocType >= 0)
                     QCOMPARE(syn.avcSps(info.spsId)->pocType, pocType);
             }
@@ -174,8 +186,7 @@ private slots:
         QVERIFY(pts.size() >= 90);
 
         // The presentation order the counts give is the file's.
-        uint32_t shift = 0;
-        const std::vector<uint32_t> off = CompositionOffsets(pocs, resets, &shift);
+        const std::vector<uint32_t> off = Offsets(frames).first;
         std::vector<int> ours(pts.size()), theirs(pts.size());
         std::iota(ours.begin(), ours.end(), 0);
         std::iota(theirs.begin(), theirs.end(), 0);
@@ -236,6 +247,13 @@ private slots:
         QTest::newRow("two runs") << QVector<qint64>{0, 4, 2, 0, 4, 2}
                                   << QVector<bool>{true, false, false, true, false, false}
                                   << QVector<uint>{1, 2, 0, 1, 2, 0} << 1u;
+        QTest::newRow("ties in decode order") << QVector<qint64>{0, 4, 4, 2, 2} << QVector<bool>(5, false)
+                                              << QVector<uint>{2, 4, 4, 0, 0} << 2u;
+        QTest::newRow("three runs") << QVector<qint64>{4, 0, 0, 6, 2, 4, 2, 0}
+                                    << QVector<bool>{true, false, true, false, false, false, false, true}
+                                    << QVector<uint>{3, 1, 2, 5, 1, 2, 0, 2} << 2u;
+        QTest::newRow("in order") << QVector<qint64>{0, 2, 4} << QVector<bool>(3, false)
+                                  << QVector<uint>{0, 0, 0} << 0u;
     }
     void offsetsFollowTheCounts()
     {
@@ -243,11 +261,19 @@ private slots:
         QFETCH(QVector<bool>, reset);
         QFETCH(QVector<uint>, offsets);
         QFETCH(uint, shift);
-        uint32_t got = 99;
-        const std::vector<uint32_t> off = CompositionOffsets(std::vector<int64_t>(poc.begin(), poc.end()),
-                                                             std::vector<bool>(reset.begin(), reset.end()), &got);
-        QCOMPARE(QVector<uint>(off.begin(), off.end()), offsets);
-        QCOMPARE(uint(got), shift);
+        // Blocks of three pictures on disk: runs cross their edges.
+        QTemporaryDir dir;
+        RecordTable<VideoFrame> frames(dir.filePath(QStringLiteral(".syntax-x.video")), 3 * sizeof(VideoFrame));
+        for (int i = 0; i < poc.size(); ++i) {
+            VideoFrame f;
+            f.poc = poc[i];
+            f.pocReset = reset[i];
+            frames.push_back(f);
+        }
+        QVERIFY(frames.seal());
+        const auto got = Offsets(frames);
+        QCOMPARE(QVector<uint>(got.first.begin(), got.first.end()), offsets);
+        QCOMPARE(uint(got.second), shift);
     }
 };
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <numeric>
 
 namespace syntax {
 namespace {
@@ -309,6 +310,10 @@ public:
     Scanner(ByteReader& r, const MovieModel& m, MediaRange range, const ScanControl& control)
         : m_r(r), m_range(range), m_control(control)
     {
+        if (!control.spillPath.isEmpty()) {
+            m_out.video.frames = RecordTable<VideoFrame>(control.spillPath + QStringLiteral(".video"));
+            m_out.soundSizes = RecordTable<uint32_t>(control.spillPath + QStringLiteral(".sound"));
+        }
         if (m.videoTrack >= 0) {
             m_video = MakeVideo(m.tracks[size_t(m.videoTrack)]);
             if (auto* nal = dynamic_cast<NalVideo*>(m_video.get())) {
@@ -375,6 +380,8 @@ public:
             placeSoundFrames(true);
         if (m_control.progress)
             m_control.progress(end - m_range.begin, end - m_range.begin);
+        m_out.video.frames.seal();
+        m_out.soundSizes.seal();
         return std::move(m_out);
     }
 
@@ -428,17 +435,19 @@ private:
     void keepVideo(uint64_t pos, const VideoSample& s)
     {
         m_video->keep(m_r, pos, s);
-        m_out.video.sizes.push_back(uint32_t(s.size));
-        m_out.video.keyframe.push_back(s.keyframe);
+        VideoFrame f;
+        f.size = uint32_t(s.size);
+        f.keyframe = s.keyframe;
         if (m_poc) {
             // Behind a gap the order count starts afresh, and so does the run
             // of pictures ordered by it: what came before can't be ordered
             // against it.
             if (m_gap)
                 m_poc->reset();
-            m_out.video.poc.push_back(m_poc->next(s.first));
-            m_out.video.pocReset.push_back(s.first.pocReset || m_gap);
+            f.poc = m_poc->next(s.first);
+            f.pocReset = s.first.pocReset || m_gap;
         }
+        m_out.video.frames.push_back(f);
         m_gap = false;
         m_last = s;
         m_haveLast = true;
@@ -449,7 +458,7 @@ private:
     {
         ScannedChunk chunk;
         chunk.offset = pos;
-        chunk.firstSample = m_out.video.sizes.size();
+        chunk.firstSample = m_out.video.frames.size();
         uint64_t q = pos;
         while (q < end) {
             VideoSample s = m_video->measure(m_r, q, end, last());
@@ -471,7 +480,7 @@ private:
             if (s.openEnd && m_sound == SoundCodec::Pcm)
                 break;
         }
-        chunk.samples = m_out.video.sizes.size() - chunk.firstSample;
+        chunk.samples = m_out.video.frames.size() - chunk.firstSample;
         if (chunk.samples == 0)
             return pos;
         chunk.bytes = q - pos;
@@ -592,7 +601,8 @@ private:
                 c.samples = run.frames.size();
                 for (uint32_t f : run.frames)
                     c.bytes += f;
-                m_out.soundSizes.insert(m_out.soundSizes.end(), run.frames.begin(), run.frames.end());
+                for (uint32_t f : run.frames)
+                    m_out.soundSizes.push_back(f);
                 m_out.chunks.push_back(c);
             }
         }
@@ -757,6 +767,38 @@ void ScannedChunks::const_iterator::load()
     m_chunk.samples = samples >> 1;
     m_chunk.firstSample = m_next[m_chunk.sound];
     m_next[m_chunk.sound] += m_chunk.samples;
+}
+
+uint32_t CompositionOffsets(const RecordTable<VideoFrame>& frames, uint32_t shift,
+                            const std::function<void(uint32_t)>& emit)
+{
+    int64_t most = 0;   // the largest i - p(i)
+    std::vector<int64_t> poc;
+    std::vector<uint32_t> order;   // order[k]: index in the run of the k-th picture presented
+    std::vector<int64_t> moved;    // p(i) - i of each picture of the run
+    auto endRun = [&] {
+        order.resize(poc.size());
+        std::iota(order.begin(), order.end(), uint32_t(0));
+        std::stable_sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) { return poc[a] < poc[b]; });
+        moved.resize(poc.size());
+        for (size_t k = 0; k < order.size(); ++k) {
+            moved[order[k]] = int64_t(k) - int64_t(order[k]);
+            most = std::max(most, int64_t(order[k]) - int64_t(k));
+        }
+        if (emit)
+            for (int64_t m : moved)
+                emit(uint32_t(m + shift));
+        poc.clear();
+    };
+    VideoFrame f;
+    for (auto r = frames.reader(); r.next(f);) {
+        if (f.pocReset && !poc.empty())
+            endRun();
+        poc.push_back(f.poc);
+    }
+    if (!poc.empty())
+        endRun();
+    return uint32_t(most);
 }
 
 ScanResult ScanMedia(ByteReader& r, const MovieModel& model, MediaRange range, const ScanControl& control)

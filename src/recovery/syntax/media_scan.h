@@ -6,6 +6,7 @@
 // (a hole, junk, a track we don't keep), the scan moves on to the next place
 // where video validates, and counts the bytes it passed over.
 #include "recovery/syntax/movie_model.h"
+#include "recovery/syntax/record_table.h"
 
 #include <atomic>
 #include <cstdint>
@@ -24,13 +25,29 @@ struct ScannedChunk {
     uint64_t samples = 0;       // samples of the track in this chunk (PCM: frames)
 };
 
+// One video sample.
+struct VideoFrame {
+    int64_t poc = 0;         // H.264 / HEVC: picture order count
+    uint32_t size = 0;
+    uint8_t keyframe = 0;
+    uint8_t pocReset = 0;    // the order count starts again here
+};
+
 struct ScannedVideo {
-    std::vector<uint32_t> sizes;
-    std::vector<uint8_t> keyframe;
-    std::vector<int64_t> poc;        // H.264 / HEVC: picture order count of each picture
-    std::vector<uint8_t> pocReset;
+    RecordTable<VideoFrame> frames;   // in decode order
     bool hasPoc = false;
 };
+
+// Composition offsets of the frames in frames, computed one run of pictures
+// at a time. Runs begin at each pocReset picture (and at the first); inside
+// a run pictures are presented in order of count (ties in decode order).
+// With p(i) the presentation index of picture i, emit (when given) receives
+// off(i) = p(i) - i + shift for each picture in decode order. Returns the
+// smallest shift that leaves no offset negative, max(i - p(i)); it is 0 only
+// when every picture is presented in decode order. Memory holds the longest
+// run: one group of pictures in an ordinary camera's file.
+uint32_t CompositionOffsets(const RecordTable<VideoFrame>& frames, uint32_t shift,
+                            const std::function<void(uint32_t)>& emit);
 
 // The chunks of a scan in file order, a few bytes each (a recording of
 // hours has millions): the offset is kept as the distance from the end of
@@ -80,11 +97,13 @@ private:
 struct ScanResult {
     ScannedChunks chunks;
     ScannedVideo video;
-    std::vector<uint32_t> soundSizes;   // AAC: one per frame
+    RecordTable<uint32_t> soundSizes;   // AAC: one per frame
     uint64_t pcmFrames = 0;             // PCM: frames of all chunks
     uint64_t skippedBytes = 0;
     uint64_t skippedRanges = 0;
     bool stopped = false;
+    // The frame tables are whole (their files could be written and read).
+    bool tablesKept() const { return !video.frames.failed() && !soundSizes.failed(); }
 };
 
 struct ScanControl {
@@ -94,6 +113,9 @@ struct ScanControl {
     std::vector<ByteReader*> soundReaders;
     // Called now and then with the bytes scanned so far and the range's size.
     std::function<void(uint64_t done, uint64_t total)> progress;
+    // Where the frame tables of a long scan go, as files whose names begin
+    // with this path (empty: they stay in memory).
+    QString spillPath;
 };
 
 // Scans [range.begin, range.end) of r for the samples of the model's first

@@ -1,7 +1,6 @@
 #include "recovery/syntax/movie_writer.h"
 
 #include "core/file_writer.h"
-#include "recovery/syntax/nal_syntax.h"
 
 #include <QFile>
 #include <algorithm>
@@ -24,7 +23,7 @@ struct TrackOut {
     uint64_t shown() const { return sound ? mediaDuration - std::min(mediaDuration, editStart) : mediaDuration; }
     uint64_t chunks = 0;
     uint64_t lastChunk = 0;               // the last chunk's offset in the new file
-    std::vector<uint32_t> composition;    // video: offsets in frames, empty when all 0
+    uint32_t shift = 0;                   // video: added to every composition offset; 0: no offsets
 };
 
 // Where the scanned media lie in the new file.
@@ -99,26 +98,44 @@ void WriteDinf(FileWriter& w, bool quickTime)
     w.endBox();
 }
 
-// Run-length table of (count, value) pairs.
-template <typename Value>
-void WriteRuns(FileWriter& w, const char* code, const std::vector<Value>& values, Value scale)
+// ctts: the video's composition offsets (in frames, shift added), as runs
+// of equal values.
+void WriteCtts(FileWriter& w, const ScanResult& scan, uint32_t shift, uint32_t sampleDelta)
 {
-    w.beginBox(code);
+    w.beginBox("ctts");
     w.be32(0);
     const uint64_t countAt = w.pos();
     w.be32(0);
-    uint32_t entries = 0;
-    for (size_t i = 0; i < values.size();) {
-        size_t j = i;
-        while (j < values.size() && values[j] == values[i] && j - i < 0xFFFFFFF0u)
-            ++j;
-        w.be32(uint32_t(j - i));
-        w.be32(uint32_t(values[i] * scale));
+    uint32_t entries = 0, count = 0, value = 0;
+    auto put = [&] {
+        w.be32(count);
+        w.be32(value * sampleDelta);
         ++entries;
-        i = j;
-    }
+    };
+    CompositionOffsets(scan.video.frames, shift, [&](uint32_t offset) {
+        if (count && offset == value && count < 0xFFFFFFF0u) {
+            ++count;
+            return;
+        }
+        if (count)
+            put();
+        count = 1;
+        value = offset;
+    });
+    if (count)
+        put();
     w.patchBe32(countAt, entries);
     w.endBox();
+}
+
+// stsz's count and sizes, the size of each record given by sizeOf.
+template <typename Record, typename SizeOf>
+void WriteSizes(FileWriter& w, const RecordTable<Record>& table, SizeOf sizeOf)
+{
+    w.be32(uint32_t(table.size()));
+    Record r;
+    for (auto it = table.reader(); it.next(r);)
+        w.be32(sizeOf(r));
 }
 
 void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan, const Placement& place)
@@ -135,17 +152,24 @@ void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan,
         w.be32(m.sampleDelta);
     }
     w.endBox();
-    if (!t.sound && !t.composition.empty())
-        WriteRuns<uint32_t>(w, "ctts", t.composition, m.sampleDelta);
+    if (!t.sound && t.shift)
+        WriteCtts(w, scan, t.shift, m.sampleDelta);
     if (!t.sound) {
-        const auto& keys = scan.video.keyframe;
-        if (std::count(keys.begin(), keys.end(), uint8_t(1)) != ptrdiff_t(keys.size())) {
+        const RecordTable<VideoFrame>& frames = scan.video.frames;
+        VideoFrame f;
+        uint64_t keys = 0;
+        for (auto r = frames.reader(); r.next(f);)
+            keys += f.keyframe ? 1 : 0;
+        if (keys != frames.size()) {
             w.beginBox("stss");
             w.be32(0);
-            w.be32(uint32_t(std::count(keys.begin(), keys.end(), uint8_t(1))));
-            for (size_t i = 0; i < keys.size(); ++i)
-                if (keys[i])
-                    w.be32(uint32_t(i + 1));
+            w.be32(uint32_t(keys));
+            uint32_t i = 0;
+            for (auto r = frames.reader(); r.next(f);) {
+                ++i;
+                if (f.keyframe)
+                    w.be32(i);
+            }
             w.endBox();
         }
     }
@@ -175,11 +199,11 @@ void WriteSampleTables(FileWriter& w, const TrackOut& t, const ScanResult& scan,
         w.be32(m.pcmFrameBytes);
         w.be32(uint32_t(t.samples));
     } else {
-        const std::vector<uint32_t>& sizes = t.sound ? scan.soundSizes : scan.video.sizes;
         w.be32(0);
-        w.be32(uint32_t(sizes.size()));
-        for (uint32_t s : sizes)
-            w.be32(s);
+        if (t.sound)
+            WriteSizes(w, scan.soundSizes, [](uint32_t s) { return s; });
+        else
+            WriteSizes(w, scan.video.frames, [](const VideoFrame& f) { return f.size; });
     }
     w.endBox();
     const bool wide = t.lastChunk > 0xFFFFFFFFu;
@@ -255,14 +279,12 @@ std::vector<TrackOut> PlanTracks(const MovieModel& model, const ScanResult& scan
                 continue;
             t.editStart = std::min<uint64_t>(uint64_t(t.model->editMediaTime), t.samples * t.model->sampleDelta / 2);
         } else {
-            t.samples = scan.video.sizes.size();
-            if (composition && scan.video.hasPoc && scan.video.poc.size() == t.samples) {
-                std::vector<bool> resets(scan.video.pocReset.begin(), scan.video.pocReset.end());
-                uint32_t shift = 0;
-                t.composition = CompositionOffsets(scan.video.poc, resets, &shift);
-                if (std::all_of(t.composition.begin(), t.composition.end(), [](uint32_t o) { return o == 0; }))
-                    t.composition.clear();
-                t.editStart = uint64_t(shift) * t.model->sampleDelta;
+            t.samples = scan.video.frames.size();
+            if (composition && scan.video.hasPoc) {
+                // A first pass over the frames for the shift alone; the
+                // offsets are computed again as ctts is written.
+                t.shift = CompositionOffsets(scan.video.frames, 0, nullptr);
+                t.editStart = uint64_t(t.shift) * t.model->sampleDelta;
             }
         }
         t.mediaDuration = t.samples * t.model->sampleDelta;
@@ -280,7 +302,7 @@ std::vector<TrackOut> PlanTracks(const MovieModel& model, const ScanResult& scan
 MovieFigures FiguresOf(const MovieModel& model, const ScanResult& scan)
 {
     MovieFigures f;
-    f.videoFrames = scan.video.sizes.size();
+    f.videoFrames = scan.video.frames.size();
     for (const TrackOut& t : PlanTracks(model, scan, false)) {
         const double seconds = t.model->timeScale ? double(t.shown()) / t.model->timeScale : 0.0;
         (t.sound ? f.audioSeconds : f.videoSeconds) = seconds;
@@ -349,7 +371,7 @@ void MovieOutput::abandon()
 bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
 {
     join();
-    if (scan.video.sizes.empty() || (m_stop && m_stop->load()) || m_out.pos() != m_dataStart + (m_range.end - m_range.begin)) {
+    if (scan.video.frames.empty() || (m_stop && m_stop->load()) || m_out.pos() != m_dataStart + (m_range.end - m_range.begin)) {
         abandon();
         return false;
     }
@@ -389,6 +411,10 @@ bool MovieOutput::finish(const MovieModel& model, const ScanResult& scan)
     for (const TrackOut& t : tracks)
         WriteTrack(w, t, scan, place, m_quickTime);
     w.endBox();
+    if (!scan.tablesKept()) {   // a frame table's file could not be written or read back
+        abandon();
+        return false;
+    }
     const QString path = w.path();
     if (!w.close()) {
         QFile::remove(path);

@@ -2,7 +2,6 @@
 #include "recovery/syntax/nal_syntax.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace syntax {
 
@@ -825,34 +824,6 @@ int64_t PocTracker::nextHevc(const NalInfo& s, const HevcSps& sps)
         m_s.prevTid0Poc = poc;
     m_s.started = true;
     return poc;
-}
-
-// ---------------------------------------------------------------- offsets
-
-std::vector<uint32_t> CompositionOffsets(const std::vector<int64_t>& poc, const std::vector<bool>& pocReset,
-                                         uint32_t* shift)
-{
-    // Four bytes a picture at a time (the table is as long as the video).
-    const size_t n = poc.size();
-    std::vector<uint32_t> order(n);   // order[k]: decode index of the k-th picture presented
-    std::iota(order.begin(), order.end(), uint32_t(0));
-    for (size_t begin = 0; begin < n;) {
-        size_t end = begin + 1;
-        while (end < n && !(end < pocReset.size() && pocReset[end]))
-            ++end;
-        std::stable_sort(order.begin() + std::ptrdiff_t(begin), order.begin() + std::ptrdiff_t(end),
-                         [&](uint32_t a, uint32_t b) { return poc[a] < poc[b]; });
-        begin = end;
-    }
-    int64_t most = 0;   // the largest i - p(i)
-    for (size_t k = 0; k < n; ++k)
-        most = std::max(most, int64_t(order[k]) - int64_t(k));
-    std::vector<uint32_t> off(n);
-    for (size_t k = 0; k < n; ++k)
-        off[order[k]] = uint32_t(int64_t(k) - int64_t(order[k]) + most);
-    if (shift)
-        *shift = uint32_t(most);
-    return off;
 }
 
 } // namespace syntax

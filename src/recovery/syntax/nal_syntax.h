@@ -178,13 +178,4 @@ private:
     State m_s;
 };
 
-// Composition offsets, in frames, for pictures in decode order with their
-// order counts. Pictures form runs beginning at each pocReset picture (and at
-// the first); inside a run pictures are presented in order of count (ties in
-// decode order). With p(i) the presentation index of picture i, returns
-// off[i] = p(i) - i + shift, shift = max(i - p(i)) so that no offset is
-// negative; *shift (when given) receives shift.
-std::vector<uint32_t> CompositionOffsets(const std::vector<int64_t>& poc, const std::vector<bool>& pocReset,
-                                         uint32_t* shift);
-
 } // namespace syntax

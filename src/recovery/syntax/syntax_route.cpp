@@ -64,11 +64,14 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, ByteReader* sample, co
     for (const auto& reader : soundReaders)
         if (reader)
             scanControl.soundReaders.push_back(reader.get());
+    // The frame tables of a long scan wait beside the output, under names
+    // that a later run's clean-up of the folder removes too.
+    scanControl.spillPath = outPath;
     const ScanResult scan = ScanMedia(*damaged, model, range, scanControl);
     const double seconds = std::max<qint64>(clock.nsecsElapsed(), 1) / 1e9;
     qDebug().noquote() << QStringLiteral("Syntax scan: %1 MB in %2 s (%3 MB/s), %4 video frames, %5 bytes skipped")
                               .arg(out.mediaBytes / 1e6, 0, 'f', 1).arg(seconds, 0, 'f', 3)
-                              .arg(out.mediaBytes / 1e6 / seconds, 0, 'f', 0).arg(scan.video.sizes.size())
+                              .arg(out.mediaBytes / 1e6 / seconds, 0, 'f', 0).arg(scan.video.frames.size())
                               .arg(scan.skippedBytes);
     out.skippedBytes = scan.skippedBytes;
     out.skippedRanges = scan.skippedRanges;
@@ -78,7 +81,7 @@ SyntaxOutcome RecoverBySyntax(const QString& damagedPath, ByteReader* sample, co
         out.figures = FiguresOf(model, scan);
     else
         out.reason = scan.stopped ? QStringLiteral("stopped")
-                   : scan.video.sizes.empty() ? QStringLiteral("no video frame found")
+                   : scan.video.frames.empty() ? QStringLiteral("no video frame found")
                                               : QStringLiteral("can't write %1").arg(outPath);
     return out;
 }
