@@ -166,6 +166,34 @@ private Q_SLOTS:
             }
             QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
         }
+        // The chunk list too, with sizes of up to six bytes and gaps.
+        {
+            ScannedChunks chunks(dir.filePath(QStringLiteral(".syntax-clip.mov.chunks")));
+            std::vector<ScannedChunk> in;
+            uint64_t at = 0, samples[2] = {0, 0};
+            for (uint64_t i = 0; i < 80000; ++i) {
+                ScannedChunk c;
+                c.sound = i % 3 == 0;
+                c.offset = at + (i % 7 == 0 ? i : 0);
+                c.bytes = (i * 2654435761u) % (uint64_t(1) << (i % 41));
+                c.samples = i % 5;
+                c.firstSample = samples[c.sound];
+                samples[c.sound] += c.samples;
+                at = c.offset + c.bytes;
+                chunks.push_back(c);
+                in.push_back(c);
+            }
+            QVERIFY(chunks.seal());
+            QVERIFY(QFileInfo(dir.filePath(QStringLiteral(".syntax-clip.mov.chunks"))).size() > 0);
+            size_t k = 0;
+            for (const ScannedChunk& c : chunks) {
+                const ScannedChunk& e = in[k++];
+                QVERIFY(c.sound == e.sound && c.offset == e.offset && c.bytes == e.bytes && c.samples == e.samples
+                        && c.firstSample == e.firstSample);
+            }
+            QCOMPARE(k, in.size());
+        }
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
     // A full disk under a table's file: the table is not whole, the movie

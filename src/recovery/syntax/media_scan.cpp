@@ -313,6 +313,7 @@ public:
         if (!control.spillPath.isEmpty()) {
             m_out.video.frames = RecordTable<VideoFrame>(control.spillPath + QStringLiteral(".video"));
             m_out.soundSizes = RecordTable<uint32_t>(control.spillPath + QStringLiteral(".sound"));
+            m_out.chunks = ScannedChunks(control.spillPath + QStringLiteral(".chunks"));
         }
         if (m.videoTrack >= 0) {
             m_video = MakeVideo(m.tracks[size_t(m.videoTrack)]);
@@ -382,6 +383,7 @@ public:
             m_control.progress(end - m_range.begin, end - m_range.begin);
         m_out.video.frames.seal();
         m_out.soundSizes.seal();
+        m_out.chunks.seal();
         return std::move(m_out);
     }
 
@@ -734,7 +736,8 @@ void ScannedChunks::push_back(const ScannedChunk& c)
     ++m_count;
 }
 
-ScannedChunks::const_iterator::const_iterator(const ScannedChunks& list, size_t index) : m_list(&list), m_index(index)
+ScannedChunks::const_iterator::const_iterator(const ScannedChunks& list, size_t index)
+    : m_list(&list), m_index(index), m_bytes(list.m_bytes)
 {
     if (m_index < m_list->m_count)
         load();
@@ -749,11 +752,10 @@ ScannedChunks::const_iterator& ScannedChunks::const_iterator::operator++()
 
 void ScannedChunks::const_iterator::load()
 {
-    const std::vector<uint8_t>& b = m_list->m_bytes;
     auto get = [&] {
         uint64_t v = 0;
-        for (int shift = 0; m_at < b.size(); shift += 7) {
-            const uint8_t byte = b[m_at++];
+        uint8_t byte = 0;
+        for (int shift = 0; shift < 64 && m_bytes.next(byte); shift += 7) {
             v |= uint64_t(byte & 0x7F) << shift;
             if (!(byte & 0x80))
                 break;

@@ -54,10 +54,17 @@ uint32_t CompositionOffsets(const RecordTable<VideoFrame>& frames, uint32_t shif
 // the chunk before (0 unless bytes were skipped), the size and the sample
 // count as numbers of seven bits a byte, and the first sample follows from
 // the chunks of the track before. Read back in order by iterating.
+// Their bytes are a record table: a long list goes to the file given.
 class ScannedChunks {
 public:
+    ScannedChunks() = default;
+    explicit ScannedChunks(const QString& spillPath) : m_bytes(spillPath) {}
     // c.firstSample is not kept: it must follow the track's chunks before.
     void push_back(const ScannedChunk& c);
+    // After the last chunk, before the first read; false when the list
+    // could not be kept.
+    bool seal() { return m_bytes.seal(); }
+    bool failed() const { return m_bytes.failed(); }
     size_t size() const { return m_count; }
     bool empty() const { return m_count == 0; }
 
@@ -80,7 +87,7 @@ public:
         void load();
         const ScannedChunks* m_list;
         size_t m_index;
-        size_t m_at = 0;   // the next chunk's first byte
+        RecordTable<uint8_t>::Reader m_bytes;   // at the next chunk's first byte
         ScannedChunk m_chunk;
         uint64_t m_next[2] = {0, 0};   // the next first sample of video, of sound
     };
@@ -89,7 +96,7 @@ public:
 
 private:
     void put(uint64_t v);
-    std::vector<uint8_t> m_bytes;
+    RecordTable<uint8_t> m_bytes;
     size_t m_count = 0;
     uint64_t m_end = 0;   // where the last chunk ends
 };
@@ -103,7 +110,7 @@ struct ScanResult {
     uint64_t skippedRanges = 0;
     bool stopped = false;
     // The frame tables are whole (their files could be written and read).
-    bool tablesKept() const { return !video.frames.failed() && !soundSizes.failed(); }
+    bool tablesKept() const { return !video.frames.failed() && !soundSizes.failed() && !chunks.failed(); }
 };
 
 struct ScanControl {
