@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
@@ -95,12 +96,15 @@ void PipeFeeder::finish()
     }
     // The pipe holds its bytes only while it is open: it is closed once the
     // reader has taken them all.
+    // The naps start short, for a reader that is about to take the rest.
     int unread = 0;
     int before = -1;
+    useconds_t nap = 100;
     while (::ioctl(m_fd, FIONREAD, &unread) == 0 && unread > 0) {
         if (!keepWaiting(std::exchange(before, unread) != unread))
             return;
-        ::usleep(2000);
+        ::usleep(nap);
+        nap = std::min<useconds_t>(nap * 2, 2000);
     }
     m_drained = unread == 0;
     ::close(m_fd);
