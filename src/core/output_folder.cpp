@@ -49,7 +49,7 @@ void RemoveStaleWork(const QString& folder)
         const QString name = e.fileName();
         struct stat st {};
         const bool fifo = ::lstat(QFile::encodeName(e.absoluteFilePath()).constData(), &st) == 0 && S_ISFIFO(st.st_mode);
-        if (IsPartialName(name) || name.startsWith(QLatin1String(".syntax-")) || (fifo && !e.isSymLink()))
+        if (IsPartialName(name) || name.startsWith(QLatin1String(".syntax-")) || name.startsWith(QLatin1String(".rebuild-")) || (fifo && !e.isSymLink()))
             QFile::remove(e.absoluteFilePath());
     }
 }

@@ -148,30 +148,37 @@ void WriteStts(FileWriter& w, uint32_t count, uint32_t duration)
 // Sample-to-chunk: chunks 1 .. completedRuns - 1 get an entry each, as the
 // runs were counted; later chunks get one only when their count changes, so
 // the last runs are told right however the interleaving varies.
-void WriteStsc(FileWriter& w, const std::vector<uint32_t>& perChunk, int completedRuns)
+template <typename CountOf>
+void WriteStsc(FileWriter& w, const QuickTimeRoute::ChunkTable& chunks, uint64_t completedRuns, CountOf countOf)
 {
     w.beginBox("stsc");
     w.be32(0);
     const uint64_t countAt = w.pos();
     w.be32(0);
     uint32_t entries = 0;
-    for (size_t k = 0; k < perChunk.size(); ++k) {
-        if (int(k) < completedRuns - 1 || k == 0 || perChunk[k] != perChunk[k - 1]) {
+    uint32_t previous = 0;
+    uint64_t k = 0;
+    QuickTimeRoute::RebuildChunk c;
+    for (auto r = chunks.reader(); r.next(c); ++k) {
+        const uint32_t n = countOf(c);
+        if (k + 1 < completedRuns || k == 0 || n != previous) {
             w.be32(uint32_t(k + 1));
-            w.be32(perChunk[k]);
+            w.be32(n);
             w.be32(1);
             ++entries;
         }
+        previous = n;
     }
     w.patchBe32(countAt, entries);
     w.endBox();
 }
 
-void WriteCo64(FileWriter& w, const std::vector<QuickTimeRoute::RebuildChunk>& chunks)
+void WriteCo64(FileWriter& w, const QuickTimeRoute::ChunkTable& chunks)
 {
     w.beginBox("co64");
     w.be64(chunks.size());   // version and flags 0, then the count
-    for (const auto& c : chunks)
+    QuickTimeRoute::RebuildChunk c;
+    for (auto r = chunks.reader(); r.next(c);)
         w.be64(c.offset);
     w.endBox();
 }
@@ -187,15 +194,17 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
     m_atomSize = 0;
     m_pos = 0;
     m_videoRun = m_videoFrames = m_videoRuns = 0;
-    m_audioRun = m_audioFrames = m_audioSamples = 0;
+    m_audioRun = m_audioFrames = m_audioSamples = m_audioRuns = 0;
     m_audioInIndex = false;
     m_inAudioTrak = false;
-    m_videoRunLengths.clear();
-    m_audioRunLengths.clear();
-    m_videoChunks.clear();
-    m_audioChunks.clear();
     m_rebuildIndexPath = logPath;
     const QString outPath = m_workDir + QStringLiteral("/") + m_fileName;
+    // The chunk lists of both tracks; each keeps one block in memory and
+    // spills the rest to a hidden work file, removed with the table.
+    const QString chunkPath = m_workDir + QStringLiteral("/.rebuild-") + m_fileName;
+    ChunkTable videoChunks(chunkPath + QStringLiteral(".video"));
+    ChunkTable audioChunks(chunkPath + QStringLiteral(".sound"));
+    RebuildChunk video, audio;   // the chunk each track has open
 
     if (!m_outFile.open(outPath)) {
         qWarning() << "Can't create" << outPath;
@@ -240,28 +249,33 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
             m_audioInIndex = true;
             if (first || !lastAudio) {
                 if (m_videoRun) {
-                    m_videoRunLengths << int(m_videoRun);
                     m_videoRun = 0;
                     ++m_videoRuns;
                 }
-                m_audioChunks.push_back({offset, 0, 0});
+                if (audio.frames)
+                    audioChunks.push_back(audio);
+                audio = RebuildChunk();
+                audio.offset = offset;
             }
             ++m_audioRun;
             ++m_audioFrames;
-            m_audioChunks.back().frames++;
-            m_audioChunks.back().samples += e.size >> 2;
+            audio.frames++;
+            audio.samples += e.size >> 2;
             m_audioSamples += e.size >> 2;
         } else {
             if (first || lastAudio) {
                 if (m_audioRun) {
-                    m_audioRunLengths << int(m_audioRun);
                     m_audioRun = 0;
+                    ++m_audioRuns;
                 }
-                m_videoChunks.push_back({offset, 0, 0});
+                if (video.frames)
+                    videoChunks.push_back(video);
+                video = RebuildChunk();
+                video.offset = offset;
             }
             ++m_videoRun;
             ++m_videoFrames;
-            m_videoChunks.back().frames++;
+            video.frames++;
         }
         lastAudio = e.audio;
         first = false;
@@ -270,8 +284,13 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
         m_report->setValue(ulong(shown));
     }
     m_outFile.endBox();   // mdat
-    if (m_videoFrames == 0) {
-        // Nothing was found to rebuild from: no file, and a negative verdict.
+    if (video.frames)
+        videoChunks.push_back(video);
+    if (audio.frames)
+        audioChunks.push_back(audio);
+    if (m_videoFrames == 0 || !videoChunks.seal() || !audioChunks.seal()) {
+        // Nothing was found to rebuild from, or the chunk lists could not be
+        // kept (a full disk): no file, and a negative verdict.
         m_outFile.close();
         QFile::remove(outPath);
         m_passFailed = true;
@@ -297,10 +316,17 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
     m_outFile.zeros(24);                          // preview, poster, selection, current time
     m_outFile.be32(2);                            // next track id
     m_pos = m_outFile.pos();
-    WriteVideoTrack();
+    WriteVideoTrack(videoChunks);
     if (m_inAudioTrak)
-        WriteAudioTrack();
+        WriteAudioTrack(audioChunks);
     m_outFile.endBox();   // moov
+    if (videoChunks.failed() || audioChunks.failed()) {
+        m_outFile.close();
+        QFile::remove(outPath);
+        g_repairedPaths.removeAll(outPath);
+        m_passFailed = true;
+        return;
+    }
     if (!m_outFile.close()) {
         qWarning() << "Writing" << outPath << "failed";
         m_passFailed = true;
@@ -339,7 +365,7 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
     }
 }
 
-void QuickTimeRoute::WriteVideoTrack()
+void QuickTimeRoute::WriteVideoTrack(const ChunkTable& chunks)
 {
     FileWriter& w = m_outFile;
     const uint32_t timeScale = m_movie.videoTimeScale ? m_movie.videoTimeScale : 25;
@@ -384,10 +410,7 @@ void QuickTimeRoute::WriteVideoTrack()
         w.patchBe32(countAt, count);
         w.endBox();
     }
-    std::vector<uint32_t> perChunk;
-    for (const auto& c : m_videoChunks)
-        perChunk.push_back(c.frames);
-    WriteStsc(w, perChunk, m_videoRuns > 0 ? m_videoRunLengths.size() : 0);
+    WriteStsc(w, chunks, m_videoRuns, [](const RebuildChunk& c) { return c.frames; });
     w.beginBox("stsz");
     w.be32(0); w.be32(0); w.be32(m_videoFrames);
     {
@@ -398,7 +421,7 @@ void QuickTimeRoute::WriteVideoTrack()
             if (!e.audio) { w.be32(e.size); ++n; }
     }
     w.endBox();
-    WriteCo64(w, m_videoChunks);
+    WriteCo64(w, chunks);
     w.endBox();   // stbl
     w.endBox();   // minf
     w.endBox();   // mdia
@@ -406,7 +429,7 @@ void QuickTimeRoute::WriteVideoTrack()
     m_pos = w.pos();
 }
 
-void QuickTimeRoute::WriteAudioTrack()
+void QuickTimeRoute::WriteAudioTrack(const ChunkTable& chunks)
 {
     FileWriter& w = m_outFile;
     const bool pcm = m_movie.isTwos || m_movie.isSowt;
@@ -431,11 +454,9 @@ void QuickTimeRoute::WriteAudioTrack()
     w.beginBox("stbl");
     WriteStsdCopy(w, m_movie.audioStsd, m_movie.audioStsdSize);
     WriteStts(w, count, delta);
-    std::vector<uint32_t> perChunk;
-    for (const auto& c : m_audioChunks)
-        perChunk.push_back(pcm ? uint32_t(c.samples) : c.frames);
     // Sound samples: one entry per chunk that follows a video run.
-    WriteStsc(w, perChunk, pcm ? m_videoRunLengths.size() + 1 : m_audioRunLengths.size());
+    WriteStsc(w, chunks, pcm ? m_videoRuns + 1 : m_audioRuns,
+              [pcm](const RebuildChunk& c) { return pcm ? uint32_t(c.samples) : c.frames; });
     w.beginBox("stsz");
     w.be32(0);
     if (pcm) {
@@ -451,7 +472,7 @@ void QuickTimeRoute::WriteAudioTrack()
             if (e.audio) { w.be32(e.size); ++n; }
     }
     w.endBox();
-    WriteCo64(w, m_audioChunks);
+    WriteCo64(w, chunks);
     w.endBox();   // stbl
     w.endBox();   // minf
     w.endBox();   // mdia

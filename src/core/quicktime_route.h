@@ -7,6 +7,7 @@
 #include "core/byte_reader.h"
 #include "core/file_writer.h"
 #include "core/movie_facts.h"
+#include "core/record_table.h"
 #include "core/repair_globals.h"
 #include "core/route.h"
 #include "recovery/h264/chain_facts.h"
@@ -205,8 +206,7 @@ public:
     uint32_t m_videoRun = 0, m_videoFrames = 0, m_videoRuns = 0;
     uint32_t m_audioRun = 0, m_audioFrames = 0, m_audioSamples = 0;
     bool m_audioInIndex = false;
-    QList<int> m_videoRunLengths;
-    QList<int> m_audioRunLengths;
+    uint32_t m_audioRuns = 0;
 
     // ---- Scanner state ----
     uint64_t m_frameStart = 0;
@@ -214,14 +214,21 @@ public:
     uint32_t m_audioGapSize = 0;
 
     // ---- QuickTime rebuild: WriteVideoTrack, WriteAudioTrack, ReadTrackDurations (core/quicktime_rebuild.cpp) ----
-    struct RebuildChunk { uint64_t offset; uint32_t frames; uint64_t samples; };
-    void WriteVideoTrack();
-    void WriteAudioTrack();
+    // One chunk of the rebuilt file: where it starts and what it holds. The
+    // chunks are kept in record tables, so a long recording's chunk list
+    // spills to a work file beside the output instead of growing in memory.
+    struct RebuildChunk {
+        uint64_t offset = 0;
+        uint64_t samples = 0;
+        uint32_t frames = 0;
+        uint32_t unused = 0;
+    };
+    using ChunkTable = RecordTable<RebuildChunk>;
+    void WriteVideoTrack(const ChunkTable& chunks);
+    void WriteAudioTrack(const ChunkTable& chunks);
     // Time scale and duration of the video and sound tracks of a finished file,
     // as whole seconds in g_videoSeconds and g_audioSeconds.
     void ReadTrackDurations(const QString& path);
-    std::vector<RebuildChunk> m_videoChunks;   // chunks of the rebuilt file, in output order
-    std::vector<RebuildChunk> m_audioChunks;
     QString m_rebuildIndexPath;                // the FrameIndexFile being rebuilt from
     double m_videoSeconds = 0;
     double m_audioSeconds = 0;

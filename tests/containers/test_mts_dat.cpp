@@ -351,7 +351,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(clip("vcd.dat"), dat));
         const QString repaired = m_dir + "/Repaired";
         QDir().mkpath(repaired);
-        for (const char* stale : {"/.partial-old.mov", "/.syntax-y.mov", "/kept.mov"})
+        for (const char* stale : {"/.partial-old.mov", "/.syntax-y.mov", "/.rebuild-y.mov", "/kept.mov"})
             writeAll(repaired + stale, "stale");
         QCOMPARE(::mkfifo(QFile::encodeName(repaired + "/pipe-video.h264").constData(), 0600), 0);
         ThreadVideoRepair t;

@@ -6,7 +6,7 @@
 // (a hole, junk, a track we don't keep), the scan moves on to the next place
 // where video validates, and counts the bytes it passed over.
 #include "recovery/syntax/movie_model.h"
-#include "recovery/syntax/record_table.h"
+#include "core/record_table.h"
 
 #include <atomic>
 #include <cstdint>

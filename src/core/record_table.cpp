@@ -1,8 +1,6 @@
-#include "recovery/syntax/record_table.h"
+#include "core/record_table.h"
 
 #include <QFile>
-
-namespace syntax {
 
 SpillFile::SpillFile(const QString& path) : m_path(path)
 {
@@ -28,4 +26,3 @@ bool SpillFile::seal(size_t window)
     return !failed();
 }
 
-} // namespace syntax

@@ -15,8 +15,6 @@
 #include <type_traits>
 #include <vector>
 
-namespace syntax {
-
 // The file of a table's full blocks: written until sealed, then read.
 // Removed with the object.
 class SpillFile {
@@ -117,4 +115,3 @@ private:
     std::unique_ptr<SpillFile> m_spill;
 };
 
-} // namespace syntax
