@@ -48,6 +48,28 @@ inline int64_t FindAnyCode(ByteReader& r, uint64_t from, uint64_t to, std::initi
     return -1;
 }
 
+// First position in [from, end) at which test(bytes, left) holds, or end
+// when none does. The bytes are viewed a block of 1 KiB at a time, with two
+// more behind each position (zeros past the file), so a test of up to three
+// bytes costs no read call of its own; left counts the bytes from the
+// position to the end of the file.
+template <typename Test>
+uint64_t FindFirstWhere(ByteReader& r, uint64_t from, uint64_t end, Test test)
+{
+    end = std::min(end, r.size());
+    const size_t block = std::min<size_t>(1024, r.maxView() - 2);
+    for (uint64_t pos = from; pos < end;) {
+        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
+        const uint8_t* p = r.view(pos, n + 2);
+        const uint64_t left = r.size() - pos;
+        for (size_t i = 0; i < n; ++i)
+            if (test(p + i, left - i))
+                return pos + i;
+        pos += n;
+    }
+    return std::max(from, end);
+}
+
 // The same search up to the end of the file, remembering its last answer: a
 // hostile file full of the words that start a search would otherwise search
 // the same stretch again for each of them.

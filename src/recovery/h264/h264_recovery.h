@@ -2,6 +2,7 @@
 // Shared pieces of the sample-driven H.264 recovery: the scratch file names,
 // the three-byte pattern sets, and the muxer command lines as text. What the
 // chain learns on its way is the route's ChainFacts (chain_facts.h).
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -24,6 +25,8 @@ struct ChainPaths {
     QString audioUnique;    // AudioUNIQUEfile.txt
     QString pcm;            // Audio.pcm
     static ChainPaths in(const QString& workDir, const QString& input);
+    // The parameter sets the sample pass left in Indexing (empty when none).
+    QByteArray parameterBlock() const;
 };
 
 // Distinct three-byte records of a source file, in order of first sight, at

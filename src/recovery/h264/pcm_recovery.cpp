@@ -273,12 +273,7 @@ void QuickTimeRoute::ScanStreamsLpcm(FileWriter& video, const ChainPaths& p)
     pcm.open(p.pcm);
     m_remuxed = true;
     m_report->setRange(100);
-    QByteArray paramBlock;
-    {
-        QFile indexing(p.indexing);
-        if (indexing.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            paramBlock = indexing.readAll();
-    }
+    const QByteArray paramBlock = p.parameterBlock();
     PatternSet patterns;
     patterns.load(p.videoUnique);
 

@@ -57,6 +57,12 @@ ChainPaths ChainPaths::in(const QString& workDir, const QString& input)
     return p;
 }
 
+QByteArray ChainPaths::parameterBlock() const
+{
+    QFile f(indexing);
+    return f.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? f.readAll() : QByteArray();
+}
+
 QString MuxVideoAndAudioCommand(const QString& video, const QString& audio, const QString& out,
                                 const QString& rate)
 {

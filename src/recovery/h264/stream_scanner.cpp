@@ -4,6 +4,7 @@
 #include "recovery/h264/overlapped_mux.h"
 
 #include "core/byte_reader.h"
+#include "core/code_search.h"
 #include "core/file_writer.h"
 #include "core/quicktime_route.h"
 #include "recovery/h264/bit_tools.h"
@@ -198,19 +199,9 @@ uint64_t StreamScanner::nextCandidate(uint64_t from, bool moovAndSound) const
 {
     // At most a MiB a call, so that the callers' stop checks stay frequent.
     const uint64_t limit = std::min(m_size, from + (uint64_t(1) << 20));
-    const size_t block = std::min<size_t>(kScanBlock, m_in.maxView() - 2);
-    for (uint64_t pos = from; pos < limit;) {
-        const size_t n = size_t(std::min<uint64_t>(block, limit - pos));
-        const uint8_t* b = m_in.view(pos, n + 2);   // a pattern may start in the last byte
-        for (size_t i = 0; i < n; ++i) {
-            if (b[i] == 0x00 || b[i] == 0xFF)
-                return pos + i;
-            if (moovAndSound && (b[i] == 'm' || m_patterns.matchBytes(b + i, m_size - pos - i)))
-                return pos + i;
-        }
-        pos += n;
-    }
-    return std::max(from, limit);
+    return FindFirstWhere(m_in, from, limit, [&](const uint8_t* p, uint64_t left) {
+        return p[0] == 0x00 || p[0] == 0xFF || (moovAndSound && (p[0] == 'm' || m_patterns.matchBytes(p, left)));
+    });
 }
 
 StreamScanner::State StreamScanner::resync()
@@ -362,12 +353,7 @@ bool QuickTimeRoute::ScanChainStreams(FileWriter& video, const ChainPaths& p, co
                                          bool& audioMode, const FirstMuxCommand& firstMux)
 {
     m_firstMuxDone = false;
-    QByteArray paramBlock;
-    {
-        QFile indexing(p.indexing);
-        if (indexing.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            paramBlock = indexing.readAll();
-    }
+    const QByteArray paramBlock = p.parameterBlock();
     m_remuxed = true;
     m_report->setRange(100);
 

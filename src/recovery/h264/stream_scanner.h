@@ -56,8 +56,6 @@ public:
     static constexpr uint32_t kMaxAacFrame = kMaxAdtsPayload;
     // A run of this many bytes of 0x00 or 0xFF is filler, passed whole.
     static constexpr uint32_t kFillerRun = 128;
-    // Positions a search tests from one view.
-    static constexpr size_t kScanBlock = 1024;
 
 private:
     enum class State { Video, Resync, Audio, End };

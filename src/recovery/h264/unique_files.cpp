@@ -4,6 +4,7 @@
 #include "recovery/h264/h264_recovery.h"
 
 #include "core/byte_reader.h"
+#include "core/code_search.h"
 #include "core/quicktime_route.h"
 
 #include <QFile>
@@ -104,22 +105,9 @@ bool PatternSet::matchAt(ByteReader& r, uint64_t pos) const
 
 uint64_t PatternSet::next(ByteReader& r, uint64_t from, uint64_t end, bool stopAtFill) const
 {
-    end = std::min(end, r.size());
-    // Blocks small enough to lie in the window most reads come from.
-    const size_t block = std::min<size_t>(1024, r.maxView() - 2);
-    for (uint64_t pos = from; pos < end;) {
-        const size_t n = size_t(std::min<uint64_t>(block, end - pos));
-        const uint8_t* p = r.view(pos, n + 2);   // a pattern may start in the last byte
-        const uint64_t left = r.size() - pos;    // matchAt wants three bytes inside the file
-        for (size_t i = 0; i < n; ++i) {
-            if (stopAtFill && (p[i] == 0x00 || p[i] == 0xFF))
-                return pos + i;
-            if (matchBytes(p + i, left - i))
-                return pos + i;
-        }
-        pos += n;
-    }
-    return std::max(from, end);
+    return FindFirstWhere(r, from, end, [&](const uint8_t* p, uint64_t left) {
+        return (stopAtFill && (p[0] == 0x00 || p[0] == 0xFF)) || matchBytes(p, left);
+    });
 }
 
 void QuickTimeRoute::WriteVideoUniqueFileIndex(const ChainPaths& p)
