@@ -213,33 +213,24 @@ private Q_SLOTS:
         QCOMPARE(readBe(Atom(out, "mvhd"), 24), 6u * 20);
     }
 
-    // More chunks than a block of the chunk list holds: the list goes to a
-    // work file and is read back whole, and the work file is gone after.
+    // More chunks than a block of the chunk list holds: the list spills to a
+    // work file, is read back whole and in order, and the file is gone after.
     void longChunkListSpills()
     {
         const int n = int(QuickTimeRoute::ChunkTable::kBlockBytes / sizeof(QuickTimeRoute::RebuildChunk)) + 500;
         QStringList lines;
         for (int i = 0; i < n; ++i)
-            lines << Line(V, i % 1000, 2 + i % 3) << Line(A, 2000 + i % 1000, 4);
+            lines << Line(V, i % 1000, 2) << Line(A, 2000, 4);
         FileRoute t;
         const QByteArray out = rebuild(t, source(24), lines);
-        QVERIFY(!t.m_passFailed);
-        for (int track = 0; track < 2; ++track) {
-            const QByteArray co64 = Atom(out, "co64", track);
-            QCOMPARE(co64.size(), 16 + 8 * n);
-            uint64_t at = 24 + 16;   // video frame i, then its sound frame
-            bool inOrder = true;
-            for (int i = 0; i < n && inOrder; ++i) {
-                inOrder = Be64(co64, 16 + 8 * i) == at + (track ? 2 + i % 3 : 0);
-                at += 2 + i % 3 + 4;
-            }
-            QVERIFY2(inOrder, track ? "sound chunks" : "video chunks");
-        }
-        // Every run but the last closed one gets its entry, read back in order.
-        const QByteArray stsc = Atom(out, "stsc", 0);
-        QCOMPARE(stsc.size(), 16 + 12 * (n - 1));
-        QCOMPARE(readBe(stsc, 12), uint32_t(n - 1));
-        QCOMPARE(stsc.right(12), beWords({uint32_t(n - 1), 1, 1}));
+        const QByteArray video = Atom(out, "co64", 0), sound = Atom(out, "co64", 1);
+        QCOMPARE(video.size(), 16 + 8 * n);
+        QCOMPARE(sound.size(), 16 + 8 * n);
+        bool inOrder = true;
+        for (int i = 0; i < n && inOrder; ++i)
+            inOrder = Be64(video, 16 + 8 * i) == uint64_t(40 + 6 * i) && Be64(sound, 16 + 8 * i) == uint64_t(42 + 6 * i);
+        QVERIFY(inOrder);
+        QCOMPARE(readBe(Atom(out, "stsc", 0), 12), uint32_t(n - 1));   // every run but the last has its entry
         QCOMPARE(QDir(m_dir).entryList({".rebuild-*"}, QDir::Files | QDir::Hidden), QStringList());
     }
 
