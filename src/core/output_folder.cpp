@@ -49,7 +49,10 @@ void RemoveStaleWork(const QString& folder)
         const QString name = e.fileName();
         struct stat st {};
         const bool fifo = ::lstat(QFile::encodeName(e.absoluteFilePath()).constData(), &st) == 0 && S_ISFIFO(st.st_mode);
-        if (IsPartialName(name) || name.startsWith(QLatin1String(".syntax-")) || name.startsWith(QLatin1String(".rebuild-")) || (fifo && !e.isSymLink()))
+        // Partial outputs, the work files of the two QuickTime recoveries,
+        // and pipes left by a killed run.
+        const bool work = name.startsWith(QLatin1String(".syntax-")) || name.startsWith(QLatin1String(".rebuild-"));
+        if (IsPartialName(name) || work || (fifo && !e.isSymLink()))
             QFile::remove(e.absoluteFilePath());
     }
 }

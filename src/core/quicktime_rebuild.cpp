@@ -204,7 +204,12 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
     const QString chunkPath = m_workDir + QStringLiteral("/.rebuild-") + m_fileName;
     ChunkTable videoChunks(chunkPath + QStringLiteral(".video"));
     ChunkTable audioChunks(chunkPath + QStringLiteral(".sound"));
-    RebuildChunk video, audio;   // the chunk each track has open
+    // Each track has one chunk open, kept when its next chunk starts and at the end.
+    RebuildChunk video, audio;
+    auto keep = [](ChunkTable& table, const RebuildChunk& open) {
+        if (open.frames)
+            table.push_back(open);
+    };
 
     if (!m_outFile.open(outPath)) {
         qWarning() << "Can't create" << outPath;
@@ -252,10 +257,8 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
                     m_videoRun = 0;
                     ++m_videoRuns;
                 }
-                if (audio.frames)
-                    audioChunks.push_back(audio);
-                audio = RebuildChunk();
-                audio.offset = offset;
+                keep(audioChunks, audio);
+                audio = RebuildChunk{offset};
             }
             ++m_audioRun;
             ++m_audioFrames;
@@ -268,10 +271,8 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
                     m_audioRun = 0;
                     ++m_audioRuns;
                 }
-                if (video.frames)
-                    videoChunks.push_back(video);
-                video = RebuildChunk();
-                video.offset = offset;
+                keep(videoChunks, video);
+                video = RebuildChunk{offset};
             }
             ++m_videoRun;
             ++m_videoFrames;
@@ -284,10 +285,8 @@ void QuickTimeRoute::RebuildQuickTimeFile(const QString& logPath)
         m_report->setValue(ulong(shown));
     }
     m_outFile.endBox();   // mdat
-    if (video.frames)
-        videoChunks.push_back(video);
-    if (audio.frames)
-        audioChunks.push_back(audio);
+    keep(videoChunks, video);
+    keep(audioChunks, audio);
     if (m_videoFrames == 0 || !videoChunks.seal() || !audioChunks.seal()) {
         // Nothing was found to rebuild from, or the chunk lists could not be
         // kept (a full disk): no file, and a negative verdict.

@@ -192,9 +192,6 @@ StreamScanner::State StreamScanner::videoState()
     }
 }
 
-// The unit at m_pendingStart has no unit behind it. Decide what follows it:
-// audio (the unit is good), a healthy unit further on (a gap was crossed), or
-// nothing before the end of the file (the unit is dropped).
 uint64_t StreamScanner::nextCandidate(uint64_t from, bool moovAndSound) const
 {
     // At most a MiB a call, so that the callers' stop checks stay frequent.
@@ -204,6 +201,9 @@ uint64_t StreamScanner::nextCandidate(uint64_t from, bool moovAndSound) const
     });
 }
 
+// The unit at m_pendingStart has no unit behind it. Decide what follows it:
+// audio (the unit is good), a healthy unit further on (a gap was crossed), or
+// nothing before the end of the file (the unit is dropped).
 StreamScanner::State StreamScanner::resync()
 {
     for (;;) {

@@ -1,5 +1,7 @@
 #include "recovery/syntax/sound_frames.h"
 
+#include "core/code_search.h"
+
 namespace syntax {
 
 bool AacElementPlausible(const uint8_t* p)
@@ -145,17 +147,11 @@ uint64_t AacRangeSplitter::resume(Cutter& c, uint64_t from, uint64_t end)
     // with a byte whose top two and tag bits are clear: the bytes between
     // them are passed a block at a time.
     constexpr uint8_t kNotAnElement = 0xDE;
-    const size_t block = std::min<size_t>(1024, c.reader->maxView());
     uint64_t p = from;
     while (p + 4 <= end) {
-        const size_t n = size_t(std::min<uint64_t>(block, end - 3 - p));
-        const uint8_t* b = c.reader->view(p, n);
-        size_t i = 0;
-        while (i < n && (b[i] & kNotAnElement))
-            ++i;
-        p += i;
-        if (i == n)
-            continue;
+        p = FindFirstWhere(*c.reader, p, end - 3, [](const uint8_t* b, uint64_t) { return !(b[0] & kNotAnElement); });
+        if (p + 4 > end)
+            break;
         const uint8_t* v = c.reader->view(p, 4);
         if (ByteReader::loadBe32(v) == 0) {
             // Zeros (a hole): no frame of sound starts in them (its gain is
