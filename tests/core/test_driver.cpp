@@ -1,6 +1,5 @@
 // The per-file driver: run signals and progress, the Repaired workspace and
 // the reference pass.
-#include "core/quicktime_pass.h"
 #include "core/thread_video_repair.h"
 #include "support/signal_log.h"
 #include "support/test_videos.h"
@@ -31,19 +30,6 @@ private Q_SLOTS:
         g_repairedPaths.clear();
     }
     void cleanup() { QDir(m_dir).removeRecursively(); }
-
-    // The codec flags of a movie pick one pass; flags that belong to no
-    // common row leave nothing to run. (The common rows: the end-to-end tests.)
-    void passForCodecs()
-    {
-        QCOMPARE(PassForCodecs(kCodecProRes | kCodecTwos), QuickTimePass::ProResFrames);
-        QCOMPARE(PassForCodecs(kCodecJpeg | kCodecTwos), QuickTimePass::None);
-        QCOMPARE(PassForCodecs(kCodecJpeg | kCodecLpcmHevc), QuickTimePass::JpegFrames);
-        QCOMPARE(PassForCodecs(kCodecLpcm | kCodecLpcmHevc), QuickTimePass::HevcLpcm);
-        QCOMPARE(PassForCodecs(kCodecLpcmHevc), QuickTimePass::None);
-        QCOMPARE(PassForCodecs(kCodecHevc | kCodecLpcmHevc), QuickTimePass::HevcAac);
-        QCOMPARE(PassForCodecs(kCodecSowt | kCodecTwos), QuickTimePass::None);
-    }
 
     void progress_data()
     {

@@ -19,17 +19,6 @@ QString Clip(const QString& sound)
                     << "-c:v" << "libx264" << "-preset" << "veryfast" << "-g" << "12" << "-c:a" << sound);
 }
 
-} // namespace
-
-namespace syntax {
-bool operator==(const VideoFrame& a, const VideoFrame& b)
-{
-    return a.poc == b.poc && a.size == b.size && a.keyframe == b.keyframe && a.pocReset == b.pocReset;
-}
-} // namespace syntax
-
-namespace {
-
 // Every record of table, in order.
 template <typename Record>
 std::vector<Record> All(const RecordTable<Record>& table)
@@ -42,6 +31,13 @@ std::vector<Record> All(const RecordTable<Record>& table)
 }
 
 } // namespace
+
+namespace syntax {
+bool operator==(const VideoFrame& a, const VideoFrame& b)
+{
+    return a.poc == b.poc && a.size == b.size && a.keyframe == b.keyframe && a.pocReset == b.pocReset;
+}
+} // namespace syntax
 
 class TestMediaScan : public QObject {
     Q_OBJECT
